@@ -1,0 +1,1 @@
+# Filled by the exported library's own folder.

@@ -1,0 +1,27 @@
+# Compiler settings that hold for every target of the project.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+
+add_library(signutils_warnings INTERFACE)
+target_compile_options(signutils_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+if(SIGNUTILS_SANITIZER)
+  add_compile_options(-fsanitize=${SIGNUTILS_SANITIZER} -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${SIGNUTILS_SANITIZER})
+endif()
+
+if(SIGNUTILS_COVERAGE)
+  add_compile_options(--coverage -fprofile-abs-path)
+  add_link_options(--coverage)
+endif()

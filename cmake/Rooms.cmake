@@ -1,0 +1,51 @@
+# A room is one folder with one concern; each becomes a static library that the shared library,
+# the host and the tests link.
+
+# signutils_room(<name> SOURCES <files> [USES <rooms>] [LINKS <libraries>])
+function(signutils_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;USES;LINKS" ${ARGN})
+  set(target signutils_${name})
+  if(NOT ROOM_SOURCES)
+    add_library(${target} INTERFACE)
+    set(scope INTERFACE)
+  else()
+    add_library(${target} STATIC ${ROOM_SOURCES})
+    set(scope PUBLIC)
+    target_link_libraries(${target} PRIVATE signutils_warnings)
+    target_compile_definitions(${target} PRIVATE SIGNUTILS_BUILDING)
+  endif()
+  target_include_directories(${target} ${scope} "${PROJECT_SOURCE_DIR}")
+  list(TRANSFORM ROOM_USES PREPEND signutils_)
+  target_link_libraries(${target} ${scope} ${ROOM_USES} ${ROOM_LINKS})
+endfunction()
+
+# signutils_tests(<room> SOURCES <files> [LINKS <libraries>])
+# One test program a room; every test is registered under its own name.
+function(signutils_tests room)
+  cmake_parse_arguments(TESTS "" "" "SOURCES;LINKS" ${ARGN})
+  foreach(source IN LISTS TESTS_SOURCES)
+    cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
+    set_property(GLOBAL APPEND PROPERTY SIGNUTILS_LISTED_TESTS "${source}")
+  endforeach()
+  set(target signutils_tests_${room})
+  add_executable(${target} ${TESTS_SOURCES})
+  target_link_libraries(${target} PRIVATE
+    signutils_warnings signutils_testing ${TESTS_LINKS} GTest::gmock GTest::gtest)
+  gtest_discover_tests(${target}
+    TEST_PREFIX "${room}."
+    DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 300)
+endfunction()
+
+# Fails the configuration when a test file below `folder` is built by no test program.
+function(signutils_refuse_unlisted_tests folder)
+  file(GLOB_RECURSE present CONFIGURE_DEPENDS "${folder}/*_test.cpp")
+  get_property(listed GLOBAL PROPERTY SIGNUTILS_LISTED_TESTS)
+  list(REMOVE_ITEM present ${listed})
+  if(present)
+    list(JOIN present "\n  " present)
+    message(FATAL_ERROR
+      "These test files are built by no test program; list each in the CMakeLists.txt "
+      "of its folder:\n  ${present}")
+  endif()
+endfunction()

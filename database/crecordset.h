@@ -1,0 +1,53 @@
+#pragma once
+
+#include "database/ctstring.h"
+#include "database/row_layout.h"
+#include "support/tsimplestringw.h"
+
+#include <cstdint>
+#include <memory>
+
+class CDatabase;
+
+namespace database
+{
+class Cursor;
+} // namespace database
+
+/// The rows of one query, forward only. Rows are fetched whole and served by column name without
+/// regard to ASCII case; NULL reads as empty text. Every member raises CDBException*.
+class CRecordset
+{
+public:
+    static constexpr int kForwardOnly = 2;
+
+    /// `database` must be open and outlive the record set.
+    explicit CRecordset(CDatabase& database);
+    ~CRecordset();
+    CRecordset(const CRecordset&) = delete;
+    CRecordset& operator=(const CRecordset&) = delete;
+
+    /// Runs the query and stands on the first row. `openType` is kForwardOnly, `options` 0. An open
+    /// record set is closed first. `layout`, when given, must outlive the record set's use.
+    void OpenW(int openType, const wchar_t* statement, std::uint32_t options,
+               const database::RowLayout* layout = nullptr);
+
+    bool IsEOF() const noexcept;
+    void MoveNext();
+
+    /// The current row's value of a column. An unknown name raises.
+    void GetFieldValue(const char* name, CTString& value) const;
+    void GetFieldValue(const char* name, TSimpleStringW& value) const;
+    /// Whether the current row's value is NULL.
+    bool IsFieldNull(const char* name) const;
+
+    /// Columns of the open query, for display: their number and names.
+    std::size_t GetFieldCount() const noexcept;
+    const char* GetFieldName(std::size_t index) const;
+
+    void Close();
+
+private:
+    CDatabase& m_database;
+    std::unique_ptr<database::Cursor> m_cursor;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "containers/tarray.h"
+#include "signers/signer_info.h"
+
+class CDatabase;
+
+namespace signers
+{
+
+/// What the look-ups need: the session's connection (null: none, every look-up answers 0) and the
+/// trace handle.
+struct HolderDirectory
+{
+    CDatabase* database;
+    void* trace;
+};
+
+/// Looks up who holds a certificate. `firstName` and `lastName` hold 256 characters each and
+/// receive the last row's names, cut. 1 when a row was read, else 0. Raises nothing.
+int GetSignerNames(const HolderDirectory& directory, const wchar_t* certificateName,
+                   wchar_t* firstName, wchar_t* lastName);
+
+/// Looks up whether the holder owns a certificate of the list and completes the entries that match
+/// and have no name yet. The outputs are those of the last row read. 1 when an entry was completed,
+/// else 0. Raises nothing.
+int GetSignerInfos(const HolderDirectory& directory, const char* holderId, int& notOpposition,
+                   wchar_t* certificateName, wchar_t* firstName, wchar_t* lastName,
+                   TArray<signerInfo>* signers);
+
+} // namespace signers

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "support/export.h"
+#include "support/tsimplestring.h"
+#include "support/tsimplestringw.h"
+
+/// What became of the audit event of a check.
+enum class JournalState
+{
+    NotDue,
+    Written,
+    Spooled,
+    Lost,
+};
+
+/// What became of the status report of a check.
+enum class ReportState
+{
+    NotDue,
+    HandedOn,
+    NotHandedOn,
+};
+
+/// The last check of a session, for hosts that must tell a refusal from a check that could not be
+/// run. Reset when a check starts; nothing else in the library reads it.
+struct SIGNUTILS_API CheckOutcome
+{
+    bool ran = false;           ///< the rules were judged; else the verdict 2 says nothing of them
+    bool rulesComplete = false; ///< all rules of the contract could be read
+    bool amountsKnown = false;  ///< given by the host, or worked out from the file
+    unsigned int verdict = 0;
+    TSimpleString problem;      ///< the first error met, Windows-1252; empty when there was none
+    TSimpleString amountsProblem; ///< why the amounts are not known, or errors in the order file
+    double totalAmount = 0.0;   ///< main unit
+    double maxOrderAmount = 0.0;
+    int orderCount = 0;         ///< 0 when the amounts were given
+    TSimpleString currency;
+    TSimpleString reasonCode;
+    TSimpleStringW reasonText;
+    unsigned int rowsDue = 0;   ///< history rows
+    unsigned int rowsWritten = 0;
+    JournalState journal = JournalState::NotDue;
+    ReportState report = ReportState::NotDue;
+    unsigned long reportFileId = 0; ///< the hand-off service's identifier, when handed on
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace support
+{
+
+// Narrow texts are Windows-1252 whatever the locale. The five bytes that it leaves undefined
+// (81 8D 8F 90 9D) are the C1 controls of the same number, in both directions.
+
+wchar_t WideFromNarrow(char character) noexcept;
+std::wstring WideFromNarrow(std::string_view text);
+
+/// What has no place becomes '?', one for each code point.
+std::string NarrowFromWide(std::wstring_view text);
+/// False, with `narrow` as NarrowFromWide gives it, when a character had no place.
+bool TryNarrowFromWide(std::wstring_view text, std::string& narrow);
+
+/// A lone surrogate or a value beyond U+10FFFF becomes U+FFFD.
+std::string Utf8FromWide(std::wstring_view text);
+std::string Utf8FromNarrow(std::string_view text);
+
+/// False when the bytes are not well-formed UTF-8 (overlong forms and surrogates included).
+bool TryWideFromUtf8(std::string_view bytes, std::wstring& wide);
+/// As TryWideFromUtf8, each malformed byte replaced by U+FFFD.
+std::wstring WideFromUtf8(std::string_view bytes);
+
+/// UTF-16 code units of a wide text, and back; pairs are kept whole on both platforms.
+std::u16string Utf16FromWide(std::wstring_view text);
+std::wstring WideFromUtf16(std::u16string_view text);
+
+/// At most `count` wide characters, never ending with half a surrogate pair.
+std::wstring_view CutWide(std::wstring_view text, std::size_t count) noexcept;
+
+} // namespace support

@@ -1,0 +1,98 @@
+#include "tests/testing/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+namespace testing_support
+{
+
+namespace
+{
+
+void SetVariable(const std::string& name, const char* value)
+{
+#if defined(_WIN32)
+    _putenv_s(name.c_str(), value == nullptr ? "" : value);
+#else
+    if (value == nullptr)
+    {
+        unsetenv(name.c_str());
+    }
+    else
+    {
+        setenv(name.c_str(), value, 1);
+    }
+#endif
+}
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder()
+{
+    std::random_device random;
+    const auto base = std::filesystem::temp_directory_path();
+    for (int attempt = 0; attempt < 100; ++attempt)
+    {
+        std::ostringstream name;
+        name << "signutils-test-" << std::hex << random() << random();
+        if (std::filesystem::create_directory(base / name.str()))
+        {
+            m_path = (base / name.str()).string();
+            return;
+        }
+    }
+    ADD_FAILURE() << "no temporary folder could be made below " << base;
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(m_path, ignored);
+}
+
+std::string TemporaryFolder::Path(const std::string& name) const
+{
+    return (std::filesystem::path(m_path) / name).string();
+}
+
+std::string TemporaryFolder::Write(const std::string& name, const std::string& bytes) const
+{
+    const std::string path = Path(name);
+    std::ofstream stream(path, std::ios::binary);
+    stream << bytes;
+    stream.close();
+    EXPECT_TRUE(stream.good()) << path;
+    return path;
+}
+
+std::string ReadWholeFile(const std::string& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    EXPECT_TRUE(stream.is_open()) << path;
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return bytes.str();
+}
+
+ScopedEnvironment::ScopedEnvironment(const std::string& name, const char* value) : m_name(name)
+{
+    if (const char* before = std::getenv(name.c_str()); before != nullptr)
+    {
+        m_wasSet = true;
+        m_before = before;
+    }
+    SetVariable(m_name, value);
+}
+
+ScopedEnvironment::~ScopedEnvironment()
+{
+    SetVariable(m_name, m_wasSet ? m_before.c_str() : nullptr);
+}
+
+} // namespace testing_support

@@ -1,0 +1,18 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+// A program that runs no test has shown nothing, so it fails.
+int main(int argc, char** argv)
+{
+    testing::InitGoogleMock(&argc, argv);
+    const int result = RUN_ALL_TESTS();
+    const auto& all = *testing::UnitTest::GetInstance();
+    if (!testing::GTEST_FLAG(list_tests) && all.test_to_run_count() == 0)
+    {
+        std::fprintf(stderr, "No test was run: the filter names none.\n");
+        return 1;
+    }
+    return result;
+}
