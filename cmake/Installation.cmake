@@ -1,1 +1,61 @@
-# Filled by the exported library's own folder.
+# What an installation holds: the library with its headers, and how other builds find it.
+
+include(CMakePackageConfigHelpers)
+
+set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/SignUtils")
+
+set_target_properties(SignUtils PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(signutils_port PROPERTIES EXPORT_NAME Port)
+target_include_directories(signutils_port INTERFACE
+  "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+
+install(TARGETS SignUtils signutils_port EXPORT SignUtilsTargets)
+install(EXPORT SignUtilsTargets
+  NAMESPACE SignUtils::
+  DESTINATION "${package_folder}")
+
+# Rooms keep their names, so that "signutils/signutils.h" is found below the include folder. The
+# headers of port/ are no part of the others: a host includes them for itself.
+set(public_headers
+  containers/shared_ref.h
+  containers/tarray.h
+  containers/tmutex.h
+  port/crt.h
+  port/export.h
+  services/tag_rc.h
+  signers/signer_info.h
+  signutils/check_outcome.h
+  signutils/signutils.h
+  support/export.h
+  support/format_argument.h
+  support/protocol_catalogue.h
+  support/trace.h
+  support/tsimplestring.h
+  support/tsimplestringw.h)
+foreach(header IN LISTS public_headers)
+  cmake_path(GET header PARENT_PATH room)
+  install(FILES "${PROJECT_SOURCE_DIR}/${header}"
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${room}")
+endforeach()
+install(FILES "${PROJECT_BINARY_DIR}/generated/signutils/version.h"
+  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/signutils")
+
+configure_package_config_file(
+  "${PROJECT_SOURCE_DIR}/cmake/SignUtilsConfig.cmake.in"
+  "${PROJECT_BINARY_DIR}/generated/SignUtilsConfig.cmake"
+  INSTALL_DESTINATION "${package_folder}")
+write_basic_package_version_file(
+  "${PROJECT_BINARY_DIR}/generated/SignUtilsConfigVersion.cmake"
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  "${PROJECT_BINARY_DIR}/generated/SignUtilsConfig.cmake"
+  "${PROJECT_BINARY_DIR}/generated/SignUtilsConfigVersion.cmake"
+  DESTINATION "${package_folder}")
+
+# Paths relative to the file itself, so that the installed tree can be moved.
+cmake_path(SET pkgconfig_folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+cmake_path(RELATIVE_PATH "CMAKE_INSTALL_PREFIX" BASE_DIRECTORY
+  "${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder}" OUTPUT_VARIABLE prefix_from_pkgconfig)
+configure_file("${PROJECT_SOURCE_DIR}/cmake/signutils.pc.in"
+  "${PROJECT_BINARY_DIR}/generated/signutils.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/generated/signutils.pc" DESTINATION "${pkgconfig_folder}")

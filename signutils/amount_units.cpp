@@ -78,8 +78,7 @@ TSimpleString UnitsToAmountText(std::int64_t units)
 {
     // Seven zeros in front of the number, sign included, so that a small negative amount has its
     // sign among the digits; kept as it is.
-    const std::string padded =
-        support::FormatA("0000000%I64d", static_cast<long long>(units));
+    const std::string padded = support::FormatA("0000000%I64d", static_cast<long long>(units));
     const std::size_t point = padded.size() - kUnitDigits;
     const std::size_t firstKept = std::min(padded.find_first_not_of('0'), point - 1U);
     std::string text = padded.substr(firstKept, point - firstKept);

@@ -29,15 +29,15 @@ struct SIGNUTILS_API CheckOutcome
     bool rulesComplete = false; ///< all rules of the contract could be read
     bool amountsKnown = false;  ///< given by the host, or worked out from the file
     unsigned int verdict = 0;
-    TSimpleString problem;      ///< the first error met, Windows-1252; empty when there was none
+    TSimpleString problem;        ///< the first error met, Windows-1252; empty when there was none
     TSimpleString amountsProblem; ///< why the amounts are not known, or errors in the order file
-    double totalAmount = 0.0;   ///< main unit
+    double totalAmount = 0.0;     ///< main unit
     double maxOrderAmount = 0.0;
-    int orderCount = 0;         ///< 0 when the amounts were given
+    int orderCount = 0; ///< 0 when the amounts were given
     TSimpleString currency;
     TSimpleString reasonCode;
     TSimpleStringW reasonText;
-    unsigned int rowsDue = 0;   ///< history rows
+    unsigned int rowsDue = 0; ///< history rows
     unsigned int rowsWritten = 0;
     JournalState journal = JournalState::NotDue;
     ReportState report = ReportState::NotDue;

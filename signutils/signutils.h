@@ -15,6 +15,12 @@
 class CDatabase;
 class CEvents;
 
+namespace signutils
+{
+class AuditTrail;
+class CheckRun;
+} // namespace signutils
+
 /// Judges the signatures of one order file against the contract's rules. One object per order
 /// file, used by one thread at a time. Narrow texts are Windows-1252.
 ///
@@ -99,12 +105,8 @@ public:
     void LogEvent(unsigned short level, const wchar_t* message);
 
 private:
-    unsigned long JudgeRules(TSimpleString& reasonCode, TSimpleStringW& reasonText,
-                             const wchar_t* signers, const char* fileName, double totalAmount,
-                             double maxOrderAmount);
-    void SettleAmounts(const char* fileName, TSimpleString& reasonCode,
-                       TSimpleStringW& reasonText, char* currency);
-    void AnswerWithReport(const TSimpleString& reasonCode, const TSimpleStringW& reasonText);
+    friend class signutils::AuditTrail;
+    friend class signutils::CheckRun;
 
     SharedRef<TArray<signerInfo>> m_signers;
     unsigned int m_modeVeu;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "rules/check_signatures.h"
+#include "signutils/check_outcome.h"
+
+class SignUtils;
+
+namespace signutils
+{
+
+/// The way of one session's audit events into the journal; remembers what became of them.
+class AuditTrail final : public rules::AuditJournal
+{
+public:
+    explicit AuditTrail(SignUtils& session) : m_session(session) {}
+
+    /// Writes one event; no failure reaches the caller but want of memory for the texts.
+    void LogEvent(unsigned short level, const wchar_t* message) override;
+
+    /// The worst of the events so far, so that none that was lost is hidden by a later one.
+    JournalState GetState() const noexcept { return m_state; }
+
+private:
+    JournalState Write(unsigned short level, const wchar_t* message);
+    void ConnectOnFirstUse();
+
+    SignUtils& m_session;
+    JournalState m_state = JournalState::NotDue;
+};
+
+} // namespace signutils

@@ -1,0 +1,209 @@
+#include "signutils/check_run.h"
+
+#include "rules/check_signatures.h"
+#include "signutils/signutils.h"
+#include "support/checked_copy.h"
+#include "support/trace.h"
+
+namespace
+{
+
+constexpr unsigned int kAmountsUnknown = 1816;
+constexpr unsigned int kReportFailed = 10735;
+constexpr unsigned short kInformation = 0;
+constexpr unsigned short kError = 1;
+constexpr int kRejected = 0;
+constexpr std::size_t kErrorTextSize = 256;
+
+} // namespace
+
+namespace signutils
+{
+
+CheckRun::CheckRun(SignUtils& session, const char* fileName, const wchar_t* signers)
+    : m_session(session), m_outcome(session.m_lastCheck), m_audit(session),
+      m_fileName(fileName == nullptr ? "" : fileName), m_signers(signers == nullptr ? L"" : signers)
+{
+    m_outcome = CheckOutcome();
+}
+
+std::uint32_t CheckRun::JudgeFile()
+{
+    TimeTraceDump(m_session.m_trace, "CHECK SIGNATURES RULES", 0, 0);
+    TraceValue(m_session.m_trace, "FileName", m_fileName, 1);
+    TraceValueUTF8(m_session.m_trace, "Signers", m_signers);
+
+    SettleAmounts();
+    const std::uint32_t verdict = CheckSignatures(m_reasonCode, m_reasonText);
+    m_outcome.reasonCode = m_reasonCode;
+    m_outcome.reasonText = m_reasonText;
+    if (verdict >= rules::kVerdictFailed && m_session.m_psrService[0] != '\0')
+    {
+        Answer();
+    }
+    m_outcome.journal = m_audit.GetState();
+    return verdict;
+}
+
+std::uint32_t CheckRun::JudgeRules(TSimpleString& reasonCode, TSimpleStringW& reasonText,
+                                   double totalAmount, double maxOrderAmount, const char* currency)
+{
+    m_totalAmount = totalAmount;
+    m_maxOrderAmount = maxOrderAmount;
+    support::TruncatingCopy(m_currency, sizeof m_currency, currency);
+    m_outcome.amountsKnown = true;
+    RecordAmounts();
+
+    const std::uint32_t verdict = CheckSignatures(reasonCode, reasonText);
+    // On other ways out the reasons are what the caller had in them.
+    if (m_outcome.ran && verdict != rules::kVerdictSuccess)
+    {
+        m_outcome.reasonCode = reasonCode;
+        m_outcome.reasonText = reasonText;
+    }
+    m_outcome.journal = m_audit.GetState();
+    return verdict;
+}
+
+void CheckRun::SettleAmounts()
+{
+    if (m_session.m_amountFromFile == 1)
+    {
+        WorkOutAmounts();
+    }
+    else
+    {
+        TakeGivenAmounts();
+    }
+    RecordAmounts();
+}
+
+void CheckRun::WorkOutAmounts()
+{
+    char errorText[kErrorTextSize] = {};
+    m_outcome.amountsKnown = m_session.GetMaxAmountFile(m_fileName, m_totalAmount, m_maxOrderAmount,
+                                                        m_orderCount, m_currency, errorText) != 0;
+    m_outcome.amountsProblem = errorText;
+    if (m_outcome.amountsKnown)
+    {
+        return;
+    }
+    // The rules are judged all the same: a holder in opposition is refused whatever the amounts.
+    m_reasonCode = "NARR";
+    m_reasonText.GenerateString(kAmountsUnknown);
+    TraceValue(m_session.m_trace, "Error", errorText, 1);
+}
+
+void CheckRun::TakeGivenAmounts()
+{
+    m_totalAmount = m_session.m_totalAmount;
+    m_maxOrderAmount = m_session.m_maxOrderAmount;
+    support::CheckedCopy(m_currency, sizeof m_currency, m_session.m_currency.SafeGetString(),
+                         sizeof m_currency - 1);
+    m_outcome.amountsKnown = true;
+}
+
+void CheckRun::RecordAmounts()
+{
+    m_outcome.totalAmount = m_totalAmount;
+    m_outcome.maxOrderAmount = m_maxOrderAmount;
+    m_outcome.orderCount = m_orderCount;
+    m_outcome.currency = m_currency;
+}
+
+std::uint32_t CheckRun::CheckSignatures(TSimpleString& reasonCode, TSimpleStringW& reasonText)
+{
+    const rules::ContractKey contract = {m_session.m_contractType,    m_session.m_protocol,
+                                         m_session.m_protocolName,    m_session.m_partner,
+                                         m_session.m_service,         m_session.m_client,
+                                         m_session.m_serverMode != 0, m_session.m_modeVeu != 0};
+    const rules::OrderFacts order = {m_fileName, m_session.m_orgnlMsgId.SafeGetString(),
+                                     m_session.m_idFileVfs, m_totalAmount, m_maxOrderAmount};
+    const rules::CheckInput input = {contract,
+                                     order,
+                                     m_signers,
+                                     m_session.m_connexionString.SafeGetString(),
+                                     m_session.m_trace,
+                                     *m_session.m_signers.Get(),
+                                     m_session.m_database,
+                                     m_audit};
+    rules::CheckTrail trail;
+    const std::uint32_t verdict = rules::CheckSignatures(input, reasonCode, reasonText, trail);
+    m_outcome.verdict = verdict;
+    m_outcome.ran = trail.ran;
+    m_outcome.rulesComplete = trail.rulesComplete;
+    m_outcome.problem = trail.problem;
+    m_outcome.rowsDue = trail.rowsDue;
+    m_outcome.rowsWritten = trail.rowsWritten;
+    return verdict;
+}
+
+void CheckRun::Answer()
+{
+    if (WriteReport() && HandOnReport())
+    {
+        m_outcome.report = ReportState::HandedOn;
+        return;
+    }
+    m_outcome.report = ReportState::NotHandedOn;
+    TSimpleStringW failure;
+    failure.LoadStringA(kReportFailed);
+    m_audit.LogEvent(kError, failure.SafeGetString());
+}
+
+bool CheckRun::WriteReport()
+{
+    TSimpleString reasonInfo;
+    reasonInfo.FromWide(m_reasonText.SafeGetString());
+    const int written = m_session.GeneratePSR(
+        m_session.m_psrText, m_session.m_initiatingParty.SafeGetString(),
+        m_session.m_orgnlMsgId.SafeGetString(), m_session.m_orgnlMsgNmId.SafeGetString(),
+        m_session.m_msgId.SafeGetString(), kRejected, m_reasonCode.SafeGetString(),
+        reasonInfo.SafeGetString(), m_orderCount, m_totalAmount);
+    if (written == 0)
+    {
+        TraceValue(m_session.m_trace, "GeneratePSR Error", "Function error", 1);
+        return false;
+    }
+    // The document declares UTF-8; until here its texts are in Windows-1252.
+    m_session.m_psrText.EncodeUtf8();
+    TraceString(m_session.m_trace, m_session.m_psrText.SafeGetString());
+    return true;
+}
+
+bool CheckRun::HandOnReport()
+{
+    tag_Rc rc = {};
+    unsigned long fileId = 0;
+    if (m_session.AddPaymentStatusReport(m_session.m_psrText, "psr", m_session.m_psrService,
+                                         m_session.m_partner, m_session.m_handOffTarget, rc,
+                                         &fileId) != 0)
+    {
+        TraceValue(m_session.m_trace, "AddPaymentStatusReport Error", "Function error", 1);
+        return false;
+    }
+    m_outcome.reportFileId = fileId;
+    m_session.m_extraInfo.GenerateString("PSR Generated in %s=%d", m_session.m_psrService,
+                                         static_cast<int>(fileId));
+    TraceValue(m_session.m_trace, "info", m_session.m_extraInfo.SafeGetString(), 1);
+    TSimpleStringW info;
+    info.FromNarrow(m_session.m_extraInfo.SafeGetString());
+    m_audit.LogEvent(kInformation, info.SafeGetString());
+    return true;
+}
+
+} // namespace signutils
+
+unsigned long SignUtils::CheckSignRules(const char* fileName, const wchar_t* signers)
+{
+    return signutils::CheckRun(*this, fileName, signers).JudgeFile();
+}
+
+unsigned long SignUtils::CheckSignRulesFor(TSimpleString& reasonCode, TSimpleStringW& reasonText,
+                                           const wchar_t* signers, const char* fileName,
+                                           double totalAmount, double maxOrderAmount,
+                                           const char* currency)
+{
+    return signutils::CheckRun(*this, fileName, signers)
+        .JudgeRules(reasonCode, reasonText, totalAmount, maxOrderAmount, currency);
+}

@@ -1,0 +1,6 @@
+#include "signutils/version.h"
+
+const char* SignUtilsVersion()
+{
+    return SIGNUTILS_VERSION;
+}
