@@ -51,10 +51,10 @@ public:
 /// What became of one check beside its verdict.
 struct CheckTrail
 {
-    bool ran = false;               ///< the rules were judged
-    bool rulesComplete = false;     ///< all rules of the contract could be read
-    TSimpleString problem;          ///< the first error met, empty when there was none
-    std::uint32_t rowsDue = 0;      ///< history rows that the check owes
+    bool ran = false;           ///< the rules were judged
+    bool rulesComplete = false; ///< all rules of the contract could be read
+    TSimpleString problem;      ///< the first error met, empty when there was none
+    std::uint32_t rowsDue = 0;  ///< history rows that the check owes
     std::uint32_t rowsWritten = 0;
 };
 
@@ -66,8 +66,8 @@ struct CheckInput
     const wchar_t* signers; ///< certificate names separated by ';'; null counts as empty
     const char* connexionString;
     void* trace;
-    TArray<signerInfo>& sessionSigners;     ///< appended to, never emptied
-    SharedRef<CDatabase>& sessionDatabase;  ///< opened on first use, let go when opening fails
+    TArray<signerInfo>& sessionSigners;    ///< appended to, never emptied
+    SharedRef<CDatabase>& sessionDatabase; ///< opened on first use, let go when opening fails
     AuditJournal& journal;
 };
 

@@ -2,11 +2,17 @@
 
 #include "containers/tarray.h"
 #include "signers/signer_info.h"
+#include "support/tsimplestring.h"
+
+#include <cstddef>
 
 class CDatabase;
 
 namespace signers
 {
+
+/// Every text buffer that the look-ups fill: 255 characters and a terminator.
+inline constexpr std::size_t kNameCapacity = 256;
 
 /// What the look-ups need: the session's connection (null: none, every look-up answers 0) and the
 /// trace handle.
@@ -14,6 +20,7 @@ struct HolderDirectory
 {
     CDatabase* database;
     void* trace;
+    TSimpleString* problem = nullptr; ///< when given and empty, receives an error's text
 };
 
 /// Looks up who holds a certificate. `firstName` and `lastName` hold 256 characters each and

@@ -1,0 +1,28 @@
+#include "rules/history_writer.h"
+
+namespace rules
+{
+
+HistoryWriter::HistoryWriter(const char* connexionString)
+{
+    m_database.OpenEx(connexionString, CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
+}
+
+void HistoryWriter::WriteDecisions(const HistoryFacts& facts, const TArray<ruleSign>& decisions,
+                                   std::uint32_t& written)
+{
+    for (int i = 0; i < decisions.GetCount(); ++i)
+    {
+        m_database.ExecuteSQLW(DecisionRow(facts, *decisions.GetAt(i)).SafeGetString());
+        ++written;
+    }
+}
+
+void HistoryWriter::WriteNoRule(const HistoryFacts& facts, const TSimpleStringW& motif,
+                                std::uint32_t& written)
+{
+    m_database.ExecuteSQLW(NoRuleRow(facts, motif).SafeGetString());
+    ++written;
+}
+
+} // namespace rules

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "database/row_layout.h"
+#include "rules/check_signatures.h"
+#include "rules/rulesign.h"
+#include "support/tsimplestringw.h"
+
+#include <cstdint>
+
+namespace rules
+{
+
+/// The contract's rule lines.
+TSimpleStringW RuleQuery(const ContractKey& contract);
+extern const database::RowLayout kRuleRow;
+
+/// The contract itself, for a contract without rule lines; of any order type.
+TSimpleStringW ContractQuery(const ContractKey& contract);
+extern const database::RowLayout kContractRow;
+
+/// What the history rows of one check have in common.
+struct HistoryFacts
+{
+    const ContractKey& contract;
+    const OrderFacts& order;
+    const wchar_t* signerList;
+    std::uint32_t verdict;
+};
+
+/// The history row of one decision.
+TSimpleStringW DecisionRow(const HistoryFacts& facts, const ruleSign& decision);
+
+/// The one history row of a check that no rule concerns; `motif` is the text of that finding.
+TSimpleStringW NoRuleRow(const HistoryFacts& facts, const TSimpleStringW& motif);
+
+} // namespace rules

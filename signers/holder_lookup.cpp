@@ -1,0 +1,172 @@
+#include "signers/holder_lookup.h"
+
+#include "database/cdatabase.h"
+#include "database/crecordset.h"
+#include "database/guard_database.h"
+#include "signers/holder_statements.h"
+#include "support/casefold.h"
+#include "support/checked_copy.h"
+#include "support/numbers.h"
+#include "support/trace.h"
+
+#include <new>
+
+namespace signers
+{
+
+namespace
+{
+
+constexpr int kLevel = 1;
+constexpr char kRuler[] = "---------------------------";
+
+void TraceNarrowColumn(void* trace, const CRecordset& rows, const char* column, const char* label,
+                       CTString& value)
+{
+    rows.GetFieldValue(column, value);
+    TraceValue(trace, label, value.SafeGetString(), kLevel);
+}
+
+void CopyWideColumn(void* trace, const CRecordset& rows, const char* column, const char* label,
+                    wchar_t* buffer)
+{
+    TSimpleStringW value;
+    rows.GetFieldValue(column, value);
+    TraceValueUTF8(trace, label, value.SafeGetString());
+    support::TruncatingCopy(buffer, kNameCapacity, value.SafeGetString());
+}
+
+// What both look-ups read first of a row.
+void ReadHolder(void* trace, const CRecordset& rows, wchar_t* firstName, wchar_t* lastName)
+{
+    CTString value;
+    TraceNarrowColumn(trace, rows, "HUID", "HUID Signer       ", value);
+    CopyWideColumn(trace, rows, "FNAME", "HUID FirstName    ", firstName);
+    CopyWideColumn(trace, rows, "LNAME", "HUID LastName     ", lastName);
+}
+
+// What both look-ups read last of a row. Gives the opposition marker.
+std::int32_t ReadOpposition(void* trace, const CRecordset& rows)
+{
+    CTString value;
+    TraceNarrowColumn(trace, rows, "SERIAL", "HUID Serial Number", value);
+    TraceNarrowColumn(trace, rows, "OPPOSITION", "HUID Is Opposition", value);
+    return support::ToInt32(value.SafeGetString());
+}
+
+// Completes the entries with this certificate; every one of them, so that a certificate that stands
+// twice in the list is taken twice. Returns whether one was completed.
+bool CompleteEntries(void* trace, TArray<signerInfo>& signers, int count,
+                     const wchar_t* certificateName, const wchar_t* firstName,
+                     const wchar_t* lastName)
+{
+    bool completed = false;
+    for (int i = 0; i < count; ++i)
+    {
+        signerInfo& entry = *signers.GetAt(i);
+        if (!support::EqualIgnoringCase(certificateName, entry.certificate.SafeGetString(),
+                                        kNameCapacity - 1U))
+        {
+            continue;
+        }
+        if (!entry.firstName.IsEmpty())
+        {
+            TraceValue(trace, "warning", "signer already found", kLevel);
+            continue;
+        }
+        entry.firstName = firstName;
+        entry.lastName = lastName;
+        completed = true;
+    }
+    return completed;
+}
+
+void Note(const HolderDirectory& directory, const char* text)
+{
+    TraceValue(directory.trace, "Exception", text, kLevel);
+    if (directory.problem == nullptr || !directory.problem->IsEmpty())
+    {
+        return;
+    }
+    try
+    {
+        *directory.problem = text;
+    }
+    catch (const std::bad_alloc&)
+    {
+        // The trace has it; a look-up raises nothing.
+    }
+}
+
+} // namespace
+
+int GetSignerNames(const HolderDirectory& directory, const wchar_t* certificateName,
+                   wchar_t* firstName, wchar_t* lastName)
+{
+    if (directory.database == nullptr)
+    {
+        return 0;
+    }
+    void* const trace = directory.trace;
+    int found = 0;
+    database::GuardDatabase(
+        [&]
+        {
+            const TSimpleStringW statement = HoldersOfCertificate(certificateName);
+            CRecordset rows(*directory.database);
+            rows.OpenW(CRecordset::kForwardOnly, statement.SafeGetString(), 0, &kHolderRow);
+            for (; !rows.IsEOF(); rows.MoveNext())
+            {
+                TraceValue(trace, "SIGNER NAME-------", kRuler, kLevel);
+                if (found == 1)
+                {
+                    TraceValue(trace, "******* WARNING   ", "#Signers with same certificates",
+                               kLevel);
+                }
+                ReadHolder(trace, rows, firstName, lastName);
+                ReadOpposition(trace, rows);
+                found = 1;
+            }
+            rows.Close();
+        },
+        [&](const CDBException& raised) { Note(directory, raised.GetText()); },
+        [&] { Note(directory, "Unknown from GetSignerNames"); });
+    return found;
+}
+
+int GetSignerInfos(const HolderDirectory& directory, const char* holderId, int& notOpposition,
+                   wchar_t* certificateName, wchar_t* firstName, wchar_t* lastName,
+                   TArray<signerInfo>* signers)
+{
+    if (directory.database == nullptr || signers == nullptr || signers->GetCount() == 0)
+    {
+        return 0;
+    }
+    void* const trace = directory.trace;
+    const int count = signers->GetCount();
+    int found = 0;
+    database::GuardDatabase(
+        [&]
+        {
+            const TSimpleStringW statement = CertificatesOfHolder(holderId, *signers, count);
+            CRecordset rows(*directory.database);
+            rows.OpenW(CRecordset::kForwardOnly, statement.SafeGetString(), 0, &kHolderRow);
+            for (; !rows.IsEOF() && found == 0; rows.MoveNext())
+            {
+                TraceValue(trace, "SIGNER INFO-------", kRuler, kLevel);
+                ReadHolder(trace, rows, firstName, lastName);
+                CopyWideColumn(trace, rows, "CN", "HUID Certificate  ", certificateName);
+                notOpposition = ReadOpposition(trace, rows) == 0 ? 1 : 0;
+                if (CompleteEntries(trace, *signers, count, certificateName, firstName, lastName))
+                {
+                    found = 1;
+                }
+            }
+            rows.Close();
+        },
+        [&](const CDBException& raised) { Note(directory, raised.GetText()); },
+        [&] { Note(directory, "Unknown from GetSignerInfos"); });
+    return found;
+}
+
+} // namespace signers

@@ -1,0 +1,3 @@
+#include "signers/signer_info.h"
+
+template class TArray<signerInfo>;
