@@ -36,6 +36,8 @@ public:
 
 private:
     struct State;
+    // Removed after the connection is closed: an open file cannot be deleted on Windows.
+    TemporaryFolder m_folder;
     std::unique_ptr<State> m_state;
 };
 
