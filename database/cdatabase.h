@@ -47,5 +47,8 @@ public:
     database::Connection& GetConnection();
 
 private:
-    std::unique_ptr<database::Connection> m_connection;
+    database::Connection& RequireOpen() const;
+
+    // Shared with the cursors open on it, so that one that lives longer keeps its connection.
+    std::shared_ptr<database::Connection> m_connection;
 };

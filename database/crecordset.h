@@ -4,6 +4,7 @@
 #include "database/row_layout.h"
 #include "support/tsimplestringw.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -48,6 +49,8 @@ public:
     void Close();
 
 private:
+    database::Cursor& RequireOpen(const char* operation) const;
+
     CDatabase& m_database;
     std::unique_ptr<database::Cursor> m_cursor;
 };

@@ -1,0 +1,51 @@
+#include "database/connect_turn.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <functional>
+
+namespace database
+{
+
+namespace
+{
+
+// Without destructors, so that a connect while the process ends finds them whole.
+std::mutex g_firstConnects;
+std::array<std::atomic<std::uint64_t>, 16> g_loaded; // 0: free
+
+bool IsLoaded(std::uint64_t driver)
+{
+    return std::any_of(g_loaded.begin(), g_loaded.end(),
+                       [driver](const auto& each) { return each.load() == driver; });
+}
+
+} // namespace
+
+ConnectTurn::ConnectTurn(const std::string& driver)
+    : m_driver(std::max<std::uint64_t>(std::hash<std::string>()(driver), 1)),
+      m_lock(g_firstConnects, std::defer_lock)
+{
+    if (!IsLoaded(m_driver))
+    {
+        m_lock.lock();
+    }
+}
+
+void ConnectTurn::Succeeded() noexcept
+{
+    // With every place taken, a further driver's connects keep taking turns.
+    if (!m_lock.owns_lock() || IsLoaded(m_driver))
+    {
+        return;
+    }
+    const auto place = std::find_if(g_loaded.begin(), g_loaded.end(),
+                                    [](const auto& each) { return each.load() == 0; });
+    if (place != g_loaded.end())
+    {
+        place->store(m_driver);
+    }
+}
+
+} // namespace database

@@ -1,0 +1,319 @@
+#include "database/connection.h"
+
+#include "database/cdbexception.h"
+#include "database/connect_turn.h"
+#include "database/guard_database.h"
+#include "database/odbc_text.h"
+#include "port/environment.h"
+#include "support/codepage.h"
+#include "support/numbers.h"
+
+#include <algorithm>
+
+namespace database
+{
+
+namespace
+{
+
+// Long enough for another process's burst of history rows, short enough for a waiting customer.
+constexpr std::uint32_t kSqliteBusySeconds = 30;
+constexpr std::uint32_t kLongestTimeoutSeconds = 24 * 60 * 60;
+
+std::uint32_t ConfiguredTimeout()
+{
+    const std::int32_t seconds =
+        support::ToInt32(port::Environment("SIGNUTILS_DB_TIMEOUT").c_str());
+    return std::min(static_cast<std::uint32_t>(std::max(seconds, 0)), kLongestTimeoutSeconds);
+}
+
+SQLPOINTER AttributeValue(SQLULEN value) noexcept
+{
+    return reinterpret_cast<SQLPOINTER>(value);
+}
+
+constexpr const char* kOpen = "OpenEx";
+constexpr const char* kExecute = "ExecuteSQLW";
+
+} // namespace
+
+Connection::Connection(const std::string& connexionString)
+    : m_key(connexionString), m_timeoutSeconds(ConfiguredTimeout()),
+      m_crossing(TextCrossing::Utf16), m_dialect(&DialectOf(""))
+{
+    const ConnectionString parsed(connexionString);
+    if (!parsed.Fault().empty())
+    {
+        Refuse("08001", parsed.Fault(), {kOpen, L""});
+    }
+    Connect(parsed);
+    LearnProduct();
+    SetUpSession(parsed);
+}
+
+Connection::~Connection()
+{
+    if (!m_connected)
+    {
+        return;
+    }
+    // A connection with an open transaction cannot be closed.
+    SQLEndTran(SQL_HANDLE_DBC, m_handle.Get(), SQL_ROLLBACK);
+    SQLDisconnect(m_handle.Get());
+}
+
+void Connection::Connect(const ConnectionString& connexionString)
+{
+    const std::string driver = connexionString.Value("DRIVER");
+    m_crossing = ConnectCrossing(m_key, driver);
+    ConnectTurn turn(driver.empty() ? "DSN " + connexionString.Value("DSN") : driver);
+    TryConnect(connexionString);
+    turn.Succeeded();
+}
+
+void Connection::TryConnect(const ConnectionString& connexionString)
+{
+    // Without memory for an environment there is no handle that could tell more.
+    if (!SQL_SUCCEEDED(m_environment.Allocate(SQL_NULL_HANDLE)) ||
+        !SQL_SUCCEEDED(SQLSetEnvAttr(m_environment.Get(), SQL_ATTR_ODBC_VERSION,
+                                     AttributeValue(SQL_OV_ODBC3), 0)) ||
+        !SQL_SUCCEEDED(m_handle.Allocate(m_environment.Get())))
+    {
+        Refuse("HY001", "The driver manager gives no connection handle.", {kOpen, L""});
+    }
+    if (m_timeoutSeconds > 0)
+    {
+        // A driver without this attribute says so and connects with its own time-out.
+        SQLSetConnectAttr(m_handle.Get(), SQL_ATTR_LOGIN_TIMEOUT, AttributeValue(m_timeoutSeconds),
+                          SQL_IS_UINTEGER);
+    }
+    OutgoingText text(support::WideFromNarrow(m_key), m_crossing);
+    const SQLRETURN result = text.Connect(m_handle.Get());
+    if (!SQL_SUCCEEDED(result))
+    {
+        const std::wstring shown = support::WideFromNarrow(connexionString.Masked());
+        RaiseDriverError(result, SQL_HANDLE_DBC, m_handle.Get(), m_crossing, {kOpen, shown});
+    }
+    m_connected = true;
+}
+
+void Connection::LearnProduct()
+{
+    char name[128] = {};
+    SQLSMALLINT length = 0;
+    CheckConnection(SQLGetInfo(m_handle.Get(), SQL_DBMS_NAME, name,
+                               static_cast<SQLSMALLINT>(sizeof name - 1), &length),
+                    kOpen);
+    m_dialect = &DialectOf(name);
+    m_crossing = m_dialect->crossing;
+
+    SQLUINTEGER extensions = 0;
+    const SQLRETURN known = SQLGetInfo(m_handle.Get(), SQL_GETDATA_EXTENSIONS, &extensions,
+                                       static_cast<SQLSMALLINT>(sizeof extensions), nullptr);
+    m_rereadsBoundColumns = SQL_SUCCEEDED(known) && (extensions & SQL_GD_BOUND) != 0 &&
+                            (extensions & SQL_GD_ANY_COLUMN) != 0;
+}
+
+void Connection::SetUpSession(const ConnectionString& connexionString)
+{
+    if (m_dialect->connectStatement != nullptr)
+    {
+        Execute(m_dialect->connectStatement);
+    }
+    if (m_dialect->product == Product::Sqlite)
+    {
+        SetUpSqlite(connexionString);
+    }
+    m_sessionTouched = false;
+}
+
+void Connection::SetUpSqlite(const ConnectionString& connexionString)
+{
+    // The driver's own key, in milliseconds, comes before ours.
+    if (connexionString.Value("Timeout").empty())
+    {
+        const std::uint32_t seconds = m_timeoutSeconds > 0 ? m_timeoutSeconds : kSqliteBusySeconds;
+        Execute(L"PRAGMA busy_timeout = " + std::to_wstring(seconds * 1000));
+    }
+    m_filePath = support::Utf8FromWide(FirstText(L"PRAGMA database_list", 3));
+    m_file = port::IdentifyFile(m_filePath);
+}
+
+std::wstring Connection::FirstText(std::wstring_view query, SQLUSMALLINT column)
+{
+    constexpr std::size_t kUnits = 4096;
+    const StatementHandle statement = Run(query, kOpen);
+    const Attempt attempt{kOpen, query};
+    std::u16string text(kUnits, u'\0');
+    SQLLEN indicator = 0;
+    SQLRETURN result = SQLFetch(statement.Get());
+    if (SQL_SUCCEEDED(result))
+    {
+        result = SQLGetData(statement.Get(), column, SQL_C_WCHAR, OdbcUnits(text.data()),
+                            static_cast<SQLLEN>(kUnits * sizeof(char16_t)), &indicator);
+    }
+    if (!SQL_SUCCEEDED(result))
+    {
+        RaiseFrom(result, statement, attempt);
+    }
+    return support::WideFromUtf16(text.substr(0, text.find(u'\0')));
+}
+
+StatementHandle Connection::Run(std::wstring_view statement, std::string_view operation)
+{
+    const Attempt attempt{operation, statement};
+    const ScannedStatement scanned = ScanStatement(statement, m_dialect->lexicon);
+    if (!scanned.single)
+    {
+        Refuse("42000", "The text would run as more than one statement.", attempt);
+    }
+    m_sessionTouched = m_sessionTouched || !scanned.plainData;
+
+    StatementHandle handle;
+    CheckConnection(handle.Allocate(m_handle.Get()), operation);
+    if (m_timeoutSeconds > 0)
+    {
+        // A driver without this attribute says so and goes on without a limit.
+        SQLSetStmtAttr(handle.Get(), SQL_ATTR_QUERY_TIMEOUT, AttributeValue(m_timeoutSeconds),
+                       SQL_IS_UINTEGER);
+    }
+    const SQLRETURN result = ExecuteOn(handle, scanned.text);
+    if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA)
+    {
+        RaiseFrom(result, handle, attempt);
+    }
+    return handle;
+}
+
+SQLRETURN Connection::ExecuteOn(const StatementHandle& statement, std::wstring_view text)
+{
+    return OutgoingText(text, m_crossing).ExecuteDirect(statement.Get());
+}
+
+std::int64_t Connection::Execute(std::wstring_view statement)
+{
+    const StatementHandle handle = Run(statement, kExecute);
+    SQLLEN rows = -1;
+    if (!SQL_SUCCEEDED(SQLRowCount(handle.Get(), &rows)))
+    {
+        rows = -1;
+    }
+    // Some products tell of a failure only with a later result, of a trigger for instance.
+    SQLRETURN more = SQLMoreResults(handle.Get());
+    while (SQL_SUCCEEDED(more))
+    {
+        more = SQLMoreResults(handle.Get());
+    }
+    if (more != SQL_NO_DATA)
+    {
+        RaiseFrom(more, handle, {kExecute, statement});
+    }
+    return rows;
+}
+
+void Connection::Begin()
+{
+    const char* const operation = "BeginTransaction";
+    if (m_inTransaction)
+    {
+        Refuse("25001", "A transaction is open already.", {operation, L""});
+    }
+    if (!SetAutocommit(false))
+    {
+        m_failed = true;
+        RaiseDriverError(SQL_ERROR, SQL_HANDLE_DBC, m_handle.Get(), m_crossing, {operation, L""});
+    }
+    m_inTransaction = true;
+}
+
+void Connection::Commit()
+{
+    EndTransaction(SQL_COMMIT, "CommitTransaction");
+}
+
+void Connection::Rollback()
+{
+    EndTransaction(SQL_ROLLBACK, "RollbackTransaction");
+}
+
+void Connection::EndTransaction(SQLSMALLINT completion, std::string_view operation)
+{
+    if (!m_inTransaction)
+    {
+        Refuse("25000", "No transaction is open.", {operation, L""});
+    }
+    CheckConnection(SQLEndTran(SQL_HANDLE_DBC, m_handle.Get(), completion), operation);
+    m_inTransaction = false;
+    CheckConnection(SetAutocommit(true) ? SQL_SUCCESS : SQL_ERROR, operation);
+}
+
+bool Connection::SetAutocommit(bool on) noexcept
+{
+    return SQL_SUCCEEDED(SQLSetConnectAttr(
+        m_handle.Get(), SQL_ATTR_AUTOCOMMIT,
+        AttributeValue(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER));
+}
+
+void Connection::CheckConnection(SQLRETURN returnCode, std::string_view operation)
+{
+    if (!SQL_SUCCEEDED(returnCode))
+    {
+        m_failed = true;
+        RaiseDriverError(returnCode, SQL_HANDLE_DBC, m_handle.Get(), m_crossing, {operation, L""});
+    }
+}
+
+void Connection::RaiseFrom(SQLRETURN returnCode, const StatementHandle& statement,
+                           const Attempt& attempt)
+{
+    m_failed = true;
+    RaiseDriverError(returnCode, SQL_HANDLE_STMT, statement.Get(), m_crossing, attempt);
+}
+
+void Connection::Refuse(const char* state, std::string_view text, const Attempt& attempt)
+{
+    m_failed = true;
+    RaiseRefusal(state, text, attempt);
+}
+
+bool Connection::Release() noexcept
+{
+    // A setting that one user made must not meet the next one, nor may a database in memory,
+    // which begins anew with every connection.
+    const bool inMemory = m_dialect->product == Product::Sqlite && m_filePath.empty();
+    if (m_failed || m_sessionTouched || inMemory)
+    {
+        return false;
+    }
+    if (m_inTransaction)
+    {
+        m_inTransaction = false;
+        return SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, m_handle.Get(), SQL_ROLLBACK)) &&
+               SetAutocommit(true);
+    }
+    return true;
+}
+
+bool Connection::IsAlive() noexcept
+{
+    if (m_dialect->product == Product::Sqlite)
+    {
+        // Where the file was removed or replaced, rows would go to one that nobody sees.
+        return port::IdentifyFile(m_filePath) == m_file;
+    }
+    if (m_dialect->probeStatement == nullptr)
+    {
+        return false;
+    }
+    return GuardDatabase([this] { Execute(m_dialect->probeStatement); }, [](const CDBException&) {},
+                         [] {});
+}
+
+void Connection::Abandon() noexcept
+{
+    m_connected = false;
+    m_handle.Abandon();
+    m_environment.Abandon();
+}
+
+} // namespace database

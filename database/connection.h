@@ -1,0 +1,87 @@
+#pragma once
+
+#include "database/connection_string.h"
+#include "database/diagnostics.h"
+#include "database/dialect.h"
+#include "database/odbc_handle.h"
+#include "port/file_identity.h"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace database
+{
+
+/// One ODBC connection with what is known of its product. One thread at a time.
+///
+/// Shared between the CDatabase and the cursors open on it, so that a cursor that lives longer
+/// keeps its connection. Every failure raises CDBException* and keeps the connection out of the
+/// idle pool.
+class Connection : public std::enable_shared_from_this<Connection>
+{
+public:
+    /// `connexionString` is Windows-1252.
+    explicit Connection(const std::string& connexionString);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    const std::string& Key() const noexcept { return m_key; }
+    const Dialect& GetDialect() const noexcept { return *m_dialect; }
+    /// Whether a value can be read again after its column was bound.
+    bool RereadsBoundColumns() const noexcept { return m_rereadsBoundColumns; }
+
+    /// A statement that has been run. Refuses a text that is more than one.
+    StatementHandle Run(std::wstring_view statement, std::string_view operation);
+    /// Runs to the end of every result; rows changed by the first, -1 when the driver does not say.
+    std::int64_t Execute(std::wstring_view statement);
+
+    void Begin();
+    void Commit();
+    void Rollback();
+
+    /// Raises what the driver says of a call on `statement` that failed.
+    [[noreturn]] void RaiseFrom(SQLRETURN returnCode, const StatementHandle& statement,
+                                const Attempt& attempt);
+    [[noreturn]] void Refuse(const char* state, std::string_view text, const Attempt& attempt);
+
+    /// Makes the connection fit for another user; false when it must be closed instead.
+    [[nodiscard]] bool Release() noexcept;
+    /// Whether a connection that has been idle still reaches its database.
+    [[nodiscard]] bool IsAlive() noexcept;
+
+    /// Forgets the handles without a word to the server; for a process that was forked off.
+    void Abandon() noexcept;
+
+private:
+    void Connect(const ConnectionString& connexionString);
+    void TryConnect(const ConnectionString& connexionString);
+    void LearnProduct();
+    void SetUpSession(const ConnectionString& connexionString);
+    void SetUpSqlite(const ConnectionString& connexionString);
+    void CheckConnection(SQLRETURN returnCode, std::string_view operation);
+    void EndTransaction(SQLSMALLINT completion, std::string_view operation);
+    [[nodiscard]] bool SetAutocommit(bool on) noexcept;
+    SQLRETURN ExecuteOn(const StatementHandle& statement, std::wstring_view text);
+    std::wstring FirstText(std::wstring_view query, SQLUSMALLINT column);
+
+    std::string m_key;
+    std::uint32_t m_timeoutSeconds; // 0: the driver's own
+    TextCrossing m_crossing;
+    const Dialect* m_dialect;
+    bool m_rereadsBoundColumns = false;
+    bool m_connected = false;
+    bool m_inTransaction = false;
+    bool m_failed = false;
+    bool m_sessionTouched = false; // ran something that may leave a setting behind
+    std::string m_filePath;        // SQLite's file, UTF-8; empty for a database in memory
+    port::FileIdentity m_file;
+    // The connection is freed before its environment: members go in reverse order.
+    EnvironmentHandle m_environment;
+    ConnectionHandle m_handle;
+};
+
+} // namespace database

@@ -1,0 +1,160 @@
+#include "database/connection_string.h"
+
+#include "support/casefold.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace database
+{
+
+namespace
+{
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+std::string_view Trimmed(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos)
+    {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+bool IsSecret(const std::string& key)
+{
+    static constexpr const char* kSecrets[] = {"PWD",    "PASSWORD",    "PASSWD",
+                                               "NEWPWD", "SSLPASSWORD", "ACCESSTOKEN"};
+    return std::any_of(std::begin(kSecrets), std::end(kSecrets),
+                       [&key](const char* each)
+                       { return support::EqualIgnoringAsciiCase(key.c_str(), each); });
+}
+
+/// Position behind the brace that closes the one at `open`; npos when none does. A doubled closing
+/// brace stands for one in the value.
+std::size_t BehindBraces(std::string_view text, std::size_t open)
+{
+    std::size_t at = open + 1;
+    while (at < text.size())
+    {
+        if (text[at] != '}')
+        {
+            ++at;
+        }
+        else if (at + 1 < text.size() && text[at + 1] == '}')
+        {
+            at += 2;
+        }
+        else
+        {
+            return at + 1;
+        }
+    }
+    return std::string_view::npos;
+}
+
+std::string WithoutBraces(const std::string& raw)
+{
+    if (raw.size() < 2 || raw.front() != '{')
+    {
+        return raw;
+    }
+    std::string value;
+    for (std::size_t at = 1; at + 1 < raw.size(); ++at)
+    {
+        value += raw[at];
+        at += raw[at] == '}' ? 1 : 0;
+    }
+    return value;
+}
+
+} // namespace
+
+ConnectionString::ConnectionString(std::string_view text)
+{
+    if (Trimmed(text).empty())
+    {
+        m_fault = "The connection string is empty.";
+        return;
+    }
+    std::size_t at = 0;
+    while (at < text.size() && m_fault.empty())
+    {
+        at = ReadEntry(text, at);
+    }
+    if (m_fault.empty())
+    {
+        CheckTarget();
+    }
+}
+
+std::size_t ConnectionString::ReadEntry(std::string_view text, std::size_t at)
+{
+    const std::size_t equals = text.find('=', at);
+    const std::size_t semicolon = text.find(';', at);
+    if (semicolon < equals || equals == std::string_view::npos)
+    {
+        if (!Trimmed(text.substr(at, semicolon - at)).empty())
+        {
+            m_fault = "The connection string has no '=' in the part behind entry " +
+                      std::to_string(m_entries.size()) +
+                      "; a value with a semicolon must stand in braces.";
+        }
+        return semicolon == std::string_view::npos ? text.size() : semicolon + 1;
+    }
+    const std::string key(Trimmed(text.substr(at, equals - at)));
+    if (key.empty())
+    {
+        m_fault = "The connection string has a '=' without a key before it.";
+        return text.size();
+    }
+    const std::size_t start = std::min(text.find_first_not_of(kBlanks, equals + 1), text.size());
+    std::size_t end = start;
+    if (start < text.size() && text[start] == '{')
+    {
+        end = BehindBraces(text, start);
+        if (end == std::string_view::npos)
+        {
+            m_fault = "The connection string never closes the brace of the value of " + key + ".";
+            return text.size();
+        }
+    }
+    end = std::min(text.find(';', end), text.size());
+    m_entries.push_back({key, std::string(Trimmed(text.substr(start, end - start)))});
+    return end + 1;
+}
+
+void ConnectionString::CheckTarget()
+{
+    if (Value("DRIVER").empty() && Value("DSN").empty() && Value("FILEDSN").empty())
+    {
+        m_fault = "The connection string names no database: it has neither DRIVER nor DSN.";
+    }
+}
+
+std::string ConnectionString::Value(std::string_view key) const
+{
+    const std::string wanted(key);
+    for (const Entry& each : m_entries)
+    {
+        if (support::EqualIgnoringAsciiCase(each.key.c_str(), wanted.c_str()))
+        {
+            return WithoutBraces(each.raw);
+        }
+    }
+    return {};
+}
+
+std::string ConnectionString::Masked() const
+{
+    std::string masked;
+    for (const Entry& each : m_entries)
+    {
+        masked += each.key + "=" + (IsSecret(each.key) ? "***" : each.raw) + ";";
+    }
+    return masked;
+}
+
+} // namespace database

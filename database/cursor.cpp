@@ -1,0 +1,283 @@
+#include "database/cursor.h"
+
+#include "database/odbc_text.h"
+#include "support/casefold.h"
+#include "support/codepage.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace database
+{
+
+namespace
+{
+
+// Without a layout: room for every number and date, and for most texts; longer ones are read again.
+constexpr std::size_t kLeastLength = 64;
+constexpr std::size_t kMostLength = 512;
+
+// A long value comes in pieces of at most 2 MiB: the driver's word alone reserves no more.
+constexpr std::size_t kFirstPieceUnits = 4096;
+constexpr std::size_t kMostPieceUnits = std::size_t{1} << 20U;
+// 1 GiB. A driver that goes on beyond it repeats itself.
+constexpr std::size_t kMostValueUnits = std::size_t{1} << 29U;
+
+constexpr const char* kOpen = "OpenW";
+constexpr const char* kMove = "MoveNext";
+constexpr const char* kRead = "GetFieldValue";
+
+SQLLEN ByteCount(std::size_t units) noexcept
+{
+    return static_cast<SQLLEN>(units * sizeof(char16_t));
+}
+
+SQLUSMALLINT OdbcColumn(std::size_t index) noexcept
+{
+    return static_cast<SQLUSMALLINT>(index + 1);
+}
+
+} // namespace
+
+Cursor::Cursor(std::shared_ptr<Connection> connection, std::wstring_view statement,
+               const RowLayout* layout)
+    : m_connection(std::move(connection)), m_text(statement)
+{
+    m_statement = m_connection->Run(statement, kOpen);
+    if (layout != nullptr)
+    {
+        ColumnsFromLayout(*layout);
+    }
+    else
+    {
+        ColumnsFromDriver();
+    }
+    Bind();
+    Fetch();
+}
+
+void Cursor::ColumnsFromLayout(const RowLayout& layout)
+{
+    m_columns.reserve(layout.count);
+    for (std::size_t index = 0; index < layout.count; ++index)
+    {
+        AddColumn(layout.columns[index].name, layout.columns[index].length);
+    }
+}
+
+void Cursor::ColumnsFromDriver()
+{
+    SQLSMALLINT count = 0;
+    Check(SQLNumResultCols(m_statement.Get(), &count), kOpen);
+    if (count <= 0)
+    {
+        m_connection->Refuse("07005", "The statement gives no rows.", During(kOpen));
+    }
+    m_columns.reserve(static_cast<std::size_t>(count));
+    for (std::size_t index = 0; index < static_cast<std::size_t>(count); ++index)
+    {
+        char16_t name[256] = {};
+        SQLSMALLINT nameLength = 0;
+        SQLSMALLINT type = 0;
+        SQLSMALLINT digits = 0;
+        SQLSMALLINT nullable = 0;
+        SQLULEN size = 0;
+        Check(SQLDescribeColW(m_statement.Get(), OdbcColumn(index), OdbcUnits(name),
+                              static_cast<SQLSMALLINT>(std::size(name)), &nameLength, &type, &size,
+                              &digits, &nullable),
+              kOpen);
+        const std::size_t told = nameLength < 0 ? 0 : static_cast<std::size_t>(nameLength);
+        const std::u16string_view known(name, std::min(told, std::size(name) - 1));
+        AddColumn(support::NarrowFromWide(support::WideFromUtf16(known)),
+                  std::clamp<std::size_t>(size, kLeastLength, kMostLength));
+    }
+}
+
+void Cursor::AddColumn(std::string name, std::size_t length)
+{
+    const std::size_t offset =
+        m_columns.empty() ? 0 : m_columns.back().offset + m_columns.back().capacity;
+    m_columns.push_back({std::move(name), offset, length + 1, SQL_NULL_DATA, false, {}});
+}
+
+void Cursor::Bind()
+{
+    m_buffer.resize(m_columns.back().offset + m_columns.back().capacity);
+    if (!m_connection->RereadsBoundColumns())
+    {
+        return;
+    }
+    for (std::size_t index = 0; index < m_columns.size(); ++index)
+    {
+        Column& column = m_columns[index];
+        Check(SQLBindCol(m_statement.Get(), OdbcColumn(index), SQL_C_WCHAR,
+                         m_buffer.data() + column.offset, ByteCount(column.capacity),
+                         &column.indicator),
+              kOpen);
+    }
+}
+
+void Cursor::MoveNext()
+{
+    if (m_atEnd)
+    {
+        m_connection->Refuse("24000", "There is no row behind the last one.", During(kMove));
+    }
+    Fetch();
+}
+
+void Cursor::Fetch()
+{
+    const SQLRETURN result = SQLFetch(m_statement.Get());
+    if (result == SQL_NO_DATA)
+    {
+        m_atEnd = true;
+        return;
+    }
+    // A value cut at its buffer is told as a success with information.
+    Check(result, kMove);
+    for (std::size_t index = 0; index < m_columns.size(); ++index)
+    {
+        TakeValue(index);
+    }
+}
+
+void Cursor::TakeValue(std::size_t index)
+{
+    Column& column = m_columns[index];
+    column.isLong = false;
+    if (!m_connection->RereadsBoundColumns())
+    {
+        column.indicator = 0;
+        ReadWhole(index);
+        return;
+    }
+    if (column.indicator == SQL_NULL_DATA)
+    {
+        return;
+    }
+    if (column.indicator == SQL_NO_TOTAL || column.indicator > ByteCount(column.capacity - 1))
+    {
+        ReadWhole(index);
+        return;
+    }
+    if (column.indicator < 0)
+    {
+        m_connection->Refuse("HY090", "The driver gives a value an impossible length.",
+                             During(kMove));
+    }
+}
+
+void Cursor::ReadWhole(std::size_t index)
+{
+    Column& column = m_columns[index];
+    column.isLong = true;
+    column.longValue.clear();
+    std::u16string piece;
+    bool last = false;
+    while (!last)
+    {
+        const std::size_t units = ReadPiece(index, piece, last);
+        column.longValue.append(piece, 0, units);
+        if ((units == 0 && !last) || column.longValue.size() > kMostValueUnits)
+        {
+            m_connection->Refuse("HY090", "The driver never ends a value.", During(kMove));
+        }
+    }
+}
+
+std::size_t Cursor::ReadPiece(std::size_t index, std::u16string& piece, bool& last)
+{
+    Column& column = m_columns[index];
+    const SQLLEN expected = column.indicator;
+    const std::size_t wanted =
+        expected > 0 ? static_cast<std::size_t>(expected) / sizeof(char16_t) + 1 : kFirstPieceUnits;
+    piece.assign(std::min(wanted, kMostPieceUnits), u'\0');
+
+    SQLLEN indicator = SQL_NULL_DATA;
+    const SQLRETURN result = SQLGetData(m_statement.Get(), OdbcColumn(index), SQL_C_WCHAR,
+                                        piece.data(), ByteCount(piece.size()), &indicator);
+    last = result == SQL_NO_DATA;
+    if (last)
+    {
+        return 0;
+    }
+    Check(result, kRead);
+    column.indicator = indicator;
+    const std::size_t room = piece.size() - 1;
+    if (indicator == SQL_NULL_DATA)
+    {
+        last = true;
+        return 0;
+    }
+    if (indicator >= 0 && indicator <= ByteCount(room))
+    {
+        last = true;
+        return static_cast<std::size_t>(indicator) / sizeof(char16_t);
+    }
+    if (result == SQL_SUCCESS)
+    {
+        last = true; // it fits, and the driver did not count it
+        return std::min(piece.find(u'\0'), room);
+    }
+    // The piece is full, or one unit short of it where a driver keeps pairs whole.
+    return piece[room - 1] == u'\0' ? room - 1 : room;
+}
+
+std::u16string_view Cursor::Value(const char* name)
+{
+    const Column& column = Find(name, kRead);
+    if (column.indicator == SQL_NULL_DATA)
+    {
+        return {};
+    }
+    if (column.isLong)
+    {
+        return column.longValue;
+    }
+    return std::u16string_view(m_buffer).substr(
+        column.offset, static_cast<std::size_t>(column.indicator) / sizeof(char16_t));
+}
+
+bool Cursor::IsNull(const char* name)
+{
+    return Find(name, "IsFieldNull").indicator == SQL_NULL_DATA;
+}
+
+const Cursor::Column& Cursor::Find(const char* name, const char* operation)
+{
+    if (m_atEnd)
+    {
+        m_connection->Refuse("24000", "There is no current row.", During(operation));
+    }
+    const auto found =
+        std::find_if(m_columns.begin(), m_columns.end(),
+                     [name](const Column& each)
+                     { return support::EqualIgnoringAsciiCase(each.name.c_str(), name); });
+    if (found == m_columns.end())
+    {
+        m_connection->Refuse("42S22", "The query has no column " + std::string(name) + ".",
+                             During(operation));
+    }
+    return *found;
+}
+
+const char* Cursor::ColumnName(std::size_t index)
+{
+    if (index >= m_columns.size())
+    {
+        m_connection->Refuse("07009", "The query has no column of this number.",
+                             During("GetFieldName"));
+    }
+    return m_columns[index].name.c_str();
+}
+
+void Cursor::Check(SQLRETURN returnCode, std::string_view operation)
+{
+    if (!SQL_SUCCEEDED(returnCode))
+    {
+        m_connection->RaiseFrom(returnCode, m_statement, During(operation));
+    }
+}
+
+} // namespace database

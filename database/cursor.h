@@ -1,0 +1,69 @@
+#pragma once
+
+#include "database/connection.h"
+#include "database/row_layout.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace database
+{
+
+/// A running query and its current row, each value as UTF-16. Its end frees the statement, and
+/// with it the locks that the reading holds.
+class Cursor
+{
+public:
+    /// Runs the query and stands on the first row. Without a layout the driver is asked for the
+    /// columns.
+    Cursor(std::shared_ptr<Connection> connection, std::wstring_view statement,
+           const RowLayout* layout);
+    Cursor(const Cursor&) = delete;
+    Cursor& operator=(const Cursor&) = delete;
+
+    bool IsAtEnd() const noexcept { return m_atEnd; }
+    void MoveNext();
+
+    /// Value of the current row, valid until the next move.
+    std::u16string_view Value(const char* name);
+    bool IsNull(const char* name);
+
+    std::size_t ColumnCount() const noexcept { return m_columns.size(); }
+    const char* ColumnName(std::size_t index);
+
+private:
+    struct Column
+    {
+        std::string name;
+        std::size_t offset;   // of its buffer in m_buffer
+        std::size_t capacity; // units of its buffer, terminator included
+        SQLLEN indicator = SQL_NULL_DATA;
+        bool isLong = false; // the value stands in longValue, not in the buffer
+        std::u16string longValue;
+    };
+
+    void ColumnsFromLayout(const RowLayout& layout);
+    void ColumnsFromDriver();
+    void AddColumn(std::string name, std::size_t length);
+    void Bind();
+    void Fetch();
+    void TakeValue(std::size_t index);
+    void ReadWhole(std::size_t index);
+    std::size_t ReadPiece(std::size_t index, std::u16string& piece, bool& last);
+    const Column& Find(const char* name, const char* operation);
+    void Check(SQLRETURN returnCode, std::string_view operation);
+    Attempt During(std::string_view operation) const { return {operation, m_text}; }
+
+    std::shared_ptr<Connection> m_connection;
+    std::wstring m_text;
+    // Declared before the statement: the driver may write into them until that is freed.
+    std::vector<Column> m_columns;
+    std::u16string m_buffer;
+    StatementHandle m_statement;
+    bool m_atEnd = false;
+};
+
+} // namespace database

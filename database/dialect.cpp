@@ -1,0 +1,102 @@
+#include "database/dialect.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace database
+{
+
+namespace
+{
+
+// Where wchar_t is no UTF-16 the driver manager is unixODBC, for which the SQLite driver has narrow
+// entry points only. The manager would convert wide text by the locale and lose letters.
+constexpr TextCrossing kSqliteCrossing =
+    sizeof(wchar_t) == sizeof(char16_t) ? TextCrossing::Utf16 : TextCrossing::Utf8;
+
+constexpr Dialect kDialects[] = {
+    {Product::Sqlite,
+     "SQLite",
+     kSqliteCrossing,
+     {.rewritesOdbcForms = true,
+      .knowsComments = true,
+      .backtickQuotes = true,
+      .bracketQuotes = true,
+      .doubtful = L""},
+     nullptr,
+     nullptr},
+    {Product::PostgreSql,
+     "PostgreSQL",
+     TextCrossing::Utf16,
+     {.escapeLiterals = true, .doubtful = L"`$"},
+     L"SET standard_conforming_strings = on",
+     L"SELECT 1"},
+    {Product::MariaDb,
+     "MariaDB",
+     TextCrossing::Utf16,
+     {.backtickQuotes = true, .doubtful = L"#"},
+     L"SET SESSION sql_mode = CONCAT(@@SESSION.sql_mode, ',NO_BACKSLASH_ESCAPES')",
+     L"SELECT 1"},
+    {Product::MariaDb,
+     "MySQL",
+     TextCrossing::Utf16,
+     {.backtickQuotes = true, .doubtful = L"#"},
+     L"SET SESSION sql_mode = CONCAT(@@SESSION.sql_mode, ',NO_BACKSLASH_ESCAPES')",
+     L"SELECT 1"},
+    {Product::SqlServer,
+     "Microsoft SQL Server",
+     TextCrossing::Utf16,
+     {.doubledBrackets = true, .bareStatements = true, .doubtful = L"`"},
+     nullptr,
+     L"SELECT 1"},
+    {Product::Other,
+     "",
+     TextCrossing::Utf16,
+     {.backslashEscapes = true, .escapeLiterals = true, .doubtful = L"`[#$"},
+     nullptr,
+     nullptr},
+};
+
+char AsciiLower(char character) noexcept
+{
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                : character;
+}
+
+bool EqualIgnoringCase(char left, char right) noexcept
+{
+    return AsciiLower(left) == AsciiLower(right);
+}
+
+bool IsAscii(std::string_view text) noexcept
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](char each) { return static_cast<unsigned char>(each) < 0x80; });
+}
+
+} // namespace
+
+const Dialect& DialectOf(std::string_view productName) noexcept
+{
+    // The last entry has an empty name, so that it answers for every other product.
+    return *std::find_if(std::begin(kDialects), std::end(kDialects) - 1,
+                         [productName](const Dialect& each)
+                         {
+                             const std::string_view name = each.name;
+                             return productName.size() >= name.size() &&
+                                    std::equal(name.begin(), name.end(), productName.begin(),
+                                               EqualIgnoringCase);
+                         });
+}
+
+TextCrossing ConnectCrossing(std::string_view connexionString, std::string_view driver) noexcept
+{
+    // Wide calls tell a driver that has both kinds that the program speaks Unicode, so they come
+    // first wherever no letter can be lost.
+    constexpr std::string_view kSqlite = "sqlite";
+    const bool sqlite = std::search(driver.begin(), driver.end(), kSqlite.begin(), kSqlite.end(),
+                                    EqualIgnoringCase) != driver.end();
+    return sqlite && !IsAscii(connexionString) ? kSqliteCrossing : TextCrossing::Utf16;
+}
+
+} // namespace database
