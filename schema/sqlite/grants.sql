@@ -1,0 +1,6 @@
+-- SQLite has no users: who may write the file and its folder may write every table. Give both to the
+-- host's user alone, and the folder too, because the journal of a transaction lies beside the file:
+--
+--   chown signutils: /var/lib/bank /var/lib/bank/rules.db
+--   chmod 700 /var/lib/bank
+--   chmod 600 /var/lib/bank/rules.db
