@@ -1,0 +1,24 @@
+#pragma once
+
+#include "host/option_values.h"
+
+#include <string>
+
+namespace host
+{
+
+/// What one needs to know of a currency to read an amount in it.
+struct AmountForm
+{
+    std::string currency;
+    unsigned int decimals = 0; ///< at most
+};
+
+/// The form of amounts in the currency. Raises UsageRefusal for an unknown currency.
+AmountForm FormOf(const OptionValue& currency);
+
+/// The amount in the main unit: digits, and at most the currency's decimals behind a point.
+/// Raises UsageRefusal, which shows the accepted form.
+double ReadAmount(const OptionValue& value, const AmountForm& form);
+
+} // namespace host

@@ -1,0 +1,194 @@
+#include "host/check_request.h"
+
+#include "host/amount_text.h"
+#include "host/option_readers.h"
+#include "host/order_path.h"
+#include "host/refusal.h"
+#include "host/text.h"
+#include "support/codepage.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace host
+{
+
+namespace
+{
+
+constexpr std::size_t kServiceLength = 8;
+constexpr std::size_t kHandOffLength = 260;
+constexpr std::size_t kLogPathLength = 259;
+constexpr std::size_t kOrderIdKept = 10;
+constexpr std::size_t kFileNameKept = 256;
+// The contract tables keep signed numbers.
+constexpr std::uint32_t kLargestContractNumber = 0x7FFFFFFF;
+
+std::vector<std::string> SplitSigners(const std::string& utf8)
+{
+    std::vector<std::string> names;
+    std::size_t begin = 0;
+    while (begin <= utf8.size())
+    {
+        const std::size_t end = std::min(utf8.find(';', begin), utf8.size());
+        std::string name = utf8.substr(begin, end - begin);
+        name.erase(0, std::min(name.find_first_not_of(" \t"), name.size()));
+        name.erase(name.find_last_not_of(" \t") + 1);
+        if (!name.empty())
+        {
+            names.push_back(std::move(name));
+        }
+        begin = end + 1;
+    }
+    return names;
+}
+
+std::string UpTo(const OptionValues& values, const std::string& name, std::size_t longest)
+{
+    const OptionValue* value = values.Find(name);
+    return value == nullptr ? std::string() : NarrowTextUpTo(*value, longest);
+}
+
+const OptionValue& OrderFile(const OptionValues& values)
+{
+    const OptionValue* file = values.Find("file");
+    if (file == nullptr)
+    {
+        throw UsageRefusal("argument FILE is missing. Give the path of the order file, as in: "
+                           "signcheck check order.xml --db CONN …");
+    }
+    return *file;
+}
+
+void ReadContract(const OptionValues& values, CheckRequest& request)
+{
+    request.partner = ContractIdentifier(Required(values, "partner", "--partner DURAND"));
+    request.service = ContractIdentifier(Required(values, "service", "--service XCT"));
+    request.client = ContractIdentifier(Required(values, "client", "--client CLI01"));
+    request.protocol =
+        WholeNumber(Required(values, "protocol", "--protocol 9"), kLargestContractNumber);
+    request.contractType =
+        WholeNumber(Required(values, "type", "--type 1"), kLargestContractNumber);
+    request.isRequester = values.IsOn("requester");
+    request.isDistributed = values.IsOn("veu");
+}
+
+void ReadSigners(const OptionValues& values, CheckRequest& request)
+{
+    const OptionValue& signers = Required(values, "signers", "--signers \"Ana Ruiz;Paul Durand\"");
+    RefuseUnreadable(signers);
+    request.signers = support::WideFromUtf8(signers.text);
+    request.signerNames = SplitSigners(signers.text);
+}
+
+void ReadAmounts(const OptionValues& values, CheckRequest& request)
+{
+    const OptionValue& total = Required(values, "total", "--total 1500.00");
+    const OptionValue& largest = Required(values, "largest", "--largest 800.00");
+    const AmountForm form = FormOf(Required(values, "currency", "--currency EUR"));
+    request.total = ReadAmount(total, form);
+    request.largest = ReadAmount(largest, form);
+    request.currency = form.currency;
+}
+
+void ReadReport(const OptionValues& values, CheckRequest& request)
+{
+    request.psrService = UpTo(values, "psr-service", kServiceLength);
+    request.party = OptionalNarrowText(values, "party");
+    request.orderId = OptionalNarrowText(values, "order-id");
+    request.messageName = OptionalNarrowText(values, "message-name");
+    request.messageId = OptionalNarrowText(values, "message-id");
+    request.handOff = UpTo(values, "hand-off", kHandOffLength);
+}
+
+bool HasApostrophe(const std::string& text)
+{
+    return text.find('\'') != std::string::npos;
+}
+
+std::string Apostrophe(const std::string& option, const std::string& value,
+                       const std::string& consequence)
+{
+    return option + ": " + Quoted(value) +
+           " holds an apostrophe, which enters the database statement as it stands: " + consequence;
+}
+
+void WarnOfApostrophes(const CheckRequest& request, std::vector<std::string>& warnings)
+{
+    const std::string rowLost = "the history row will not be written; verdict and audit event "
+                                "stay. Rename it without apostrophe to keep the row.";
+    for (const std::string& name : request.signerNames)
+    {
+        if (HasApostrophe(name))
+        {
+            warnings.push_back(Apostrophe(
+                "option --signers", name,
+                "the look-up of the holders will fail, so that rules may not find their signers, "
+                "and the history row will not be written; verdict and audit event stay. Use a "
+                "certificate name without apostrophe."));
+        }
+    }
+    if (HasApostrophe(request.file))
+    {
+        warnings.push_back(Apostrophe("argument FILE", request.fileShown, rowLost));
+    }
+    if (HasApostrophe(request.orderId))
+    {
+        warnings.push_back(
+            Apostrophe("option --order-id", support::Utf8FromNarrow(request.orderId), rowLost));
+    }
+}
+
+} // namespace
+
+CheckRequest ReadCheckRequest(const OptionValues& values)
+{
+    CheckRequest request;
+    request.asJson = values.IsOn("json");
+    const OptionValue& file = OrderFile(values);
+    request.fileShown = file.text;
+    request.file = ExistingFilePath(file, "the order file");
+    request.connection = ConnectionFrom(values);
+    ReadContract(values, request);
+    ReadSigners(values, request);
+    ReadAmounts(values, request);
+    ReadReport(values, request);
+    if (const OptionValue* fileId = values.Find("file-id"); fileId != nullptr)
+    {
+        request.fileId = WholeNumber(*fileId, std::numeric_limits<std::uint32_t>::max());
+    }
+    request.requestReference = OptionalNarrowText(values, "request");
+    request.logFile = UpTo(values, "log", kLogPathLength);
+    request.traceFile = OptionalNarrowText(values, "trace");
+    return request;
+}
+
+std::vector<std::string> WarningsBefore(const CheckRequest& request)
+{
+    std::vector<std::string> warnings;
+    WarnOfApostrophes(request, warnings);
+    if (request.signerNames.empty())
+    {
+        warnings.emplace_back("option --signers names nobody; the rules are judged without a "
+                              "signer.");
+    }
+    if (request.largest > request.total)
+    {
+        warnings.emplace_back("option --largest is above option --total; the rules are judged on "
+                              "both as given.");
+    }
+    if (request.orderId.size() > kOrderIdKept)
+    {
+        warnings.push_back("option --order-id: history and audit event keep the first " +
+                           std::to_string(kOrderIdKept) + " characters of " +
+                           Quoted(support::Utf8FromNarrow(request.orderId)) + ".");
+    }
+    if (request.file.size() > kFileNameKept)
+    {
+        warnings.push_back("argument FILE: the history row keeps the first " +
+                           std::to_string(kFileNameKept) + " characters of the path.");
+    }
+    return warnings;
+}
+
+} // namespace host

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "host/connection.h"
+#include "host/option_values.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace host
+{
+
+/// Everything that one check is asked with, validated. Narrow texts are Windows-1252.
+struct CheckRequest
+{
+    Connection connection;
+    std::string file;      ///< path as the library takes it
+    std::string fileShown; ///< the same in UTF-8, as it was given
+    std::string partner;
+    std::string service;
+    std::string client;
+    std::uint32_t protocol = 0;
+    std::uint32_t contractType = 0;
+    bool isRequester = false;
+    bool isDistributed = false;
+    std::wstring signers;                 ///< as the library takes them
+    std::vector<std::string> signerNames; ///< UTF-8, trimmed, empty ones left out
+    double total = 0.0;
+    double largest = 0.0;
+    std::string currency;
+    std::string psrService;
+    std::string party;
+    std::string orderId;
+    std::string messageName;
+    std::string messageId;
+    std::string handOff;
+    std::uint32_t fileId = 0;
+    std::string requestReference;
+    std::string logFile;
+    std::string traceFile;
+    bool asJson = false;
+};
+
+/// Reads and validates the settings of a check. Raises UsageRefusal.
+CheckRequest ReadCheckRequest(const OptionValues& values);
+
+/// What the host must say before the check runs, such as an apostrophe that will cost the history
+/// row; each text names option, value and what follows.
+std::vector<std::string> WarningsBefore(const CheckRequest& request);
+
+} // namespace host

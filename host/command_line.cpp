@@ -1,0 +1,245 @@
+#include "host/command_line.h"
+
+#include "host/refusal.h"
+#include "host/suggestion.h"
+#include "host/text.h"
+#include "signutils/version.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+
+namespace host
+{
+
+namespace
+{
+
+constexpr const char* kSummary =
+    "Judges the signatures of order files against the signature rules of their contracts.";
+constexpr const char* kExitStatuses =
+    "Exit status of check: 0 success, 1 refused, 2 no rule for the signers, 3 could not be run,\n"
+    "4 success on amounts that could not be worked out, 64 wrong usage.\n"
+    "Other commands: 0 done, 1 refused, 3 could not be run, 64 wrong usage.";
+
+/// A command as the parser knows it, with the places that its options are read into.
+struct ParsedCommand
+{
+    const CommandSpec* spec = nullptr;
+    CLI::App* app = nullptr;
+    std::vector<std::pair<const OptionSpec*, CLI::Option*>> options;
+};
+
+class Parser
+{
+public:
+    Parser() : m_app(kSummary, "signcheck")
+    {
+        m_app.footer(kExitStatuses);
+        m_app.require_subcommand(0, 1);
+        m_app.allow_extras();
+        m_app.allow_windows_style_options(false);
+        m_app.set_version_flag("--version", "signcheck " SIGNUTILS_VERSION);
+        for (const CommandSpec& spec : Commands())
+        {
+            AddCommand(spec);
+        }
+    }
+
+    CommandLine Read(const std::vector<std::string>& arguments)
+    {
+        CommandLine line;
+        try
+        {
+            m_app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        }
+        catch (const CLI::CallForHelp&)
+        {
+            line.helpText = m_app.help();
+            return line;
+        }
+        catch (const CLI::CallForVersion& version)
+        {
+            line.helpText = std::string(version.what()) + "\n";
+            return line;
+        }
+        catch (const CLI::ParseError& error)
+        {
+            throw UsageRefusal(Printable(error.what()) +
+                               ". Run signcheck --help, or signcheck COMMAND --help.");
+        }
+        const ParsedCommand& parsed = Chosen();
+        RefuseExtras(parsed);
+        line.command = parsed.spec;
+        Collect(parsed, line.values);
+        return line;
+    }
+
+private:
+    void AddCommand(const CommandSpec& spec)
+    {
+        ParsedCommand parsed;
+        parsed.spec = &spec;
+        parsed.app = m_app.add_subcommand(spec.name, spec.summary);
+        parsed.app->allow_extras();
+        parsed.app->allow_windows_style_options(false);
+        for (const OptionSpec& option : spec.options)
+        {
+            parsed.options.emplace_back(&option, AddOption(*parsed.app, option));
+        }
+        m_commands.push_back(std::move(parsed));
+    }
+
+    CLI::Option* AddOption(CLI::App& app, const OptionSpec& spec)
+    {
+        if (spec.kind == OptionKind::Flag)
+        {
+            return app.add_flag(std::string("--") + spec.name, spec.help);
+        }
+        const std::string name = spec.positional ? spec.name : std::string("--") + spec.name;
+        m_texts.emplace_back();
+        CLI::Option* option = app.add_option(name, m_texts.back(), spec.help);
+        option->option_text(spec.positional ? "" : spec.placeholder);
+        return option;
+    }
+
+    const ParsedCommand& Chosen() const
+    {
+        const auto chosen = std::find_if(m_commands.begin(), m_commands.end(),
+                                         [](const auto& command) { return command.app->parsed(); });
+        if (chosen != m_commands.end())
+        {
+            RefuseStrayBefore();
+            return *chosen;
+        }
+        const auto stray = m_app.remaining();
+        if (stray.empty())
+        {
+            throw UsageRefusal("no command was given. Name one of: init, check, history, events, "
+                               "reports; signcheck --help tells what they do.");
+        }
+        if (stray.front().rfind("-", 0) == 0)
+        {
+            throw UsageRefusal("unknown option " + Quoted(stray.front()) +
+                               " before the command. Name the command first: signcheck COMMAND "
+                               "OPTIONS.");
+        }
+        throw UsageRefusal("unknown command " + Quoted(stray.front()) + "." +
+                           DidYouMean(stray.front(), CommandNames(), "") +
+                           " signcheck --help lists the commands.");
+    }
+
+    void RefuseStrayBefore() const
+    {
+        if (const auto stray = m_app.remaining(); !stray.empty())
+        {
+            throw UsageRefusal("unexpected argument " + Quoted(stray.front()) +
+                               " before the command. Name the command first.");
+        }
+    }
+
+    static void RefuseExtras(const ParsedCommand& parsed)
+    {
+        const auto extras = parsed.app->remaining();
+        if (extras.empty())
+        {
+            return;
+        }
+        const auto dashed = std::find_if(extras.begin(), extras.end(),
+                                         [](const auto& extra)
+                                         { return extra.size() > 1 && extra.front() == '-'; });
+        const std::string help =
+            std::string(" signcheck ") + parsed.spec->name + " --help lists the options.";
+        if (dashed != extras.end())
+        {
+            // What stands behind '=' may be a password.
+            const std::string name = dashed->substr(0, dashed->find('='));
+            const std::string bare =
+                name.substr(std::min(name.find_first_not_of('-'), name.size()));
+            throw UsageRefusal("unknown option " + Quoted(name) + " of signcheck " +
+                               parsed.spec->name + "." +
+                               DidYouMean(bare, OptionNames(*parsed.spec), "--") + help);
+        }
+        throw UsageRefusal("unexpected argument " + Quoted(extras.front()) +
+                           ". A value with blanks stands in quotes." + help);
+    }
+
+    static void Collect(const ParsedCommand& parsed, OptionValues& values)
+    {
+        for (const auto& [spec, option] : parsed.options)
+        {
+            if (option->count() == 0)
+            {
+                continue;
+            }
+            const std::string shown =
+                spec->positional ? spec->placeholder : std::string("--") + spec->name;
+            OptionValue value;
+            value.origin = spec->positional ? "argument " + shown : "option " + shown;
+            value.text = option->results().front();
+            if (spec->kind == OptionKind::Flag)
+            {
+                value.text = option->as<bool>() ? kFlagOn : kFlagOff;
+            }
+            else if (value.text.rfind("--", 0) == 0 &&
+                     FindOption(*parsed.spec, value.text.substr(2)) != nullptr)
+            {
+                throw UsageRefusal(value.origin + " has no value: " + value.text +
+                                   " follows it. Give the value behind " + shown + ".");
+            }
+            values.AddUnlessThere(spec->name, std::move(value));
+        }
+    }
+
+    CLI::App m_app;
+    std::deque<std::string> m_texts; // addresses stay, which the parser holds
+    std::vector<ParsedCommand> m_commands;
+};
+
+// Name of the option that the argument at `index` belongs to, for a message.
+std::string NameOf(const std::vector<std::string>& arguments, std::size_t index)
+{
+    const std::string& argument = arguments[index];
+    if (argument.rfind("--", 0) == 0 && argument.find('=') != std::string::npos)
+    {
+        return "option " + Printable(argument.substr(0, argument.find('=')));
+    }
+    if (index > 0 && arguments[index - 1].rfind("--", 0) == 0)
+    {
+        return "option " + Printable(arguments[index - 1]);
+    }
+    return "argument " + std::to_string(index + 1);
+}
+
+void RefuseMalformed(const std::vector<std::string>& arguments)
+{
+    for (std::size_t index = 0; index < arguments.size(); ++index)
+    {
+        if (IsUtf8(arguments[index]))
+        {
+            continue;
+        }
+        const std::string name = NameOf(arguments, index);
+        const std::string shown = name == "option --db" ? "the value" : Quoted(arguments[index]);
+        throw UsageRefusal(name + ": " + shown +
+                           " is no UTF-8 text. Give it in UTF-8, from a terminal or script that "
+                           "uses UTF-8.");
+    }
+}
+
+} // namespace
+
+CommandLine ReadCommandLine(const std::vector<std::string>& arguments)
+{
+    RefuseMalformed(arguments);
+    return Parser().Read(arguments);
+}
+
+bool AsksForJson(const std::vector<std::string>& arguments)
+{
+    return std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+}
+
+} // namespace host

@@ -1,0 +1,171 @@
+#include "host/command_table.h"
+
+#include "host/check_command.h"
+#include "host/events_command.h"
+#include "host/history_command.h"
+#include "host/init_command.h"
+#include "host/reports_command.h"
+
+#include <algorithm>
+
+namespace host
+{
+
+namespace
+{
+
+constexpr OptionSpec kDb = {"db", OptionKind::Text, "CONN",
+                            "ODBC connection string; SIGNCHECK_DB keeps its password out of the "
+                            "process list"};
+constexpr OptionSpec kConfig = {kConfigOption, OptionKind::Text, "FILE",
+                                "TOML file that any option can also come from"};
+constexpr OptionSpec kJson = {"json", OptionKind::Flag, "",
+                              "print one JSON object on standard output and nothing else"};
+constexpr OptionSpec kSince = {"since", OptionKind::Text, "TIME",
+                               "from this local time on: 2026-03-29 or \"2026-03-29 14:05\""};
+constexpr OptionSpec kUntil = {"until", OptionKind::Text, "TIME",
+                               "up to this local time, itself included"};
+constexpr OptionSpec kLimit = {"limit", OptionKind::Number, "N",
+                               "at most N, the newest first; 50 when not given"};
+
+constexpr OptionSpec kPartnerFilter = {"partner", OptionKind::Text, "P", "of this partner only"};
+constexpr OptionSpec kServiceFilter = {"service", OptionKind::Text, "S", "of this service only"};
+constexpr OptionSpec kClientFilter = {"client", OptionKind::Text, "C", "of this client only"};
+constexpr OptionSpec kOrderFilter = {"order-id", OptionKind::Text, "ID", "of this order only"};
+
+std::vector<OptionSpec> CheckOptions()
+{
+    return {
+        {"file", OptionKind::Text, "FILE", "the order file to judge", true},
+        kDb,
+        {"partner", OptionKind::Text, "P", "partner, at most 8 characters"},
+        {"service", OptionKind::Text, "S", "service, at most 8 characters"},
+        {"client", OptionKind::Text, "C", "client, at most 8 characters"},
+        {"protocol", OptionKind::Number, "N", "protocol number of the contract"},
+        {"type", OptionKind::Number, "N", "contract type"},
+        {"requester", OptionKind::Flag, "",
+         "the check runs on the requester's side, not the bank's"},
+        {"veu", OptionKind::Flag, "", "distributed signatures, which arrive one by one"},
+        {"signers", OptionKind::Text, "\"A;B\"", "certificate names, separated by ;"},
+        {"total", OptionKind::Amount, "X", "total amount of the file, such as 1500.00"},
+        {"largest", OptionKind::Amount, "Y", "largest single order of the file"},
+        {"currency", OptionKind::Text, "CUR", "currency of both amounts, such as EUR"},
+        {"psr-service", OptionKind::Text, "S",
+         "on a refusal hand on a status report under this service, at most 8 characters"},
+        {"party", OptionKind::Text, "BIC", "bank that issues the status report"},
+        {"order-id", OptionKind::Text, "ID", "identifier of the order"},
+        {"message-name", OptionKind::Text, "NAME",
+         "message name of the order, such as pain.001.001.03"},
+        {"message-id", OptionKind::Text, "ID", "identifier of the status report"},
+        {"hand-off", OptionKind::Text, "DIR", "folder that status reports are handed on to"},
+        {"file-id", OptionKind::Number, "N", "identifier of the order file in the file store"},
+        {"request", OptionKind::Text, "REF", "reference of the request, kept with the audit event"},
+        {"log", OptionKind::Text, "FILE", "log file: gains a line, and the audit event names it"},
+        {"trace", OptionKind::Text, "FILE", "trace file, written at its end"},
+        kConfig,
+        kJson,
+    };
+}
+
+std::vector<CommandSpec> MakeCommands()
+{
+    return {
+        {"init",
+         "Create the tables that are missing",
+         {kDb,
+          {"sample", OptionKind::Flag, "", "add a sample bank to try the checks on"},
+          kConfig,
+          kJson},
+         RunInit},
+        {"check", "Judge the signatures of one order file", CheckOptions(), RunCheck},
+        {"history",
+         "Show the decisions recorded",
+         {kDb,
+          kPartnerFilter,
+          kServiceFilter,
+          kClientFilter,
+          kOrderFilter,
+          {"verdict", OptionKind::Text, "V", "success, refused or no-rule only (or 1, 2, 0)"},
+          {"file", OptionKind::Text, "FILE",
+           "of this order file only, as it was given to the check"},
+          kSince,
+          kUntil,
+          kLimit,
+          kConfig,
+          kJson},
+         RunHistory},
+        {"events",
+         "Show the audit events",
+         {kDb,
+          kPartnerFilter,
+          kServiceFilter,
+          kClientFilter,
+          kOrderFilter,
+          {"level", OptionKind::Text, "L", "information, error or refusal only (or 0, 1, 2)"},
+          {"request", OptionKind::Text, "REF", "of this request only"},
+          kSince,
+          kUntil,
+          kLimit,
+          kConfig,
+          kJson},
+         RunEvents},
+        {"reports",
+         "Show the status reports handed on",
+         {{"hand-off", OptionKind::Text, "DIR", "folder that status reports are handed on to"},
+          kPartnerFilter,
+          kServiceFilter,
+          kOrderFilter,
+          {"text", OptionKind::Flag, "", "print each document as well"},
+          kSince,
+          kUntil,
+          kLimit,
+          kConfig,
+          kJson},
+         RunReports},
+    };
+}
+
+} // namespace
+
+const std::vector<CommandSpec>& Commands()
+{
+    static const std::vector<CommandSpec> commands = MakeCommands();
+    return commands;
+}
+
+const CommandSpec* FindCommand(const std::string& name)
+{
+    const auto& commands = Commands();
+    const auto found = std::find_if(commands.begin(), commands.end(),
+                                    [&name](const auto& command) { return name == command.name; });
+    return found == commands.end() ? nullptr : &*found;
+}
+
+const OptionSpec* FindOption(const CommandSpec& command, const std::string& name)
+{
+    const auto found = std::find_if(command.options.begin(), command.options.end(),
+                                    [&name](const auto& option) { return name == option.name; });
+    return found == command.options.end() ? nullptr : &*found;
+}
+
+std::vector<std::string> CommandNames()
+{
+    std::vector<std::string> names;
+    for (const CommandSpec& command : Commands())
+    {
+        names.emplace_back(command.name);
+    }
+    return names;
+}
+
+std::vector<std::string> OptionNames(const CommandSpec& command)
+{
+    std::vector<std::string> names;
+    for (const OptionSpec& option : command.options)
+    {
+        names.emplace_back(option.name);
+    }
+    return names;
+}
+
+} // namespace host

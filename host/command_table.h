@@ -1,0 +1,53 @@
+#pragma once
+
+#include "host/option_values.h"
+
+#include <string>
+#include <vector>
+
+namespace host
+{
+
+enum class OptionKind
+{
+    Text,
+    Number, ///< whole number
+    Amount, ///< decimal text, judged once the currency is known
+    Flag,
+};
+
+/// One option of a command. The same name means the same thing in every command.
+struct OptionSpec
+{
+    const char* name; ///< without dashes; also the key of the settings file
+    OptionKind kind;
+    const char* placeholder; ///< what stands for the value in the help
+    const char* help;
+    bool positional = false; ///< given without its name on the command line
+};
+
+struct CommandSpec
+{
+    const char* name;
+    const char* summary;
+    std::vector<OptionSpec> options;
+    int (*run)(const OptionValues& values);
+};
+
+/// Every command of signcheck.
+const std::vector<CommandSpec>& Commands();
+
+/// Null when no command has that name.
+const CommandSpec* FindCommand(const std::string& name);
+
+/// Null when the command has no such option.
+const OptionSpec* FindOption(const CommandSpec& command, const std::string& name);
+
+/// Names for suggestions.
+std::vector<std::string> CommandNames();
+std::vector<std::string> OptionNames(const CommandSpec& command);
+
+/// The option that names the settings file; the one that no settings file may hold.
+inline constexpr const char* kConfigOption = "config";
+
+} // namespace host

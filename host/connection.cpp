@@ -1,0 +1,185 @@
+#include "host/connection.h"
+
+#include "database/cdatabase.h"
+#include "database/connection_string.h"
+#include "database/crecordset.h"
+#include "database/guard_database.h"
+#include "host/option_readers.h"
+#include "host/refusal.h"
+#include "host/text.h"
+#include "port/files.h"
+#include "support/codepage.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace host
+{
+
+namespace
+{
+
+constexpr const char* kPasswordKeys[] = {"PWD", "PASSWORD"};
+constexpr const char* kHidden = "***";
+// A shorter password could stand in any word, and hiding it would garble the message.
+constexpr std::size_t kShortestHiddenInMessages = 3;
+constexpr const char* kTableMissing = "42S02";
+
+struct NeededTable
+{
+    const char* name;
+    const char* column;
+};
+
+constexpr NeededTable kNeededTables[] = {
+    {"SSR_CONTRACTCUR", "CUID"}, {"SSR_CONTRACTRULE", "CUID"}, {"SSR_CONTRACT", "CUID"},
+    {"SSR_HOLDER", "HUID"},      {"SSR_HOLDERID", "HUID"},     {"HST_SIGNRULES", "STATUT"},
+    {"EVT_JOURNAL", "EVENTKEY"},
+};
+
+bool IsSqlite(const database::ConnectionString& connection)
+{
+    std::string driver = connection.Value("DRIVER");
+    std::transform(driver.begin(), driver.end(), driver.begin(),
+                   [](char letter) {
+                       return letter >= 'A' && letter <= 'Z'
+                                  ? static_cast<char>(letter + ('a' - 'A'))
+                                  : letter;
+                   });
+    return driver.find("sqlite") != std::string::npos;
+}
+
+[[noreturn]] void RefuseOpen(const Connection& connection, const std::string& reason)
+{
+    throw Refusal(kCouldNotRun,
+                  connection.origin + ": the database " + Quoted(connection.shown) +
+                      " cannot be opened: " + Printable(Redacted(reason, connection)) +
+                      ". Correct the connection string; odbcinst -q -d lists the drivers that are "
+                      "installed.");
+}
+
+// An embedded database is created by opening it, which a check must not do.
+void RequireEmbeddedFile(const Connection& connection)
+{
+    const database::ConnectionString parts(connection.text);
+    const std::string path = parts.Value("DATABASE");
+    if (!IsSqlite(parts) || path.empty() || port::FileExists(path.c_str()))
+    {
+        return;
+    }
+    throw Refusal(kCouldNotRun, connection.origin + ": the database file " +
+                                    Quoted(support::Utf8FromNarrow(path)) +
+                                    " is not there. Correct Database= in the connection string, "
+                                    "or create it: signcheck init --db CONN.");
+}
+
+} // namespace
+
+Connection ConnectionFrom(const OptionValues& values)
+{
+    const OptionValue* value = values.Find("db");
+    if (value == nullptr)
+    {
+        throw UsageRefusal("option --db is missing. Give an ODBC connection string, such as "
+                           "--db \"Driver=SQLite3;Database=signutils.db\", or set SIGNCHECK_DB, or "
+                           "give field db of a --config file.");
+    }
+    const database::ConnectionString parts(value->text);
+    if (!parts.Fault().empty())
+    {
+        throw UsageRefusal(value->origin + ": " + parts.Fault() +
+                           " Give one such as \"Driver=SQLite3;Database=signutils.db\".");
+    }
+    Connection connection;
+    connection.origin = value->origin;
+    connection.shown = parts.Masked();
+    NarrowText({connection.shown, connection.origin});
+    // A message about the whole text would show the password.
+    if (!support::TryNarrowFromWide(support::WideFromUtf8(value->text), connection.text))
+    {
+        throw UsageRefusal(value->origin + ": the password in the connection string has a "
+                                           "character without a place in Windows-1252. Use "
+                                           "another password.");
+    }
+    return connection;
+}
+
+std::string Redacted(std::string message, const Connection& connection)
+{
+    const database::ConnectionString parts(connection.text);
+    for (const char* key : kPasswordKeys)
+    {
+        const std::string password = support::Utf8FromNarrow(parts.Value(key));
+        if (password.size() < kShortestHiddenInMessages)
+        {
+            continue;
+        }
+        std::size_t position = 0;
+        while ((position = message.find(password, position)) != std::string::npos)
+        {
+            message.replace(position, password.size(), kHidden);
+            position += std::string(kHidden).size();
+        }
+    }
+    return message;
+}
+
+void OpenDatabase(CDatabase& database, const Connection& connection, bool mayCreate)
+{
+    if (!mayCreate)
+    {
+        RequireEmbeddedFile(connection);
+    }
+    std::string reason;
+    const bool opened = database::GuardDatabase(
+        [&] {
+            database.OpenEx(connection.text.c_str(),
+                            CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
+        },
+        [&reason](const CDBException& raised)
+        { reason = support::Utf8FromNarrow(raised.GetText()); },
+        [&reason] { reason = "unknown error"; });
+    if (!opened)
+    {
+        RefuseOpen(connection, reason);
+    }
+}
+
+void RequireTable(CDatabase& database, const Connection& connection, const std::string& table,
+                  const std::string& column)
+{
+    const std::string statement = "SELECT " + column + " FROM " + table + " WHERE 1=0";
+    bool isMissing = false;
+    std::string reason;
+    database::GuardDatabase(
+        [&]
+        {
+            CRecordset rows(database);
+            rows.OpenW(CRecordset::kForwardOnly, support::WideFromNarrow(statement).c_str(), 0);
+        },
+        [&](const CDBException& raised)
+        {
+            reason = support::Utf8FromNarrow(raised.GetText());
+            isMissing = std::string(raised.GetState()) == kTableMissing ||
+                        reason.find("no such table") != std::string::npos;
+        },
+        [&reason] { reason = "unknown error"; });
+    if (isMissing)
+    {
+        throw Refusal(kCouldNotRun, connection.origin + ": the database " +
+                                        Quoted(connection.shown) + " has no table " + table +
+                                        ". Create the tables first: run signcheck init --db "
+                                        "CONN.");
+    }
+}
+
+void OpenRulesDatabase(CDatabase& database, const Connection& connection)
+{
+    OpenDatabase(database, connection, false);
+    for (const NeededTable& table : kNeededTables)
+    {
+        RequireTable(database, connection, table.name, table.column);
+    }
+}
+
+} // namespace host

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "host/option_values.h"
+
+#include <string>
+
+class CDatabase;
+
+namespace host
+{
+
+/// A connection string that was given and is not empty.
+struct Connection
+{
+    std::string text;   ///< Windows-1252, as the library takes it
+    std::string shown;  ///< UTF-8, passwords replaced; the only form that is ever printed
+    std::string origin; ///< "option --db", "SIGNCHECK_DB", …
+};
+
+/// Raises UsageRefusal when none was given or it is empty.
+Connection ConnectionFrom(const OptionValues& values);
+
+/// A driver's message (UTF-8) without the password of the connection string, should it quote it.
+std::string Redacted(std::string message, const Connection& connection);
+
+/// Opens the database. Raises Refusal with kCouldNotRun. `mayCreate`: an embedded database that is
+/// not there yet may be created.
+void OpenDatabase(CDatabase& database, const Connection& connection, bool mayCreate);
+
+/// Opens the database and makes sure that it holds the tables of a check. Raises Refusal with
+/// kCouldNotRun that points to signcheck init.
+void OpenRulesDatabase(CDatabase& database, const Connection& connection);
+
+/// Raises Refusal with kCouldNotRun when the table is missing. A table that may not be read is
+/// taken to be there: a host user may only be allowed to insert.
+void RequireTable(CDatabase& database, const Connection& connection, const std::string& table,
+                  const std::string& column);
+
+} // namespace host

@@ -1,0 +1,79 @@
+#include "host/arguments.h"
+#include "host/command_line.h"
+#include "host/config_file.h"
+#include "host/exit_status.h"
+#include "host/output.h"
+#include "host/refusal.h"
+
+#include <nlohmann/json.hpp>
+
+#include <exception>
+
+namespace
+{
+
+constexpr const char* kConnectionVariable = "SIGNCHECK_DB";
+
+// What was given first stays: command line, then environment, then file.
+void CompleteSettings(const host::CommandSpec& command, host::OptionValues& values)
+{
+    const std::string connection = host::EnvironmentVariable(kConnectionVariable);
+    if (!connection.empty() && host::FindOption(command, "db") != nullptr)
+    {
+        values.AddUnlessThere("db", {connection, kConnectionVariable});
+    }
+    if (const host::OptionValue* path = values.Find(host::kConfigOption); path != nullptr)
+    {
+        const host::OptionValue copy = *path;
+        host::AddFromConfigFile(copy, command, values);
+    }
+}
+
+int Fail(int status, const std::string& message, bool asJson)
+{
+    host::Complain(message);
+    if (asJson)
+    {
+        host::PrintJson({{"error", message}, {"status", status}});
+    }
+    return status;
+}
+
+int Run(const std::vector<std::string>& arguments)
+{
+    bool asJson = host::AsksForJson(arguments);
+    try
+    {
+        host::CommandLine line = host::ReadCommandLine(arguments);
+        if (line.command == nullptr)
+        {
+            host::Print(line.helpText);
+            return host::kDone;
+        }
+        CompleteSettings(*line.command, line.values);
+        asJson = line.values.IsOn("json");
+        return line.command->run(line.values);
+    }
+    catch (const host::Refusal& refusal)
+    {
+        return Fail(refusal.Status(), refusal.what(), asJson);
+    }
+    catch (const std::exception& failure)
+    {
+        return Fail(host::kCouldNotRun, std::string("unexpected failure: ") + failure.what(),
+                    asJson);
+    }
+}
+
+} // namespace
+
+int main(int count, char** values)
+{
+    const int status = Run(host::ProgramArguments(count, values));
+    if (!host::FlushOutput())
+    {
+        host::Complain("standard output cannot be written. Check the disk or the reading program.");
+        return status == host::kDone ? host::kCouldNotRun : status;
+    }
+    return status;
+}

@@ -1,0 +1,27 @@
+#include "host/order_path.h"
+
+#include "host/option_readers.h"
+#include "host/refusal.h"
+#include "host/text.h"
+#include "port/files.h"
+
+namespace host
+{
+
+std::string ExistingFilePath(const OptionValue& value, const std::string& what)
+{
+    const std::string path = NarrowText(value);
+    if (port::FolderExists(path.c_str()))
+    {
+        throw UsageRefusal(value.origin + ": " + Quoted(value.text) +
+                           " is a folder. Give the path of " + what + ".");
+    }
+    if (!port::FileExists(path.c_str()))
+    {
+        throw UsageRefusal(value.origin + ": there is no file " + Quoted(value.text) +
+                           ". Give the path of " + what + ".");
+    }
+    return path;
+}
+
+} // namespace host

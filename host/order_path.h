@@ -1,0 +1,15 @@
+#pragma once
+
+#include "host/option_values.h"
+
+#include <string>
+
+namespace host
+{
+
+/// The path of a file that is there, in Windows-1252. `what` names it in messages ("the order
+/// file"). Raises UsageRefusal for a missing file, a folder, or a path without a place in
+/// Windows-1252.
+std::string ExistingFilePath(const OptionValue& value, const std::string& what);
+
+} // namespace host

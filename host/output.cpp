@@ -1,0 +1,45 @@
+#include "host/output.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+
+namespace host
+{
+
+namespace
+{
+
+void Write(std::FILE* stream, const std::string& text)
+{
+    std::fwrite(text.data(), 1, text.size(), stream);
+}
+
+} // namespace
+
+void Print(const std::string& text)
+{
+    Write(stdout, text);
+}
+
+void PrintJson(const nlohmann::ordered_json& object)
+{
+    Print(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+}
+
+void Complain(const std::string& message)
+{
+    Write(stderr, "signcheck: " + message + "\n");
+}
+
+void Warn(const std::string& message)
+{
+    Write(stderr, "signcheck: WARNING: " + message + "\n");
+}
+
+bool FlushOutput()
+{
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
+} // namespace host
