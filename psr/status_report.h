@@ -23,4 +23,8 @@ struct StatusReport
 /// Replaces `document` by the report, in the texts' own encoding. Raises std::bad_alloc only.
 void WriteStatusReport(void* trace, const StatusReport& report, TSimpleString& document);
 
+/// The same, created at a moment of the caller's: local date and time, "2026-03-29T14:05:09".
+void WriteStatusReport(void* trace, const StatusReport& report, const char* creationTime,
+                       TSimpleString& document);
+
 } // namespace psr

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace services
+{
+
+/// Whether a text may become one element of a path in the store. The answer is the same on every
+/// platform, so that a store can be moved: refused are an empty name, "." and "..", separators,
+/// drive letters, wildcards, control characters, a final dot or blank, and the names of devices,
+/// which Windows knows in every folder and with any extension.
+bool IsStoreName(std::string_view name);
+
+/// What follows the last point of a path's last element; empty without one.
+std::string ExtensionOf(std::string_view path);
+
+/// The text of a field that has no NUL when it is full.
+template <std::size_t Size>
+std::string FieldText(const char (&field)[Size])
+{
+    const void* const end = std::memchr(field, '\0', Size);
+    const char* const last = end == nullptr ? field + Size : static_cast<const char*>(end);
+    return std::string(field, last);
+}
+
+} // namespace services
