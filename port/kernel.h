@@ -45,19 +45,22 @@ inline constexpr DWORD ERROR_TOO_MANY_OPEN_FILES = 4U;
 inline constexpr DWORD ERROR_ACCESS_DENIED = 5U;
 inline constexpr DWORD ERROR_INVALID_HANDLE = 6U;
 inline constexpr DWORD ERROR_NOT_ENOUGH_MEMORY = 8U;
+inline constexpr DWORD ERROR_NOT_SAME_DEVICE = 17U;
 inline constexpr DWORD ERROR_WRITE_FAULT = 29U;
 inline constexpr DWORD ERROR_READ_FAULT = 30U;
 inline constexpr DWORD ERROR_GEN_FAILURE = 31U;
 inline constexpr DWORD ERROR_SHARING_VIOLATION = 32U;
+inline constexpr DWORD ERROR_NOT_SUPPORTED = 50U;
 inline constexpr DWORD ERROR_FILE_EXISTS = 80U;
 inline constexpr DWORD ERROR_INVALID_PARAMETER = 87U;
 inline constexpr DWORD ERROR_DISK_FULL = 112U;
 inline constexpr DWORD ERROR_INVALID_NAME = 123U;
+inline constexpr DWORD ERROR_DIR_NOT_EMPTY = 145U;
 inline constexpr DWORD ERROR_NOT_OWNER = 288U;
 inline constexpr DWORD ERROR_INVALID_OWNER = 1307U;
 
-/// Makes an unnamed recursive mutex. Null, with the last error set, when there is no memory, or
-/// when a name or security attributes are asked for (neither is supported here).
+/// Makes an unnamed recursive mutex. Null, with ERROR_NOT_ENOUGH_MEMORY, when there is no memory,
+/// or, with ERROR_NOT_SUPPORTED, when a name or security attributes are asked for.
 SIGNUTILS_PORT_API HANDLE CreateMutexA(SECURITY_ATTRIBUTES* attributes, BOOL initialOwner,
                                        LPCSTR name);
 

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace port
+{
+
+/// The one function that turns a Windows-1252 path into the platform's own form, UTF-8. A null path
+/// is an empty one. The five undefined bytes are the C1 controls of the same number.
+std::string NativePath(const char* path);
+
+/// Windows-1252 of UTF-8 text. False when a byte is malformed or a character has no place; each of
+/// them is then a '?'.
+bool TryFromNative(std::string_view native, std::string& text);
+std::string FromNative(std::string_view native);
+
+} // namespace port

@@ -1,0 +1,108 @@
+#include "port/files.h"
+#include "tests/testing/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+// Ways of the POSIX file system that the callers stand on.
+
+namespace
+{
+
+namespace fs = std::filesystem;
+using port::File;
+using port::OpenMode;
+using testing_support::ScopedEnvironment;
+using testing_support::TemporaryFolder;
+
+mode_t PermissionsOf(const std::string& path)
+{
+    struct stat information = {};
+    EXPECT_EQ(stat(path.c_str(), &information), 0) << path;
+    return information.st_mode & 0777;
+}
+
+TEST(PosixFiles, NewFilesAreReadableByTheirOwnerOnly)
+{
+    const TemporaryFolder folder;
+    File file;
+    ASSERT_TRUE(file.Open(folder.Path("new").c_str(), OpenMode::CreateNew));
+    ASSERT_TRUE(file.Open(folder.Path("spool").c_str(), OpenMode::Append));
+    EXPECT_EQ(PermissionsOf(folder.Path("new")), 0600U);
+    EXPECT_EQ(PermissionsOf(folder.Path("spool")), 0600U);
+}
+
+TEST(PosixFiles, NewFileIsNeverMadeThroughALink)
+{
+    const TemporaryFolder folder;
+    fs::create_symlink(folder.Path("target"), folder.Path("link"));
+    File file;
+    EXPECT_FALSE(file.Open(folder.Path("link").c_str(), OpenMode::CreateNew));
+    EXPECT_EQ(GetLastError(), 80U);
+    EXPECT_FALSE(fs::exists(folder.Path("target")));
+}
+
+TEST(PosixFiles, PrivateFoldersAreForTheirOwnerOnly)
+{
+    const TemporaryFolder folder;
+    ASSERT_TRUE(port::CreatePrivateFolder(folder.Path("a/b").c_str()));
+    EXPECT_EQ(PermissionsOf(folder.Path("a")), 0700U);
+    EXPECT_EQ(PermissionsOf(folder.Path("a/b")), 0700U);
+}
+
+TEST(PosixFiles, FolderOfAnotherUserIsRefused)
+{
+    const TemporaryFolder folder;
+    std::string foreign = "/";
+    if (geteuid() == 0)
+    {
+        foreign = folder.Path("foreign");
+        fs::create_directory(foreign);
+        ASSERT_EQ(chown(foreign.c_str(), 1, static_cast<gid_t>(-1)), 0);
+    }
+    EXPECT_FALSE(port::CreatePrivateFolder(foreign.c_str()));
+    EXPECT_EQ(GetLastError(), 1307U);
+}
+
+TEST(PosixFiles, LinkIsDeletedAndNotItsTarget)
+{
+    const TemporaryFolder folder;
+    const std::string target = folder.Write("target", "x");
+    fs::create_symlink(target, folder.Path("link"));
+    EXPECT_NE(DeleteFileA(folder.Path("link").c_str()), 0);
+    EXPECT_TRUE(fs::exists(target));
+}
+
+TEST(PosixFiles, TemporaryFolderFollowsTheEnvironment)
+{
+    const TemporaryFolder folder;
+    {
+        const ScopedEnvironment chosen("TMPDIR", (folder.Path() + "//").c_str());
+        EXPECT_EQ(port::TemporaryFolder(), folder.Path());
+    }
+    const ScopedEnvironment none("TMPDIR", nullptr);
+    EXPECT_EQ(port::TemporaryFolder(), "/tmp");
+    const ScopedEnvironment relative("TMPDIR", "here");
+    EXPECT_EQ(port::TemporaryFolder(), "/tmp");
+}
+
+TEST(PosixFiles, FullDiskIsTold)
+{
+    File file;
+    ASSERT_TRUE(file.Open("/dev/full", OpenMode::Append));
+    EXPECT_FALSE(file.Write("x", 1));
+    EXPECT_EQ(GetLastError(), 112U);
+}
+
+TEST(PosixFiles, MoveToAnotherVolumeIsRefused)
+{
+    const TemporaryFolder folder;
+    const std::string from = folder.Write("from", "x");
+    EXPECT_FALSE(port::MoveFileReplacing(from.c_str(), "/proc/signutils-test"));
+    EXPECT_TRUE(fs::exists(from));
+}
+
+} // namespace
