@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/export.h"
+
 #include <cstddef>
 #include <type_traits>
 
@@ -41,8 +43,8 @@ struct FormatArgument
     FormatArgument(double value) noexcept : kind(Kind::Real), realValue(value) {}
     FormatArgument(const char* value) noexcept : kind(Kind::Narrow), narrow(value) {}
     FormatArgument(const wchar_t* value) noexcept : kind(Kind::Wide), wide(value) {}
-    FormatArgument(const TSimpleString& value) noexcept;
-    FormatArgument(const TSimpleStringW& value) noexcept;
+    SIGNUTILS_API FormatArgument(const TSimpleString& value) noexcept;
+    SIGNUTILS_API FormatArgument(const TSimpleStringW& value) noexcept;
 
     Kind kind = Kind::None;
     long long signedValue = 0;

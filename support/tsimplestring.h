@@ -66,7 +66,7 @@ public:
 private:
     void GenerateFrom(const char* format, const FormatArgument* arguments, std::size_t count);
 
-    char* m_text;           // null while empty
+    char* m_text;           // null until a first character is stored
     std::size_t m_length;   // characters without the terminator
     std::size_t m_capacity; // characters that fit without the terminator
 };

@@ -1,0 +1,258 @@
+#include "support/codepage.h"
+
+#include "support/code_points.h"
+
+#include <algorithm>
+#include <array>
+
+namespace
+{
+
+using support::AppendCodePoint;
+using support::IsHighSurrogate;
+using support::IsSurrogate;
+using support::kReplacementCharacter;
+using support::NextCodePoint;
+
+constexpr char32_t kLargestCharacter = 0x10FFFF;
+constexpr unsigned kFirstOwn = 0x80; // bytes 80 to 9F are where the code page has its own order
+
+constexpr std::array<char16_t, 32> kOwnCharacters = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+char16_t CharacterOf(char byte) noexcept
+{
+    const unsigned value = static_cast<unsigned char>(byte);
+    const unsigned own = value - kFirstOwn;
+    return own < kOwnCharacters.size() ? kOwnCharacters[own] : static_cast<char16_t>(value);
+}
+
+bool ByteOf(char32_t character, char& byte) noexcept
+{
+    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
+    {
+        byte = static_cast<char>(static_cast<unsigned char>(character));
+        return true;
+    }
+    const auto* const found =
+        std::find(kOwnCharacters.begin(), kOwnCharacters.end(), static_cast<char16_t>(character));
+    if (character > 0xFFFF || found == kOwnCharacters.end())
+    {
+        return false;
+    }
+    byte = static_cast<char>(static_cast<unsigned char>(
+        kFirstOwn + static_cast<unsigned>(found - kOwnCharacters.begin())));
+    return true;
+}
+
+void AppendUtf8(std::string& bytes, char32_t character)
+{
+    const auto tail = [&bytes, character](unsigned shift)
+    { bytes.push_back(static_cast<char>(0x80 | ((character >> shift) & 0x3F))); };
+    if (character < 0x80)
+    {
+        bytes.push_back(static_cast<char>(character));
+        return;
+    }
+    if (character < 0x800)
+    {
+        bytes.push_back(static_cast<char>(0xC0 | (character >> 6)));
+        tail(0);
+        return;
+    }
+    if (character < 0x10000)
+    {
+        bytes.push_back(static_cast<char>(0xE0 | (character >> 12)));
+        tail(6);
+        tail(0);
+        return;
+    }
+    bytes.push_back(static_cast<char>(0xF0 | (character >> 18)));
+    tail(12);
+    tail(6);
+    tail(0);
+}
+
+struct Lead
+{
+    unsigned tails;    // bytes that follow; more than 3 for a byte that starts nothing
+    char32_t bits;     // the lead byte's share
+    char32_t smallest; // below it the form is overlong
+};
+
+Lead ReadLead(unsigned char byte) noexcept
+{
+    if (byte < 0x80)
+    {
+        return {0, byte, 0};
+    }
+    if ((byte & 0xE0U) == 0xC0U)
+    {
+        return {1, byte & 0x1FU, 0x80};
+    }
+    if ((byte & 0xF0U) == 0xE0U)
+    {
+        return {2, byte & 0x0FU, 0x800};
+    }
+    if ((byte & 0xF8U) == 0xF0U)
+    {
+        return {3, byte & 0x07U, 0x10000};
+    }
+    return {4, 0, 0};
+}
+
+/// Takes one character off the front; false, with nothing taken, when it is malformed.
+bool TakeUtf8(std::string_view& bytes, char32_t& character) noexcept
+{
+    const Lead lead = ReadLead(static_cast<unsigned char>(bytes.front()));
+    if (lead.tails > 3 || bytes.size() <= lead.tails)
+    {
+        return false;
+    }
+    character = lead.bits;
+    for (unsigned i = 1; i <= lead.tails; ++i)
+    {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        if ((byte & 0xC0U) != 0x80U)
+        {
+            return false;
+        }
+        character = (character << 6) | (byte & 0x3FU);
+    }
+    if (character < lead.smallest || character > kLargestCharacter || IsSurrogate(character))
+    {
+        return false;
+    }
+    bytes.remove_prefix(lead.tails + 1);
+    return true;
+}
+
+/// Replaces malformed bytes one by one; false when there were any.
+bool DecodeUtf8(std::string_view bytes, std::wstring& wide)
+{
+    bool wellFormed = true;
+    wide.clear();
+    wide.reserve(bytes.size());
+    while (!bytes.empty())
+    {
+        char32_t character = kReplacementCharacter;
+        if (!TakeUtf8(bytes, character))
+        {
+            wellFormed = false;
+            character = kReplacementCharacter;
+            bytes.remove_prefix(1);
+        }
+        AppendCodePoint(wide, character);
+    }
+    return wellFormed;
+}
+
+} // namespace
+
+namespace support
+{
+
+wchar_t WideFromNarrow(char character) noexcept
+{
+    return static_cast<wchar_t>(CharacterOf(character));
+}
+
+std::wstring WideFromNarrow(std::string_view text)
+{
+    std::wstring wide(text.size(), L'\0');
+    std::transform(text.begin(), text.end(), wide.begin(),
+                   [](char character) { return WideFromNarrow(character); });
+    return wide;
+}
+
+bool TryNarrowFromWide(std::wstring_view text, std::string& narrow)
+{
+    bool complete = true;
+    narrow.clear();
+    narrow.reserve(text.size());
+    const wchar_t* const end = text.data() + text.size();
+    for (const wchar_t* position = text.data(); position != end;)
+    {
+        char byte = '?';
+        complete = ByteOf(NextCodePoint(position, end), byte) && complete;
+        narrow.push_back(byte);
+    }
+    return complete;
+}
+
+std::string NarrowFromWide(std::wstring_view text)
+{
+    std::string narrow;
+    static_cast<void>(TryNarrowFromWide(text, narrow));
+    return narrow;
+}
+
+std::string Utf8FromWide(std::wstring_view text)
+{
+    std::string bytes;
+    bytes.reserve(text.size());
+    const wchar_t* const end = text.data() + text.size();
+    for (const wchar_t* position = text.data(); position != end;)
+    {
+        const char32_t character = NextCodePoint(position, end);
+        const bool valid = character <= kLargestCharacter && !IsSurrogate(character);
+        AppendUtf8(bytes, valid ? character : kReplacementCharacter);
+    }
+    return bytes;
+}
+
+std::string Utf8FromNarrow(std::string_view text)
+{
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (const char character : text)
+    {
+        AppendUtf8(bytes, CharacterOf(character));
+    }
+    return bytes;
+}
+
+bool TryWideFromUtf8(std::string_view bytes, std::wstring& wide)
+{
+    return DecodeUtf8(bytes, wide);
+}
+
+std::wstring WideFromUtf8(std::string_view bytes)
+{
+    std::wstring wide;
+    static_cast<void>(DecodeUtf8(bytes, wide));
+    return wide;
+}
+
+std::u16string Utf16FromWide(std::wstring_view text)
+{
+    std::u16string units;
+    units.reserve(text.size());
+    for (const wchar_t unit : text)
+    {
+        const auto character = static_cast<char32_t>(unit);
+        AppendCodePoint(units, character <= kLargestCharacter ? character : kReplacementCharacter);
+    }
+    return units;
+}
+
+std::wstring WideFromUtf16(std::u16string_view text)
+{
+    std::wstring wide;
+    wide.reserve(text.size());
+    const char16_t* const end = text.data() + text.size();
+    for (const char16_t* position = text.data(); position != end;)
+    {
+        AppendCodePoint(wide, NextCodePoint(position, end));
+    }
+    return wide;
+}
+
+std::wstring_view CutWide(std::wstring_view text, std::size_t count) noexcept
+{
+    return text.size() <= count ? text : WithoutHalfPair(text.substr(0, count));
+}
+
+} // namespace support
