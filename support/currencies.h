@@ -5,10 +5,10 @@
 /// What is known of one currency.
 struct CurrencyInfo
 {
-    char code[4];          ///< ISO 4217 alphabetic code
-    char numeric[4];       ///< ISO 4217 numeric code
+    char code[4];           ///< ISO 4217 alphabetic code
+    char numeric[4];        ///< ISO 4217 numeric code
     std::uint16_t decimals; ///< 0xFFFF: not applicable (metals, units of account)
-    bool withdrawn;        ///< no longer legal tender; old files still carry it
+    bool withdrawn;         ///< no longer legal tender; old files still carry it
 };
 
 /// The currency table.

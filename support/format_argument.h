@@ -15,20 +15,19 @@ struct FormatArgument
     enum class Kind
     {
         None,
-        Signed,     ///< 32-bit
-        Unsigned,   ///< 32-bit
+        Signed,   ///< 32-bit
+        Unsigned, ///< 32-bit
         Signed64,
         Unsigned64,
         Real,
-        Narrow,     ///< Windows-1252 text
+        Narrow, ///< Windows-1252 text
         Wide,
     };
 
     FormatArgument() noexcept = default;
     FormatArgument(int value) noexcept : kind(Kind::Signed), signedValue(value) {}
     FormatArgument(unsigned int value) noexcept : kind(Kind::Unsigned), unsignedValue(value) {}
-    FormatArgument(long value) noexcept
-        : kind(Kind::Signed), signedValue(static_cast<int>(value))
+    FormatArgument(long value) noexcept : kind(Kind::Signed), signedValue(static_cast<int>(value))
     {
     }
     FormatArgument(unsigned long value) noexcept
@@ -36,8 +35,7 @@ struct FormatArgument
     {
     }
     FormatArgument(long long value) noexcept : kind(Kind::Signed64), signedValue(value) {}
-    FormatArgument(unsigned long long value) noexcept
-        : kind(Kind::Unsigned64), unsignedValue(value)
+    FormatArgument(unsigned long long value) noexcept : kind(Kind::Unsigned64), unsignedValue(value)
     {
     }
     FormatArgument(double value) noexcept : kind(Kind::Real), realValue(value) {}

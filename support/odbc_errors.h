@@ -20,5 +20,4 @@ void ODBC_PrepareStrucError(tagODBCERROR& error, const char* tag);
 /// Fills the record and gives its text, one line: tag, error number in hexadecimal, return code,
 /// and each of the two texts that is not empty.
 TSimpleString ODBC_FormatStrucError(tagODBCERROR& error, std::uint32_t number,
-                                    std::int32_t returnCode, const char* first,
-                                    const char* second);
+                                    std::int32_t returnCode, const char* first, const char* second);

@@ -2,6 +2,18 @@
 
 #include "support/export.h"
 
+// A trace is made of sections, values and blocks:
+//
+//   [2026-03-29 14:05:09.123 +15 ms] CHECK SIGNATURES RULES
+//   HUID Signer       : H1
+//       <a line of a block>
+//
+// A section shows the local time and the milliseconds since the section before (the first: since
+// the trace was opened). A value's line is its label byte for byte, blanks included, then ": " and
+// the value. Control characters in titles, labels and values are escaped (\r, \n, \xHH), so that
+// no value can pass for a line; a block keeps its lines, each indented by four blanks. A trace that
+// cannot be written any more loses lines without a word.
+
 /// Opens a trace file for appending: readable UTF-8 lines, a time stamp and the elapsed
 /// milliseconds for each section. Returns null when the file cannot be written. `path` is
 /// Windows-1252. A handle may be used by several threads.
