@@ -1,6 +1,7 @@
+#include "schema/installer.h"
+
 #include "database/cdatabase.h"
 #include "database/crecordset.h"
-#include "schema/installer.h"
 #include "schema/sample_bank.h"
 #include "schema/transaction.h"
 
