@@ -23,11 +23,17 @@ std::string_view Trimmed(std::string_view text)
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-bool IsSecret(const std::string& key)
+/// Also a value that holds settings of its own, a password among them.
+bool IsSecret(const std::string& key, const std::string& raw)
 {
+    std::string lower = raw;
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char each)
+                   { return each >= 'A' && each <= 'Z' ? static_cast<char>(each + 32) : each; });
     static constexpr const char* kSecrets[] = {"PWD",    "PASSWORD",    "PASSWD",
                                                "NEWPWD", "SSLPASSWORD", "ACCESSTOKEN"};
-    return std::any_of(std::begin(kSecrets), std::end(kSecrets),
+    return lower.find("password=") != std::string::npos ||
+           std::any_of(std::begin(kSecrets), std::end(kSecrets),
                        [&key](const char* each)
                        { return support::EqualIgnoringAsciiCase(key.c_str(), each); });
 }
@@ -152,7 +158,7 @@ std::string ConnectionString::Masked() const
     std::string masked;
     for (const Entry& each : m_entries)
     {
-        masked += each.key + "=" + (IsSecret(each.key) ? "***" : each.raw) + ";";
+        masked += each.key + "=" + (IsSecret(each.key, each.raw) ? "***" : each.raw) + ";";
     }
     return masked;
 }

@@ -1,0 +1,82 @@
+#include "database/connection_string.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using database::ConnectionString;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(ConnectionStringText, GivesValuesWithoutRegardToTheKeysCase)
+{
+    const ConnectionString text(" Driver = {SQLite3} ; Database=/tmp/a b.db;Empty=;");
+
+    EXPECT_EQ(text.Fault(), "");
+    EXPECT_EQ(text.Value("DRIVER"), "SQLite3");
+    EXPECT_EQ(text.Value("DATABASE"), "/tmp/a b.db");
+    EXPECT_EQ(text.Value("Empty"), "");
+    EXPECT_EQ(text.Value("Missing"), "");
+}
+
+TEST(ConnectionStringText, TakesSemicolonsAndDoubledBracesInBraces)
+{
+    const ConnectionString text("DSN=x;PWD={a;b}}c};UID=u");
+
+    EXPECT_EQ(text.Value("PWD"), "a;b}c");
+    EXPECT_EQ(text.Value("UID"), "u");
+}
+
+TEST(ConnectionStringText, MasksEveryPassword)
+{
+    const ConnectionString text("DRIVER={X};UID=u;Pwd=secret1;PASSWORD={sec;ret}}2};Port=1;"
+                                "pqopt={password=secret3}");
+
+    EXPECT_EQ(text.Masked(), "DRIVER={X};UID=u;Pwd=***;PASSWORD=***;Port=1;pqopt=***;");
+}
+
+struct Fault
+{
+    const char* name;
+    const char* text;
+    const char* fault;
+};
+
+const Fault kFaults[] = {
+    {"Empty", "", "The connection string is empty."},
+    {"Blank", " \t", "The connection string is empty."},
+    {"NoEqualsSign", "hello",
+     "The connection string has no '=' in the part behind entry 0; a value with a semicolon must "
+     "stand in braces."},
+    {"SemicolonInAPassword", "DRIVER=X;PWD=sec;ret",
+     "The connection string has no '=' in the part behind entry 2; a value with a semicolon must "
+     "stand in braces."},
+    {"NoKey", "DRIVER=X;=1", "The connection string has a '=' without a key before it."},
+    {"OpenBrace", "DRIVER=X;PWD={secret",
+     "The connection string never closes the brace of the value of PWD."},
+    {"NeitherDriverNorDsn", "Database=x;UID=y",
+     "The connection string names no database: it has neither DRIVER nor DSN."},
+    {"EmptyDriver", "DRIVER=;Database=x",
+     "The connection string names no database: it has neither DRIVER nor DSN."},
+    {"EmptyPartsAreNoFault", ";DRIVER=X;;", ""},
+    {"DsnAlone", "DSN=x", ""},
+};
+
+class ConnectionStringFault : public testing::TestWithParam<Fault>
+{
+};
+
+TEST_P(ConnectionStringFault, IsToldWithoutAnyValue)
+{
+    const ConnectionString text(GetParam().text);
+
+    EXPECT_EQ(text.Fault(), GetParam().fault);
+    EXPECT_THAT(text.Fault(), Not(HasSubstr("secret")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, ConnectionStringFault, testing::ValuesIn(kFaults),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+} // namespace

@@ -1,0 +1,309 @@
+#include "tests/database/sqlite_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace database_tests;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace
+{
+
+class RecordSet : public testing::Test
+{
+protected:
+    RecordSet()
+    {
+        Open(m_database, m_file.ConnexionString());
+        m_database.ExecuteSQLW(L"CREATE TABLE T (ID INTEGER, A NVARCHAR(20), B TEXT)");
+    }
+
+    void Insert(int id, const std::wstring& a, const std::wstring& b)
+    {
+        m_database.ExecuteSQLW(
+            (L"INSERT INTO T VALUES (" + std::to_wstring(id) + L"," + a + L"," + b + L")").c_str());
+    }
+
+    SqliteFile m_file;
+    CDatabase m_database;
+};
+
+constexpr database::ColumnLayout kColumns[] = {
+    {"ID", database::ColumnKind::Narrow, 10},
+    {"A", database::ColumnKind::Wide, 4},
+    {"B", database::ColumnKind::Wide, 4},
+};
+constexpr database::RowLayout kLayout{kColumns, std::size(kColumns)};
+
+TEST_F(RecordSet, ServesRowsInTheirOrder)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    Insert(2, L"N'z'", L"N''");
+
+    EXPECT_THAT(ReadAll(m_database, L"SELECT ID FROM T ORDER BY ID", "ID"), ElementsAre("1", "2"));
+    EXPECT_THAT(ReadAll(m_database, L"SELECT B FROM T ORDER BY ID", "B"), ElementsAre("y", ""));
+}
+
+TEST_F(RecordSet, OfAQueryWithoutRowsIsAtItsEnd)
+{
+    CRecordset rows(m_database);
+    EXPECT_TRUE(rows.IsEOF());
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID FROM T", 0);
+    EXPECT_TRUE(rows.IsEOF());
+}
+
+TEST_F(RecordSet, FindsColumnsWithoutRegardToCase)
+{
+    Insert(1, L"N'x'", L"N'y'");
+
+    EXPECT_EQ(ReadOne(m_database, L"SELECT T.id, a AS Name FROM T", "ID"), "1");
+    EXPECT_EQ(ReadOne(m_database, L"SELECT T.id, a AS Name FROM T", "nAmE"), "x");
+}
+
+TEST_F(RecordSet, ReadsNullAsEmptyText)
+{
+    Insert(1, L"NULL", L"N''");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT A, B FROM T", 0, nullptr);
+
+    CTString narrow("before");
+    rows.GetFieldValue("A", narrow);
+    TSimpleStringW wide(L"before");
+    rows.GetFieldValue("A", wide);
+    EXPECT_STREQ(narrow.SafeGetString(), "");
+    EXPECT_EQ(wide.GetLength(), 0U);
+    EXPECT_TRUE(rows.IsFieldNull("A"));
+    EXPECT_FALSE(rows.IsFieldNull("B"));
+}
+
+TEST_F(RecordSet, NullDoesNotKeepThePreviousRowsValue)
+{
+    Insert(1, L"N'first'", L"N'" + std::wstring(6000, L'y') + L"'");
+    Insert(2, L"NULL", L"NULL");
+    Insert(3, L"N'x'", L"N'z'");
+
+    EXPECT_THAT(ReadAll(m_database, L"SELECT A FROM T ORDER BY ID", "A"),
+                ElementsAre("first", "", "x"));
+    EXPECT_THAT(ReadAll(m_database, L"SELECT B FROM T ORDER BY ID", "B"),
+                ElementsAre(std::string(6000, 'y'), "", "z"));
+}
+
+TEST_F(RecordSet, ReadsNumbersAsText)
+{
+    EXPECT_EQ(ReadOne(m_database, L"SELECT 9223372036854775807 AS N", "N"), "9223372036854775807");
+    EXPECT_EQ(ReadOne(m_database, L"SELECT -1.5 AS N", "N"), "-1.5");
+}
+
+TEST_F(RecordSet, BoundByALayoutIsReadTheSame)
+{
+    Insert(1, L"N'abcd'", L"N'abcde'");
+    Insert(2, L"NULL", L"N'" + std::wstring(5000, L'\x20AC') + L"'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T ORDER BY ID", 0, &kLayout);
+
+    TSimpleStringW value;
+    rows.GetFieldValue("a", value);
+    EXPECT_STREQ(value.SafeGetString(), L"abcd"); // exactly its length
+    rows.GetFieldValue("b", value);
+    EXPECT_STREQ(value.SafeGetString(), L"abcde"); // one beyond it
+    rows.MoveNext();
+    EXPECT_TRUE(rows.IsFieldNull("A"));
+    rows.GetFieldValue("B", value);
+    EXPECT_EQ(std::wstring(value.SafeGetString()), std::wstring(5000, L'\x20AC'));
+    rows.MoveNext();
+    EXPECT_TRUE(rows.IsEOF());
+}
+
+TEST_F(RecordSet, NamesColumnsByItsLayout)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT 7, 'p', 'q'", 0, &kLayout);
+
+    CTString value;
+    rows.GetFieldValue("B", value);
+    EXPECT_STREQ(value.SafeGetString(), "q");
+    EXPECT_EQ(rows.GetFieldCount(), 3U);
+    EXPECT_STREQ(rows.GetFieldName(0), "ID");
+}
+
+TEST_F(RecordSet, TellsNumberAndNamesOfTheColumns)
+{
+    CRecordset rows(m_database);
+    EXPECT_EQ(rows.GetFieldCount(), 0U);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A AS Name FROM T", 0);
+
+    ASSERT_EQ(rows.GetFieldCount(), 2U);
+    EXPECT_STREQ(rows.GetFieldName(0), "ID");
+    EXPECT_STREQ(rows.GetFieldName(1), "Name");
+    const auto failure = FailureOf([&] { rows.GetFieldName(2); });
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->state, "07009");
+}
+
+// A length in characters; the text ends with marks that a cut or a gap would lose.
+class LongValue : public testing::TestWithParam<std::size_t>
+{
+};
+
+TEST_P(LongValue, IsReadWhole)
+{
+    const SqliteFile file;
+    CDatabase database;
+    Open(database, file.ConnexionString());
+    database.ExecuteSQLW(L"CREATE TABLE T (A TEXT, B TEXT)");
+    std::wstring text;
+    text.reserve(GetParam());
+    for (std::size_t index = 0; index + 1 < GetParam(); ++index)
+    {
+        text += static_cast<wchar_t>(L'a' + index % 23);
+    }
+    text += L'\x20AC';
+    database.ExecuteSQLW((L"INSERT INTO T VALUES (N'" + text + L"', N'behind')").c_str());
+
+    EXPECT_EQ(ReadOneWide(database, L"SELECT A, B FROM T", "A"), text);
+    EXPECT_EQ(ReadOneWide(database, L"SELECT A, B FROM T", "B"), L"behind");
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, LongValue,
+                         testing::Values(63, 64, 65, 511, 512, 513, 5000, 1048575, 1048576, 1048577,
+                                         2500000));
+
+TEST(LongValuePieces, KeepPairsWhole)
+{
+    const SqliteFile file;
+    CDatabase database;
+    Open(database, file.ConnexionString());
+    // Longer than one piece, so that the pieces meet inside a pair.
+    database.ExecuteSQLW(L"CREATE TABLE T (A TEXT)");
+    database.ExecuteSQLW(
+        L"INSERT INTO T VALUES ('x' || replace(hex(zeroblob(400000)), '00', char(128512)))");
+
+    const std::wstring text = ReadOneWide(database, L"SELECT A FROM T", "A");
+    std::wstring expected = L"x";
+    for (int index = 0; index < 400000; ++index)
+    {
+        expected += sizeof(wchar_t) == 2 ? std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}
+                                         : std::wstring(1, static_cast<wchar_t>(0x1F600));
+    }
+    EXPECT_TRUE(text == expected) << text.size();
+}
+
+TEST_F(RecordSet, UnknownColumnRaises)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT A FROM T", 0);
+    CTString value("before");
+
+    const auto failure = FailureOf([&] { rows.GetFieldValue("HUID", value); });
+
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->state, "42S22");
+    EXPECT_EQ(failure->first, "[42S22] The query has no column HUID.");
+    EXPECT_EQ(failure->second, "GetFieldValue: SELECT A FROM T");
+    EXPECT_STREQ(value.SafeGetString(), "before");
+}
+
+TEST_F(RecordSet, ReadingWithoutARowRaises)
+{
+    CRecordset rows(m_database);
+    CTString value;
+    const auto closed = FailureOf([&] { rows.GetFieldValue("A", value); });
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT A FROM T", 0);
+    const auto empty = FailureOf([&] { rows.GetFieldValue("A", value); });
+    const auto beyond = FailureOf([&] { rows.MoveNext(); });
+
+    ASSERT_TRUE(closed && empty && beyond);
+    EXPECT_EQ(closed->first, "[24000] The record set is not open.");
+    EXPECT_EQ(empty->first, "[24000] There is no current row.");
+    EXPECT_EQ(beyond->first, "[24000] There is no row behind the last one.");
+}
+
+TEST_F(RecordSet, AStatementWithoutRowsRaises)
+{
+    CRecordset rows(m_database);
+    const auto failure = FailureOf(
+        [&] { rows.OpenW(CRecordset::kForwardOnly, L"INSERT INTO T (ID) VALUES (5)", 0); });
+
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->state, "07005");
+    EXPECT_TRUE(rows.IsEOF());
+}
+
+TEST_F(RecordSet, IsOpenedAgainAfterCloseAndWithoutIt)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    CTString value;
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT A FROM T", 0);
+    rows.Close();
+    EXPECT_TRUE(rows.IsEOF());
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT B FROM T", 0);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID FROM T", 0);
+    rows.GetFieldValue("ID", value);
+    EXPECT_STREQ(value.SafeGetString(), "1");
+    rows.Close();
+    rows.Close();
+}
+
+TEST_F(RecordSet, FailedOpenLeavesItClosed)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT A FROM T", 0);
+    EXPECT_TRUE(FailureOf([&] { rows.OpenW(CRecordset::kForwardOnly, L"SELECT", 0); }));
+    EXPECT_TRUE(rows.IsEOF());
+    EXPECT_EQ(rows.GetFieldCount(), 0U);
+}
+
+TEST_F(RecordSet, TwoReadSideBySideOnOneConnection)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    Insert(2, L"N'z'", L"N'w'");
+    CRecordset outer(m_database);
+    outer.OpenW(CRecordset::kForwardOnly, L"SELECT ID FROM T ORDER BY ID", 0);
+    EXPECT_EQ(ReadOne(m_database, L"SELECT B FROM T WHERE ID=2", "B"), "w");
+    outer.MoveNext();
+    CTString value;
+    outer.GetFieldValue("ID", value);
+    EXPECT_STREQ(value.SafeGetString(), "2");
+}
+
+TEST_F(RecordSet, ClosedKeepsNoWriterOut)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    Insert(2, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID FROM T", 0); // one of two rows read
+    rows.Close();
+
+    CDatabase writer;
+    Open(writer, m_file.ConnexionString() + ";Timeout=1");
+    EXPECT_FALSE(FailureOf([&] { writer.ExecuteSQLW(L"DROP TABLE T"); }));
+}
+
+TEST_F(RecordSet, ThatOutlivesTheDatabaseKeepsItsRows)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT A FROM T", 0);
+    m_database.Close();
+    CTString value;
+    rows.GetFieldValue("A", value);
+    EXPECT_STREQ(value.SafeGetString(), "x");
+}
+
+TEST_F(RecordSet, OnAClosedDatabaseRaises)
+{
+    m_database.Close();
+    CRecordset rows(m_database);
+    const auto failure =
+        FailureOf([&] { rows.OpenW(CRecordset::kForwardOnly, L"SELECT A FROM T", 0); });
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->state, "08003");
+    EXPECT_THAT(failure->first, HasSubstr("not open"));
+}
+
+} // namespace
