@@ -27,7 +27,8 @@ public:
     TMutexLocker(const TMutexLocker&) = delete;
     TMutexLocker& operator=(const TMutexLocker&) = delete;
 
-    /// Waits again on the mutex, if one is held.
+    /// Waits again on the mutex, if one is held. Each wait is a hold of its own, and the locker
+    /// gives back one: the caller releases the others.
     virtual void Lock();
     /// Gives the mutex back and forgets it, so that the destructor does not do so a second time.
     virtual void Unlock();

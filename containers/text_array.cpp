@@ -1,0 +1,3 @@
+#include "containers/text_array.h"
+
+template class TArray<TSimpleString>;

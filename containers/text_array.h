@@ -1,0 +1,6 @@
+#pragma once
+
+#include "containers/tarray.h"
+#include "support/tsimplestring.h"
+
+extern template class SIGNUTILS_API TArray<TSimpleString>;
