@@ -43,7 +43,8 @@ public:
     bool Connect(const char* connection);
 
     /// Writes one event. Null texts are stored as NULL. `attached` 0: no attachment. DATETIME is
-    /// the local time. Raises nothing but std::bad_alloc.
+    /// the local time. While the spool holds events of this database, the event goes behind them
+    /// and all are delivered in order. Raises nothing but std::bad_alloc.
     services::EventOutcome WriteEventsWithPj(unsigned short level, const char* reference,
                                              const char* aux1, const wchar_t* aux2,
                                              const wchar_t* text, unsigned long attached,

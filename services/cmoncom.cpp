@@ -1,5 +1,6 @@
 #include "services/cmoncom.h"
 
+#include "services/field_text.h"
 #include "services/hand_off_name.h"
 #include "services/hand_off_store.h"
 #include "services/system_error.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -16,14 +14,5 @@ bool IsStoreName(std::string_view name);
 
 /// What follows the last point of a path's last element; empty without one.
 std::string ExtensionOf(std::string_view path);
-
-/// The text of a field that has no NUL when it is full.
-template <std::size_t Size>
-std::string FieldText(const char (&field)[Size])
-{
-    const void* const end = std::memchr(field, '\0', Size);
-    const char* const last = end == nullptr ? field + Size : static_cast<const char*>(end);
-    return std::string(field, last);
-}
 
 } // namespace services

@@ -1,0 +1,211 @@
+#include "services/event_spool.h"
+
+#include "port/files.h"
+#include "services/event_line.h"
+#include "services/file_contents.h"
+#include "services/sha256.h"
+
+#include <optional>
+#include <utility>
+
+namespace services
+{
+
+namespace
+{
+
+constexpr char kUnaddressed[] = "events-unaddressed";
+constexpr char kEvents[] = ".jsonl";
+constexpr char kDamaged[] = ".damaged";
+constexpr char kAppendLock[] = ".append.lock";
+constexpr char kDeliveryLock[] = ".delivery.lock";
+
+/// Held until it is destroyed. Files of their own carry the locks: the locked file is never the one
+/// that is replaced or deleted under a waiting process.
+class SpoolLock
+{
+public:
+    explicit SpoolLock(const std::string& path)
+        : m_held(m_file.Open(path.c_str(), port::OpenMode::Append) && m_file.LockExclusive())
+    {
+    }
+    bool IsHeld() const noexcept { return m_held; }
+
+private:
+    port::File m_file;
+    bool m_held;
+};
+
+std::int64_t SizeOf(const std::string& path)
+{
+    port::File file;
+    return file.Open(path.c_str(), port::OpenMode::Read) ? file.Size() : 0;
+}
+
+/// Whether the file is empty or its last line has its line feed.
+bool EndsWithLine(const std::string& path, std::int64_t size)
+{
+    if (size == 0)
+    {
+        return true;
+    }
+    port::File file;
+    char last = '\0';
+    return file.Open(path.c_str(), port::OpenMode::Read) && file.Seek(size - 1) &&
+           file.Read(&last, 1) == 1 && last == '\n';
+}
+
+/// What is left of the lines that were offered.
+struct Leftovers
+{
+    std::string kept;
+    std::string damaged;
+};
+
+Leftovers OfferLines(std::string_view lines,
+                     const std::function<Delivery(const EventRecord&)>& offer)
+{
+    Leftovers left;
+    while (!lines.empty())
+    {
+        const std::string_view line = lines.substr(0, lines.find('\n'));
+        const std::optional<EventRecord> event = ReadEventLine(line);
+        const Delivery delivery = event ? offer(*event) : Delivery::Refused;
+        if (delivery == Delivery::Stopped)
+        {
+            left.kept += lines;
+            if (lines.back() != '\n')
+            {
+                left.kept += '\n';
+            }
+            return left;
+        }
+        if (delivery == Delivery::Refused && !line.empty())
+        {
+            std::string& target = event ? left.kept : left.damaged;
+            target += line;
+            target += '\n';
+        }
+        lines.remove_prefix(line.size() == lines.size() ? lines.size() : line.size() + 1);
+    }
+    return left;
+}
+
+} // namespace
+
+EventSpool::EventSpool(std::string folder, std::string_view connection)
+    : m_folder(std::move(folder)),
+      m_name(connection.empty() ? kUnaddressed : "events-" + Sha256Hex(connection))
+{
+}
+
+std::string EventSpool::Path(const char* ending) const
+{
+    return port::JoinPath(m_folder, m_name + ending);
+}
+
+bool EventSpool::HoldsEvents() const
+{
+    return SizeOf(Path(kEvents)) > 0;
+}
+
+bool EventSpool::Holds(const std::string& key) const
+{
+    const std::string path = Path(kEvents);
+    const SpoolLock lock(Path(kAppendLock));
+    if (lock.IsHeld() && !port::FileExists(path.c_str()))
+    {
+        return false;
+    }
+    const std::optional<std::string> lines = ReadFileContents(path);
+    return !lock.IsHeld() || !lines || lines->find(EventLineStart(key)) != std::string::npos;
+}
+
+bool EventSpool::Append(const EventRecord& event) const
+{
+    if (!port::CreatePrivateFolder(m_folder.c_str()))
+    {
+        return false;
+    }
+    const SpoolLock lock(Path(kAppendLock));
+    return lock.IsHeld() && AppendBytes(Path(kEvents), EventLine(event));
+}
+
+bool EventSpool::AppendBytes(const std::string& path, std::string bytes) const
+{
+    port::File file;
+    if (!file.Open(path.c_str(), port::OpenMode::Append))
+    {
+        return false;
+    }
+    const std::int64_t before = file.Size();
+    if (before < 0)
+    {
+        return false;
+    }
+    // A line that a crash tore off ends here, so that it damages no other.
+    if (!EndsWithLine(path, before))
+    {
+        bytes.insert(0, "\n");
+    }
+    if (file.Write(bytes.data(), bytes.size()) && file.Flush() &&
+        (before > 0 || port::FlushFolder(m_folder.c_str())))
+    {
+        return true;
+    }
+    // What is reported as lost must not turn up later; more than trying cannot be done.
+    static_cast<void>(file.Truncate(before));
+    return false;
+}
+
+void EventSpool::Deliver(const std::function<Delivery(const EventRecord&)>& offer) const
+{
+    // Nothing is taken from a folder that somebody else could have filled.
+    if (!HoldsEvents() || !port::CreatePrivateFolder(m_folder.c_str()))
+    {
+        return;
+    }
+    const SpoolLock deliveryLock(Path(kDeliveryLock));
+    if (!deliveryLock.IsHeld())
+    {
+        return;
+    }
+    std::optional<std::string> lines;
+    if (const SpoolLock appendLock(Path(kAppendLock)); appendLock.IsHeld())
+    {
+        lines = ReadFileContents(Path(kEvents));
+    }
+    if (!lines)
+    {
+        return;
+    }
+    const Leftovers left = OfferLines(*lines, offer);
+    // Only what lies safely beside may be taken out.
+    if (left.kept != *lines && (left.damaged.empty() || AppendBytes(Path(kDamaged), left.damaged)))
+    {
+        Remove(*lines, left.kept);
+    }
+}
+
+void EventSpool::Remove(std::string_view offered, const std::string& kept) const
+{
+    const SpoolLock appendLock(Path(kAppendLock));
+    const std::optional<std::string> now = ReadFileContents(Path(kEvents));
+    // A file that an administrator has changed meanwhile stays as it is now.
+    if (!appendLock.IsHeld() || !now || !std::string_view(*now).starts_with(offered))
+    {
+        return;
+    }
+    const std::string rest = kept + now->substr(offered.size());
+    if (!rest.empty())
+    {
+        // Left as it is on failure: the keys of what was delivered keep it from being doubled.
+        static_cast<void>(ReplaceFileContents(m_folder, m_name + kEvents, rest));
+    }
+    else if (DeleteFileA(Path(kEvents).c_str()) != 0)
+    {
+        static_cast<void>(port::FlushFolder(m_folder.c_str()));
+    }
+}
+
+} // namespace services

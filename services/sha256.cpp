@@ -1,0 +1,121 @@
+#include "services/sha256.h"
+
+#include "support/format.h"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+namespace services
+{
+
+namespace
+{
+
+constexpr std::size_t kBlock = 64;
+
+using State = std::array<std::uint32_t, 8>;
+
+constexpr State kStart = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
+                          0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
+
+constexpr std::array<std::uint32_t, kBlock> kRounds = {
+    0x428a2f98, 0x71374491, 0xb5c0fbcf, 0xe9b5dba5, 0x3956c25b, 0x59f111f1, 0x923f82a4, 0xab1c5ed5,
+    0xd807aa98, 0x12835b01, 0x243185be, 0x550c7dc3, 0x72be5d74, 0x80deb1fe, 0x9bdc06a7, 0xc19bf174,
+    0xe49b69c1, 0xefbe4786, 0x0fc19dc6, 0x240ca1cc, 0x2de92c6f, 0x4a7484aa, 0x5cb0a9dc, 0x76f988da,
+    0x983e5152, 0xa831c66d, 0xb00327c8, 0xbf597fc7, 0xc6e00bf3, 0xd5a79147, 0x06ca6351, 0x14292967,
+    0x27b70a85, 0x2e1b2138, 0x4d2c6dfc, 0x53380d13, 0x650a7354, 0x766a0abb, 0x81c2c92e, 0x92722c85,
+    0xa2bfe8a1, 0xa81a664b, 0xc24b8b70, 0xc76c51a3, 0xd192e819, 0xd6990624, 0xf40e3585, 0x106aa070,
+    0x19a4c116, 0x1e376c08, 0x2748774c, 0x34b0bcb5, 0x391c0cb3, 0x4ed8aa4a, 0x5b9cca4f, 0x682e6ff3,
+    0x748f82ee, 0x78a5636f, 0x84c87814, 0x8cc70208, 0x90befffa, 0xa4506ceb, 0xbef9a3f7, 0xc67178f2};
+
+std::array<std::uint32_t, kBlock> Schedule(std::string_view block)
+{
+    std::array<std::uint32_t, kBlock> words{};
+    for (std::size_t index = 0; index < 16; ++index)
+    {
+        for (std::size_t byte = 0; byte < 4; ++byte)
+        {
+            words[index] =
+                (words[index] << 8U) | static_cast<unsigned char>(block[4 * index + byte]);
+        }
+    }
+    for (std::size_t index = 16; index < words.size(); ++index)
+    {
+        const std::uint32_t early = words[index - 15];
+        const std::uint32_t late = words[index - 2];
+        words[index] = words[index - 16] + words[index - 7] +
+                       (std::rotr(early, 7) ^ std::rotr(early, 18) ^ (early >> 3U)) +
+                       (std::rotr(late, 17) ^ std::rotr(late, 19) ^ (late >> 10U));
+    }
+    return words;
+}
+
+void AddBlock(State& state, std::string_view block)
+{
+    const std::array<std::uint32_t, kBlock> words = Schedule(block);
+    auto [a, b, c, d, e, f, g, h] = state;
+    for (std::size_t index = 0; index < words.size(); ++index)
+    {
+        const std::uint32_t first = h + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) +
+                                    ((e & f) ^ (~e & g)) + kRounds[index] + words[index];
+        const std::uint32_t second =
+            (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22)) + ((a & b) ^ (a & c) ^ (b & c));
+        h = g;
+        g = f;
+        f = e;
+        e = d + first;
+        d = c;
+        c = b;
+        b = a;
+        a = first + second;
+    }
+    const State added = {a, b, c, d, e, f, g, h};
+    for (std::size_t index = 0; index < state.size(); ++index)
+    {
+        state[index] += added[index];
+    }
+}
+
+/// The end of the message: what is left of it, a set bit, zeroes, and its length in bits.
+std::string PaddedEnd(std::string_view rest, std::size_t messageSize)
+{
+    std::string end(rest);
+    end += '\x80';
+    while (end.size() % kBlock != kBlock - 8)
+    {
+        end += '\0';
+    }
+    const std::uint64_t bits = static_cast<std::uint64_t>(messageSize) * 8;
+    for (unsigned int shift = 64; shift > 0; shift -= 8)
+    {
+        end += static_cast<char>((bits >> (shift - 8)) & 0xFFU);
+    }
+    return end;
+}
+
+} // namespace
+
+std::string Sha256Hex(std::string_view bytes)
+{
+    State state = kStart;
+    const std::size_t whole = bytes.size() - bytes.size() % kBlock;
+    for (std::size_t at = 0; at < whole; at += kBlock)
+    {
+        AddBlock(state, bytes.substr(at, kBlock));
+    }
+    const std::string end = PaddedEnd(bytes.substr(whole), bytes.size());
+    for (std::size_t at = 0; at < end.size(); at += kBlock)
+    {
+        AddBlock(state, std::string_view(end).substr(at, kBlock));
+    }
+    std::string digits;
+    for (const std::uint32_t word : state)
+    {
+        digits += support::FormatA("%08x", word);
+    }
+    return digits;
+}
+
+} // namespace services
