@@ -185,6 +185,7 @@ InstallReport Install(CDatabase& database, const std::vector<Script>& scripts)
             report.createdTables.push_back(table);
         }
     }
+    std::sort(report.createdTables.begin(), report.createdTables.end());
     return report;
 }
 

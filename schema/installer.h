@@ -21,9 +21,9 @@ public:
 /// What Install found and did.
 struct InstallReport
 {
-    int foundVersion = 0; ///< 0: no version was recorded
-    int version = 0;      ///< after the installation
-    std::vector<std::string> createdTables;
+    int foundVersion = 0;                   ///< 0: no version was recorded
+    int version = 0;                        ///< after the installation
+    std::vector<std::string> createdTables; ///< in alphabetical order
 
     /// One line in plain words.
     std::string Text() const;

@@ -79,9 +79,9 @@ TEST_F(Installer, CreatesEveryTableInAnEmptyDatabase)
     EXPECT_EQ(report.version, schema::CurrentVersion());
     EXPECT_EQ(report.createdTables.size(), schema::TableNames().size());
     EXPECT_EQ(report.Text(),
-              "no schema was found; version 1 was installed, tables created: SSR_VERSION, "
-              "SSR_HOLDER, SSR_HOLDERID, SSR_CONTRACT, SSR_CONTRACTCUR, SSR_CONTRACTRULE, "
-              "HST_SIGNRULES, EVT_JOURNAL");
+              "no schema was found; version 1 was installed, tables created: EVT_JOURNAL, "
+              "HST_SIGNRULES, SSR_CONTRACT, SSR_CONTRACTCUR, SSR_CONTRACTRULE, SSR_HOLDER, "
+              "SSR_HOLDERID, SSR_VERSION");
     EXPECT_EQ(Tables(), tables);
 }
 
