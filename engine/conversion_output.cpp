@@ -1,0 +1,176 @@
+#include "engine/conversion_output.h"
+
+#include "support/currencies.h"
+#include "support/format.h"
+
+#include <algorithm>
+#include <array>
+
+namespace engine
+{
+
+namespace
+{
+
+constexpr std::uint16_t kUnknown = 0xFFFF;
+constexpr unsigned kUsualDecimals = 2;
+// An amount unit is 10^-7: a reader would scale more decimals wrongly.
+constexpr unsigned kMostDecimals = 7;
+// Marks a row that counts; readers stop at the first row without it.
+constexpr std::string_view kBody = "1";
+// What stands for a currency that the file leaves out: a row's currency is never empty.
+constexpr const char* kNoCurrency = "XXX";
+
+std::uint16_t CurrencyDecimals(const std::string& currency)
+{
+    return GlobalResourceDevise == nullptr ? kUnknown
+                                           : GlobalResourceDevise->GetDecimals(currency.c_str(), 0);
+}
+
+const std::string& WrittenCurrency(const std::string& currency)
+{
+    static const std::string none = kNoCurrency;
+    return currency.empty() ? none : currency;
+}
+
+} // namespace
+
+unsigned WrittenDecimals(const std::string& currency, const ExactDecimal& amount)
+{
+    const std::uint16_t decimals = CurrencyDecimals(currency);
+    return decimals == kUnknown ? std::clamp(amount.FractionDigits(), kUsualDecimals, kMostDecimals)
+                                : decimals;
+}
+
+ConversionOutput::ConversionOutput(const std::string& stem)
+    : m_main(stem, HeaderKind::None, {}),
+      m_remittances(stem + ".bp", HeaderKind::FourLines, {"RECORD", "CORPS", "TOTAL", "DEVISE"}),
+      m_orders(stem + ".cp", HeaderKind::FourLines,
+               {"RECORD", "CORPS", "CTL_CPTDEBIT", "CTL_CPTCREDIT", "CTL_MONTANT", "CTL_DEVISE",
+                "CTL_REF_TRANS", "CTL_URGENT", "CTL_EXEC_DATE", "BANQUE", "GUICHET", "COMPTE",
+                "LIBELLE", "RAISONSOC", "DOMICILIATION", "REFERENCE", "MONTANT", "DEVISE"}),
+      m_details(stem + ".cp2", HeaderKind::FourLines,
+                {"RECORD", "CORPS", "CTL_REF_REMISE", "DATE_EXEC", "BANQUE", "GUICHET", "COMPTE",
+                 "LIBELLE", "DEVISE_TRANS", "RAISONSOC", "EMETTEUR", "REF_REMISE"}),
+      m_totals(stem + ".tot", HeaderKind::FourLines,
+               {"RECORD", "CORPS", "TOTAL", "DEVISE", "NB_ORDRES"}),
+      m_errors(stem + ".err", HeaderKind::OneLine, {"POS", "CORPS", "RECORD", "NO_ERR", "MESS"})
+{
+}
+
+void ConversionOutput::BeginRemittance(const RemittanceHead& head)
+{
+    EndRemittance();
+    m_head = head;
+    m_inRemittance = true;
+    ++m_remittanceCount;
+}
+
+void ConversionOutput::CheckCurrency(const OrderRow& order)
+{
+    if (order.currency.empty())
+    {
+        AddError(m_position, order.record, Finding::CurrencyMissing, "Currency missing");
+        return;
+    }
+    const std::uint16_t decimals = CurrencyDecimals(order.currency);
+    if (decimals == kUnknown)
+    {
+        AddError(m_position, order.record, Finding::CurrencyUnknown,
+                 "Currency " + order.currency + " has no known number of decimals");
+    }
+    else if (order.amount.FractionDigits() > decimals)
+    {
+        AddError(m_position, order.record, Finding::AmountTooPrecise,
+                 "Amount " + order.amount.ToText(order.amount.FractionDigits()) +
+                     " has more decimals than " + order.currency + " and is rounded up");
+    }
+}
+
+void ConversionOutput::AddOrder(const OrderRow& order)
+{
+    CheckCurrency(order);
+    const std::string& currency = WrittenCurrency(order.currency);
+    const std::string amount = order.amount.ToText(WrittenDecimals(currency, order.amount));
+    m_orders.Row({order.record, kBody, order.debitAccount, order.creditAccount, amount, currency,
+                  order.transactionReference, order.urgent ? "1" : "0", order.executionDate,
+                  order.bankCode, order.branchCode, order.account, order.label, order.name,
+                  order.bankName, order.reference, amount, currency});
+    for (Sums* const sums : {&m_remittanceSums, &m_fileSums})
+    {
+        CurrencySum& sum = (*sums)[currency];
+        sum.total.Add(order.amount);
+        ++sum.orders;
+    }
+    ++m_orderCount;
+}
+
+void ConversionOutput::EndRemittance()
+{
+    if (!m_inRemittance)
+    {
+        return;
+    }
+    for (const auto& [currency, sum] : m_remittanceSums)
+    {
+        m_remittances.Row({m_head.record, kBody,
+                           sum.total.ToText(WrittenDecimals(currency, sum.total)), currency});
+        m_details.Row({m_head.record, kBody, m_head.controlReference, m_head.executionDate,
+                       m_head.bankCode, m_head.branchCode, m_head.account, m_head.label, currency,
+                       m_head.name, m_head.sender, m_head.reference});
+    }
+    m_remittanceSums.clear();
+    m_inRemittance = false;
+}
+
+void ConversionOutput::AddError(std::uint64_t position, const std::string& record, Finding finding,
+                                const std::string& text)
+{
+    m_errors.Row(
+        {std::to_string(position), kBody, record, std::to_string(static_cast<int>(finding)), text});
+}
+
+void ConversionOutput::WriteTotals()
+{
+    for (const auto& [currency, sum] : m_fileSums)
+    {
+        const std::string total = sum.total.ToText(WrittenDecimals(currency, sum.total));
+        m_totals.Row({std::to_string(m_remittanceCount), kBody, total, currency,
+                      std::to_string(sum.orders)});
+        m_main.Line(support::FormatA("%s %s in %I64u orders", total.c_str(), currency.c_str(),
+                                     static_cast<unsigned long long>(sum.orders)));
+    }
+    m_main.Line(support::FormatA("%I64u remittances, %I64u orders",
+                                 static_cast<unsigned long long>(m_remittanceCount),
+                                 static_cast<unsigned long long>(m_orderCount)));
+}
+
+void ConversionOutput::Publish()
+{
+    EndRemittance();
+    WriteTotals();
+    const std::array<WorkFile*, 6> files = {&m_remittances, &m_orders, &m_details,
+                                            &m_totals,      &m_errors, &m_main};
+    for (WorkFile* const file : files)
+    {
+        file->Complete();
+    }
+    std::size_t published = 0;
+    try
+    {
+        for (; published < files.size(); ++published)
+        {
+            files[published]->Publish();
+        }
+    }
+    catch (...)
+    {
+        while (published > 0)
+        {
+            files[--published]->Withdraw();
+        }
+        throw;
+    }
+}
+
+} // namespace engine

@@ -1,0 +1,72 @@
+#include "engine/fixed_records.h"
+
+#include <algorithm>
+
+namespace engine
+{
+
+namespace
+{
+
+constexpr std::size_t kLongestLine = 4096;
+
+std::string_view TrimBlanks(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string_view::npos
+               ? std::string_view()
+               : text.substr(first, text.find_last_not_of(' ') - first + 1U);
+}
+
+} // namespace
+
+bool IsDigits(std::string_view zone)
+{
+    zone = TrimBlanks(zone);
+    return !zone.empty() &&
+           std::all_of(zone.begin(), zone.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+std::string FixedRecord::Text(std::size_t position, std::size_t length) const
+{
+    return std::string(TrimBlanks(Zone(position, length)));
+}
+
+bool FixedRecord::IsBlank() const
+{
+    return TrimBlanks(m_text).empty();
+}
+
+FixedRecordSource::FixedRecordSource(OrderFile& file, ConversionOutput& output, std::size_t length)
+    : m_lines(file), m_output(output), m_length(length),
+      m_separated(m_lines.HasLineEndWithin(length + 2U))
+{
+}
+
+bool FixedRecordSource::Read(std::string& text)
+{
+    return m_separated ? m_lines.NextLine(text, kLongestLine) : m_lines.NextRecord(text, m_length);
+}
+
+bool FixedRecordSource::Next(FixedRecord& record)
+{
+    std::string& text = record.Buffer();
+    do
+    {
+        if (!Read(text))
+        {
+            return false;
+        }
+    } while (record.IsBlank());
+    m_output.SetPosition(Number());
+    if (text.size() > m_length && !TrimBlanks(std::string_view(text).substr(m_length)).empty())
+    {
+        m_output.AddError(Number(), std::to_string(Number()), Finding::RecordLength,
+                          "Record of " + std::to_string(text.size()) + " characters instead of " +
+                              std::to_string(m_length));
+    }
+    text.resize(m_length, ' ');
+    return true;
+}
+
+} // namespace engine

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "engine/conversion_output.h"
+#include "engine/line_source.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace engine
+{
+
+/// One record of constant length; positions count from 1, as the format's descriptions do.
+class FixedRecord
+{
+public:
+    std::string_view Zone(std::size_t position, std::size_t length) const
+    {
+        return std::string_view(m_text).substr(position - 1U, length);
+    }
+    /// A zone without the blanks at its ends.
+    std::string Text(std::size_t position, std::size_t length) const;
+    std::string_view Code() const { return Zone(1, 2); }
+    bool IsBlank() const;
+
+    std::string& Buffer() noexcept { return m_text; }
+
+private:
+    std::string m_text;
+};
+
+/// The records of a file, one by one: separated by line ends or not at all. A record whose trailing
+/// blanks were stripped is filled up; one that is longer is told as an error row.
+class FixedRecordSource
+{
+public:
+    FixedRecordSource(OrderFile& file, ConversionOutput& output, std::size_t length);
+
+    /// False at the end; blank records are passed over.
+    bool Next(FixedRecord& record);
+    std::uint64_t Number() const noexcept { return m_lines.Number(); }
+
+private:
+    bool Read(std::string& text);
+
+    LineSource m_lines;
+    ConversionOutput& m_output;
+    std::size_t m_length;
+    bool m_separated;
+};
+
+/// Digits, blanks at the ends allowed; an empty zone and anything else give false.
+bool IsDigits(std::string_view zone);
+
+} // namespace engine

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "engine/order_file.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace engine
+{
+
+/// The lines or fixed-length records of an order file, in constant memory. 0x1A ends the file.
+class LineSource
+{
+public:
+    explicit LineSource(OrderFile& file) : m_file(file) {}
+
+    /// The next line without its line end (LF or CR LF). False at the end. A line longer than
+    /// `longest` raises engine::Failure.
+    bool NextLine(std::string& line, std::size_t longest);
+
+    /// The next `length` bytes, line ends between records passed over; the last may be shorter.
+    /// False at the end.
+    bool NextRecord(std::string& record, std::size_t length);
+
+    /// Whether a line end stands within the first `count` bytes of what is left of the first block.
+    bool HasLineEndWithin(std::size_t count);
+
+    /// Number of the line or record given last, from 1.
+    std::uint64_t Number() const noexcept { return m_number; }
+
+private:
+    bool Load();
+
+    OrderFile& m_file;
+    std::string_view m_block;
+    bool m_ended = false;
+    std::uint64_t m_number = 0;
+};
+
+} // namespace engine

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "engine/conversion_output.h"
+#include "engine/rows.h"
+
+#include <cstdint>
+#include <string>
+
+namespace engine
+{
+
+/// An amount as the order file has it.
+struct RawAmount
+{
+    std::string text;
+    std::string currency;
+    bool present = false;
+};
+
+/// Reads the amount into the order, with its currency. An amount that cannot be read is told as an
+/// error row; the order is then left out, and false returned.
+bool ReadAmount(const RawAmount& amount, char separator, ConversionOutput& output,
+                std::uint64_t position, OrderRow& order);
+
+} // namespace engine

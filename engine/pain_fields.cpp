@@ -1,0 +1,136 @@
+#include "engine/pain_fields.h"
+
+#include <string>
+#include <vector>
+
+namespace engine
+{
+
+namespace
+{
+
+using Table = PathTable<PainField>;
+using Entries = std::vector<Table::Entry>;
+
+void Add(Entries& entries, const std::string& path, PainField field)
+{
+    entries.push_back({path, field});
+}
+
+// IBAN or another form; BBAN, UPIC and PrtryAcct stood in the first versions.
+void AddAccount(Entries& entries, const std::string& account, PainField field)
+{
+    for (const char* const form :
+         {"/Id/IBAN", "/Id/Othr/Id", "/Id/BBAN", "/Id/UPIC", "/Id/PrtryAcct/Id"})
+    {
+        Add(entries, account + form, field);
+    }
+}
+
+void AddBank(Entries& entries, const std::string& agent, PainField code)
+{
+    for (const char* const form :
+         {"/FinInstnId/BICFI", "/FinInstnId/BIC", "/FinInstnId/ClrSysMmbId/MmbId",
+          "/FinInstnId/ClrSysMmbId/Id", "/FinInstnId/CmbndId/BIC", "/FinInstnId/Othr/Id"})
+    {
+        Add(entries, agent + form, code);
+    }
+}
+
+void AddPaymentType(Entries& entries, const std::string& owner, PainField priority,
+                    PainField service, PainField instrument)
+{
+    Add(entries, owner + "/PmtTpInf/InstrPrty", priority);
+    Add(entries, owner + "/PmtTpInf/SvcLvl/Cd", service);
+    Add(entries, owner + "/PmtTpInf/LclInstrm/Cd", instrument);
+}
+
+void AddHeader(Entries& entries)
+{
+    Add(entries, "GrpHdr", PainField::GroupHeader);
+    Add(entries, "GrpHdr/MsgId", PainField::MessageId);
+    Add(entries, "GrpHdr/NbOfTxs", PainField::FileCount);
+    Add(entries, "GrpHdr/CtrlSum", PainField::FileSum);
+    Add(entries, "GrpHdr/InitgPty/Nm", PainField::SenderName);
+}
+
+void AddGroup(Entries& entries, const std::string& own)
+{
+    Add(entries, "PmtInf", PainField::Group);
+    Add(entries, "PmtInf/PmtInfId", PainField::GroupId);
+    Add(entries, "PmtInf/NbOfTxs", PainField::GroupCount);
+    Add(entries, "PmtInf/CtrlSum", PainField::GroupSum);
+    AddPaymentType(entries, "PmtInf", PainField::GroupPriority, PainField::GroupService,
+                   PainField::GroupInstrument);
+    Add(entries, "PmtInf/" + own + "/Nm", PainField::OwnName);
+    AddAccount(entries, "PmtInf/" + own + "Acct", PainField::OwnAccount);
+    Add(entries, "PmtInf/" + own + "Acct/Ccy", PainField::OwnAccountCurrency);
+    AddBank(entries, "PmtInf/" + own + "Agt", PainField::OwnBank);
+}
+
+void AddOrder(Entries& entries, const std::string& order, const std::string& other)
+{
+    Add(entries, order, PainField::Order);
+    Add(entries, order + "/PmtId/EndToEndId", PainField::EndToEndId);
+    Add(entries, order + "/PmtId/InstrId", PainField::InstructionId);
+    AddPaymentType(entries, order, PainField::OrderPriority, PainField::OrderService,
+                   PainField::OrderInstrument);
+    Add(entries, order + "/" + other + "/Nm", PainField::Name);
+    AddAccount(entries, order + "/" + other + "Acct", PainField::Account);
+    AddBank(entries, order + "/" + other + "Agt", PainField::Bank);
+    Add(entries, order + "/" + other + "Agt/FinInstnId/Nm", PainField::BankName);
+    Add(entries, order + "/" + other + "Agt/FinInstnId/NmAndAdr/Nm", PainField::BankName);
+    Add(entries, order + "/RmtInf/Ustrd", PainField::RemittanceText);
+    Add(entries, order + "/RmtInf/Strd/CdtrRefInf/Ref", PainField::RemittanceReference);
+    Add(entries, order + "/RmtInf/Strd/CdtrRefInf/CdtrRef", PainField::RemittanceReference);
+}
+
+Table CreditTransferTable()
+{
+    Entries entries;
+    AddHeader(entries);
+    AddGroup(entries, "Dbtr");
+    // A plain date up to version 07, a choice from 08 on.
+    for (const char* const form : {"", "/Dt", "/DtTm"})
+    {
+        Add(entries, std::string("PmtInf/ReqdExctnDt") + form, PainField::ExecutionDate);
+    }
+    const std::string order = "PmtInf/CdtTrfTxInf";
+    AddOrder(entries, order, "Cdtr");
+    Add(entries, order + "/Amt/InstdAmt", PainField::InstructedAmount);
+    Add(entries, order + "/Amt/EqvtAmt/Amt", PainField::EquivalentAmount);
+    return Table(entries);
+}
+
+Table DirectDebitTable()
+{
+    Entries entries;
+    AddHeader(entries);
+    AddGroup(entries, "Cdtr");
+    Add(entries, "PmtInf/ReqdColltnDt", PainField::ExecutionDate);
+    const std::string order = "PmtInf/DrctDbtTxInf";
+    AddOrder(entries, order, "Dbtr");
+    Add(entries, order + "/InstdAmt", PainField::InstructedAmount);
+    return Table(entries);
+}
+
+} // namespace
+
+const PathTable<PainField>& PainPaths(PainMessage message)
+{
+    static const Table transfers = CreditTransferTable();
+    static const Table debits = DirectDebitTable();
+    return message == PainMessage::CreditTransfer ? transfers : debits;
+}
+
+bool IsPainMessageElement(PainMessage message, std::string_view name)
+{
+    // The first versions named the element after the message.
+    if (message == PainMessage::CreditTransfer)
+    {
+        return name == "CstmrCdtTrfInitn" || name.starts_with("pain.001.");
+    }
+    return name == "CstmrDrctDbtInitn" || name.starts_with("pain.008.");
+}
+
+} // namespace engine

@@ -1,0 +1,284 @@
+#include "engine/xml_stream.h"
+
+#include "engine/failure.h"
+#include "support/format.h"
+
+#include <libxml/SAX2.h>
+#include <libxml/parser.h>
+#include <libxml/parserInternals.h>
+#include <libxml/xmlerror.h>
+
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <string>
+
+namespace engine
+{
+
+namespace
+{
+
+constexpr unsigned kMostNesting = 256;
+constexpr std::size_t kLongestText = 1024U * 1024U;
+
+struct ContextDeleter
+{
+    void operator()(xmlParserCtxt* context) const noexcept
+    {
+        if (context->myDoc != nullptr)
+        {
+            xmlFreeDoc(context->myDoc);
+            context->myDoc = nullptr;
+        }
+        xmlFreeParserCtxt(context);
+    }
+};
+using Context = std::unique_ptr<xmlParserCtxt, ContextDeleter>;
+
+std::string_view View(const xmlChar* text)
+{
+    return text == nullptr ? std::string_view()
+                           : std::string_view(reinterpret_cast<const char*>(text));
+}
+
+std::string OneLine(const char* text)
+{
+    std::string line = text == nullptr ? "" : text;
+    while (!line.empty() && (line.back() == '\n' || line.back() == '\r' || line.back() == ' '))
+    {
+        line.pop_back();
+    }
+    for (char& character : line)
+    {
+        character = static_cast<unsigned char>(character) < 0x20U ? ' ' : character;
+    }
+    return line;
+}
+
+// The parser's attribute array: five pointers an attribute.
+class SaxAttributes final : public XmlHandler::Attributes
+{
+public:
+    SaxAttributes(const xmlChar** list, int count) : m_list(list), m_count(count) {}
+
+    std::string_view Find(std::string_view localName) const override
+    {
+        for (int i = 0; i < m_count; ++i)
+        {
+            const xmlChar** const attribute = m_list + static_cast<std::ptrdiff_t>(i) * 5;
+            if (View(attribute[0]) == localName)
+            {
+                return {reinterpret_cast<const char*>(attribute[3]),
+                        static_cast<std::size_t>(attribute[4] - attribute[3])};
+            }
+        }
+        return {};
+    }
+
+private:
+    const xmlChar** m_list;
+    int m_count;
+};
+
+// One parse. Exceptions must not cross the C parser: the first one is kept and raised afterwards.
+class XmlParse
+{
+public:
+    XmlParse(OrderFile& file, XmlHandler& handler) : m_file(file), m_handler(handler) {}
+
+    void Run();
+
+private:
+    static XmlParse& Of(void* context) { return *static_cast<XmlParse*>(context); }
+
+    static void OnStart(void* context, const xmlChar* name, const xmlChar*, const xmlChar*, int,
+                        const xmlChar**, int attributeCount, int, const xmlChar** attributes);
+    static void OnEnd(void* context, const xmlChar*, const xmlChar*, const xmlChar*);
+    static void OnCharacters(void* context, const xmlChar* text, int length);
+    static void OnDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*);
+    static void OnReference(void* context, const xmlChar* name);
+    static void OnError(void* context, xmlErrorPtr error);
+
+    template <typename Action>
+    void Guard(Action&& action)
+    {
+        if (m_raised != nullptr)
+        {
+            return;
+        }
+        try
+        {
+            m_handler.SetLine(Line());
+            action();
+        }
+        catch (...)
+        {
+            m_raised = std::current_exception();
+            xmlStopParser(m_context.get());
+        }
+    }
+
+    std::uint64_t Line() const;
+    [[noreturn]] void Refuse(FailureNumber number, const char* what) const;
+    void Feed(std::string_view block, bool last);
+
+    OrderFile& m_file;
+    XmlHandler& m_handler;
+    Context m_context;
+    std::exception_ptr m_raised;
+    std::string m_firstError;
+    unsigned m_depth = 0;
+    std::size_t m_textLength = 0;
+};
+
+void XmlParse::OnStart(void* context, const xmlChar* name, const xmlChar* /*prefix*/,
+                       const xmlChar* /*uri*/, int /*namespaceCount*/,
+                       const xmlChar** /*namespaces*/, int attributeCount, int /*defaulted*/,
+                       const xmlChar** attributes)
+{
+    XmlParse& parse = Of(context);
+    parse.Guard(
+        [&]
+        {
+            parse.m_textLength = 0;
+            if (++parse.m_depth > kMostNesting)
+            {
+                parse.Refuse(FailureNumber::Hostile, "elements nested deeper than 256");
+            }
+            parse.m_handler.StartElement(View(name), SaxAttributes(attributes, attributeCount));
+        });
+}
+
+void XmlParse::OnEnd(void* context, const xmlChar* /*name*/, const xmlChar* /*prefix*/,
+                     const xmlChar* /*uri*/)
+{
+    XmlParse& parse = Of(context);
+    parse.Guard(
+        [&]
+        {
+            parse.m_textLength = 0;
+            --parse.m_depth;
+            parse.m_handler.EndElement();
+        });
+}
+
+void XmlParse::OnCharacters(void* context, const xmlChar* text, int length)
+{
+    XmlParse& parse = Of(context);
+    parse.Guard(
+        [&]
+        {
+            parse.m_textLength += static_cast<std::size_t>(length);
+            if (parse.m_textLength > kLongestText)
+            {
+                parse.Refuse(FailureNumber::Hostile, "a text longer than 1 MiB");
+            }
+            parse.m_handler.Characters(
+                {reinterpret_cast<const char*>(text), static_cast<std::size_t>(length)});
+        });
+}
+
+void XmlParse::OnDocumentType(void* context, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
+                              const xmlChar* /*systemId*/)
+{
+    XmlParse& parse = Of(context);
+    parse.Guard(
+        [&] { parse.Refuse(FailureNumber::Hostile, "a document type declaration; remove it"); });
+}
+
+void XmlParse::OnReference(void* context, const xmlChar* /*name*/)
+{
+    XmlParse& parse = Of(context);
+    parse.Guard([&] { parse.Refuse(FailureNumber::Hostile, "an entity reference; write it out"); });
+}
+
+void XmlParse::OnError(void* context, xmlErrorPtr error)
+{
+    XmlParse& parse = Of(context);
+    if (parse.m_firstError.empty() && error != nullptr && error->level >= XML_ERR_ERROR)
+    {
+        parse.m_firstError = support::FormatA("line %d, column %d: %s", error->line, error->int2,
+                                              OneLine(error->message).c_str());
+    }
+}
+
+std::uint64_t XmlParse::Line() const
+{
+    const xmlParserCtxt* const context = m_context.get();
+    return context == nullptr || context->input == nullptr
+               ? 0U
+               : static_cast<std::uint64_t>(context->input->line);
+}
+
+void XmlParse::Refuse(FailureNumber number, const char* what) const
+{
+    const xmlParserInput* const input = m_context == nullptr ? nullptr : m_context->input;
+    throw Failure(number,
+                  support::FormatA("Order file %s, line %d, column %d: refused, it holds %s",
+                                   m_file.Path().c_str(), input == nullptr ? 0 : input->line,
+                                   input == nullptr ? 0 : input->col, what));
+}
+
+void XmlParse::Feed(std::string_view block, bool last)
+{
+    const int result =
+        xmlParseChunk(m_context.get(), block.data(), static_cast<int>(block.size()), last ? 1 : 0);
+    if (m_raised != nullptr)
+    {
+        std::rethrow_exception(m_raised);
+    }
+    if (result != XML_ERR_OK || m_context->wellFormed == 0)
+    {
+        throw Failure(
+            FailureNumber::Malformed,
+            support::FormatA("Order file %s is no well-formed XML: %s", m_file.Path().c_str(),
+                             m_firstError.empty() ? "unknown error" : m_firstError.c_str()));
+    }
+}
+
+void XmlParse::Run()
+{
+    xmlSAXHandler sax;
+    std::memset(&sax, 0, sizeof sax);
+    sax.initialized = XML_SAX2_MAGIC;
+    sax.startElementNs = OnStart;
+    sax.endElementNs = OnEnd;
+    sax.characters = OnCharacters;
+    sax.cdataBlock = OnCharacters;
+    sax.ignorableWhitespace = OnCharacters;
+    sax.internalSubset = OnDocumentType;
+    sax.reference = OnReference;
+    sax.serror = OnError;
+
+    const std::string_view first = m_file.NextBlock();
+    m_context.reset(xmlCreatePushParserCtxt(&sax, this, nullptr, 0, nullptr));
+    if (m_context == nullptr)
+    {
+        throw std::bad_alloc();
+    }
+    xmlCtxtUseOptions(m_context.get(), XML_PARSE_NONET);
+    if (first.empty())
+    {
+        throw Failure(FailureNumber::NotThisFormat,
+                      support::FormatA("Order file %s is empty", m_file.Path().c_str()));
+    }
+    for (std::string_view block = first; !block.empty(); block = m_file.NextBlock())
+    {
+        Feed(block, false);
+    }
+    Feed({}, true);
+}
+
+} // namespace
+
+void ParseXml(OrderFile& file, XmlHandler& handler)
+{
+    static std::once_flag once;
+    std::call_once(once, [] { xmlInitParser(); });
+    XmlParse(file, handler).Run();
+}
+
+} // namespace engine

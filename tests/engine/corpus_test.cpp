@@ -1,0 +1,107 @@
+#include "engine/convert.h"
+#include "engine/exact_decimal.h"
+#include "engine/failure.h"
+#include "tests/engine/corpus_table.h"
+#include "tests/engine/work_files.h"
+#include "tests/testing/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+using engine::ExactDecimal;
+using engine_tests::Fields;
+
+namespace
+{
+
+constexpr std::size_t kFourLines = 4;
+constexpr std::size_t kOneLine = 1;
+
+ExactDecimal Amount(const std::string& text)
+{
+    ExactDecimal value;
+    EXPECT_EQ(ExactDecimal::Parse(text, '.', value), ExactDecimal::ParseResult::Ok) << text;
+    return value;
+}
+
+std::string ShownAmount(const ExactDecimal& amount)
+{
+    return amount.ToText(std::max(2U, amount.FractionDigits()));
+}
+
+class Corpus : public testing::TestWithParam<CorpusCase>
+{
+};
+
+} // namespace
+
+TEST_P(Corpus, GivesItsTotalsAndErrors)
+{
+    const CorpusCase& expected = GetParam();
+    const testing_support::TemporaryFolder folder;
+    const std::string order = folder.Path(expected.file);
+    std::filesystem::copy_file(std::filesystem::path(SIGNUTILS_CORPUS) / expected.file, order);
+    engine::Work work{};
+    ASSERT_TRUE(engine::FindWork(expected.format1, expected.format2, work));
+
+    try
+    {
+        engine::Convert(work, order, order + ".veu");
+    }
+    catch (const engine::Failure& failure)
+    {
+        FAIL() << failure.Text();
+    }
+
+    ExactDecimal total;
+    for (const Fields& row : engine_tests::ReadRows(order + ".veu.bp", kFourLines))
+    {
+        ASSERT_EQ(row.size(), 4U);
+        total.Add(Amount(row[2]));
+    }
+    EXPECT_EQ(ShownAmount(total), ShownAmount(Amount(expected.total)));
+
+    ExactDecimal largest;
+    const auto orders = engine_tests::ReadRows(order + ".veu.cp", kFourLines);
+    for (const Fields& row : orders)
+    {
+        ASSERT_EQ(row.size(), 18U);
+        EXPECT_FALSE(row[1].empty());
+        EXPECT_EQ(row[4], row[16]);
+        largest = std::max(largest, Amount(row[4]));
+    }
+    EXPECT_EQ(ShownAmount(largest), ShownAmount(Amount(expected.largest)));
+    EXPECT_EQ(orders.size(), static_cast<std::size_t>(expected.orders));
+
+    std::string errors;
+    for (const Fields& row : engine_tests::ReadRows(order + ".veu.err", kOneLine))
+    {
+        ASSERT_EQ(row.size(), 5U);
+        EXPECT_FALSE(row[0].empty());
+        errors += (errors.empty() ? "" : ",") + row[3];
+    }
+    EXPECT_EQ(errors, expected.errors);
+    EXPECT_EQ(engine_tests::Names(folder.Path()).size(), 7U) << "the order and six work files";
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Corpus, testing::ValuesIn(kCorpus),
+                         [](const testing::TestParamInfo<CorpusCase>& test)
+                         {
+                             std::string name = test.param.file;
+                             name.erase(name.rfind('.'));
+                             return name;
+                         });
+
+TEST(CorpusFolder, EveryFileHasItsRow)
+{
+    std::vector<std::string> listed;
+    for (const CorpusCase& corpusCase : kCorpus)
+    {
+        listed.emplace_back(corpusCase.file);
+    }
+    std::sort(listed.begin(), listed.end());
+    EXPECT_EQ(engine_tests::Names(SIGNUTILS_CORPUS), listed);
+}

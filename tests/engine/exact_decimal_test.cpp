@@ -1,0 +1,129 @@
+#include "engine/exact_decimal.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+
+using engine::ExactDecimal;
+using Result = engine::ExactDecimal::ParseResult;
+
+namespace
+{
+
+ExactDecimal Value(const std::string& text)
+{
+    ExactDecimal value;
+    EXPECT_EQ(ExactDecimal::Parse(text, '.', value), Result::Ok) << text;
+    return value;
+}
+
+struct ParseCase
+{
+    const char* name;
+    std::string text;
+    Result result;
+    const char* shown; // with five decimals
+};
+
+void PrintTo(const ParseCase& parseCase, std::ostream* stream)
+{
+    *stream << parseCase.name;
+}
+
+const ParseCase kParseCases[] = {
+    {"Whole", "1500", Result::Ok, "1500.00000"},
+    {"OneDecimal", "1500.5", Result::Ok, "1500.50000"},
+    {"NothingBeforeThePoint", ".50", Result::Ok, "0.50000"},
+    {"NothingAfterThePoint", "7.", Result::Ok, "7.00000"},
+    {"BlanksAround", " \t\r\n12.30 \n", Result::Ok, "12.30000"},
+    {"LeadingZerosDoNotCount", "000000000000000000000012", Result::Ok, "12.00000"},
+    {"TrailingZerosDoNotCount", "1.50000000000000000000000", Result::Ok, "1.50000"},
+    {"PlusSign", "+3.00", Result::Ok, "3.00000"},
+    {"EighteenDigits", "999999999999999999", Result::Ok, "999999999999999999.00000"},
+    {"Zero", "0", Result::Ok, "0.00000"},
+    {"NineteenDigits", "1000000000000000000", Result::TooManyDigits, ""},
+    {"FourHundredDigits", std::string(400, '9'), Result::TooManyDigits, ""},
+    {"EighteenPlaces", "0.000000000000000001", Result::TooManyDigits, ""},
+    {"Negative", "-1.00", Result::Negative, ""},
+    {"Empty", "", Result::Empty, ""},
+    {"BlanksOnly", "  \n", Result::Empty, ""},
+    {"PointOnly", ".", Result::NotANumber, ""},
+    {"TwoPoints", "1.2.3", Result::NotANumber, ""},
+    {"Comma", "1,50", Result::NotANumber, ""},
+    {"Exponent", "1e5", Result::NotANumber, ""},
+    {"InnerBlank", "1 500", Result::NotANumber, ""},
+    {"Letters", "abc", Result::NotANumber, ""},
+    {"SignOnly", "+", Result::NotANumber, ""},
+    {"TwoSigns", "+-1", Result::NotANumber, ""},
+};
+
+class ExactDecimalParse : public testing::TestWithParam<ParseCase>
+{
+};
+
+} // namespace
+
+TEST_P(ExactDecimalParse, ReadsOrRefuses)
+{
+    ExactDecimal value = Value("42");
+    EXPECT_EQ(ExactDecimal::Parse(GetParam().text, '.', value), GetParam().result);
+    EXPECT_EQ(value.ToText(5), GetParam().result == Result::Ok ? GetParam().shown : "42.00000");
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, ExactDecimalParse, testing::ValuesIn(kParseCases),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(ExactDecimal, OneMillionCentsSumToTenThousand)
+{
+    const ExactDecimal cent = Value("0.01");
+    ExactDecimal sum;
+    for (int i = 0; i < 1'000'000; ++i)
+    {
+        sum.Add(cent);
+    }
+    EXPECT_EQ(sum.ToText(2), "10000.00");
+}
+
+TEST(ExactDecimal, SumsGrowBeyondEighteenDigits)
+{
+    ExactDecimal sum = Value("999999999999999999.99");
+    for (int i = 0; i < 3; ++i)
+    {
+        sum.Add(sum);
+    }
+    EXPECT_EQ(sum.ToText(2), "7999999999999999999.92");
+}
+
+TEST(ExactDecimal, RemaindersAreRoundedUp)
+{
+    EXPECT_EQ(Value("10.001").ToText(2), "10.01");
+    EXPECT_EQ(Value("0.00000000000000001").ToText(2), "0.01");
+    EXPECT_EQ(Value("9.999").ToText(2), "10.00");
+    EXPECT_EQ(Value("150.5").ToText(0), "151");
+    EXPECT_EQ(Value("10.00").ToText(2), "10.00");
+}
+
+TEST(ExactDecimal, FractionDigitsLeaveTrailingZerosOut)
+{
+    EXPECT_EQ(Value("1.500").FractionDigits(), 1U);
+    EXPECT_EQ(Value("100").FractionDigits(), 0U);
+    EXPECT_EQ(Value("0.00000000000000001").FractionDigits(), 17U);
+}
+
+TEST(ExactDecimal, IsOrderedByValue)
+{
+    EXPECT_LT(Value("9.99"), Value("10"));
+    EXPECT_LT(Value("10"), Value("10.00001"));
+    EXPECT_EQ(Value("1.50"), Value("1.5"));
+    EXPECT_TRUE(Value("0.00").IsZero());
+    EXPECT_FALSE(Value("0.01").IsZero());
+}
+
+TEST(ExactDecimal, TheSeparatorIsChosen)
+{
+    ExactDecimal value;
+    EXPECT_EQ(ExactDecimal::Parse("1000,", ',', value), Result::Ok);
+    EXPECT_EQ(value.ToText(0), "1000");
+    EXPECT_EQ(ExactDecimal::Parse("12.5", ',', value), Result::NotANumber);
+}
