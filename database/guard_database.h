@@ -1,7 +1,8 @@
 #pragma once
 
 #include "database/cdbexception.h"
-#include "port/unwind.h"
+
+#include <exception>
 
 namespace database
 {
@@ -35,12 +36,14 @@ bool GuardDatabase(Body&& body, OnDatabase&& onDatabase, OnOther&& onOther)
         const ExceptionOwner owner(raised);
         onDatabase(*raised);
     }
-    catch (port::ForcedUnwind&)
-    {
-        throw;
-    }
     catch (...)
     {
+        // What unwinds a cancelled thread is no C++ exception, and a handler that ends it ends the
+        // process.
+        if (std::current_exception() == nullptr)
+        {
+            throw;
+        }
         onOther();
     }
     return false;
