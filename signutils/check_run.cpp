@@ -1,5 +1,6 @@
 #include "signutils/check_run.h"
 
+#include "containers/shared_ref_impl.h"
 #include "rules/check_signatures.h"
 #include "signutils/signutils.h"
 #include "support/checked_copy.h"

@@ -1,0 +1,139 @@
+#include "signutils/amount_units.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+namespace
+{
+
+struct TextCase
+{
+    const char* name;
+    const char* text;
+    std::uint16_t decimals;
+    std::int64_t units;
+    std::uint16_t decimalsAfter;
+};
+
+const TextCase kTextCases[] = {
+    {"GroupedWithACommaFindsTheComma", "1.234,56", 0xFFFF, 12345600000, 2},
+    {"GroupedWithAPointFindsThePoint", "1,234.56", 0xFFFF, 12345600000, 2},
+    {"WithoutSeparatorIsAWholeNumber", "1234", 0xFFFF, 12340000000, 0},
+    {"LastOfSeveralPointsSeparates", "1.234.567", 0xFFFF, 12345670000, 3},
+    {"DigitAtTheSeparatorsPlaceIsLost", "12345", 2, 124500000, 2},
+    {"SeparatorAtItsPlaceIsKept", "12,45", 2, 124500000, 2},
+    {"LeadingMinusIsHonoured", "-7.5", 0xFFFF, -75000000, 1},
+    {"MinusElsewhereIsDropped", "7-.5", 0xFFFF, 75000000, 1},
+    {"MinusAfterABlankIsDropped", " -7.5", 0xFFFF, 75000000, 1},
+    {"PlusIsDropped", "+7.5", 0xFFFF, 75000000, 1},
+    {"EmptyIsZero", "", 0xFFFF, 0, 0},
+    {"EmptyWithKnownDecimalsIsZero", "", 2, 0, 2},
+    {"EmptyWithNoDecimalsIsZero", "", 0, 0, 0},
+    {"LettersAloneAreZero", "EUR", 0xFFFF, 0, 0},
+    {"MinusAloneIsZero", "-", 0xFFFF, 0, 0},
+    {"CurrencyAndBlanksAreDropped", "EUR 1 234,50", 0xFFFF, 12345000000, 2},
+    {"NoDecimalsIgnoresEverySeparator", "1.234,56", 0, 1234560000000, 0},
+    {"SevenFractionDigitsAreWholeUnits", "0.1234567", 0xFFFF, 1234567, 7},
+    {"NineFractionDigitsAreNotCut", "0.123456789", 0xFFFF, 123456789, 9},
+    {"SeparatorAtTheEndHasNoFraction", "12.", 0xFFFF, 120000000, 0},
+    {"SeparatorAtTheStart", ".5", 0xFFFF, 5000000, 1},
+    {"ShorterThanItsDecimalsIsAWholeNumber", "12", 2, 120000000, 2},
+    {"AsLongAsItsDecimalsIsAWholeNumber", "12", 3, 120000000, 3},
+    {"OneLongerThanItsDecimalsLosesTheFirst", "123", 2, 2300000, 2},
+    {"OtherSeparatorsAreDroppedWithKnownDecimals", "1.234,56", 2, 12345600000, 2},
+    {"BeyondTheLargestSaturates", "99999999999999999999", 0xFFFF,
+     std::numeric_limits<std::int64_t>::max(), 0},
+    {"BelowTheSmallestSaturates", "-99999999999999999999", 0xFFFF,
+     std::numeric_limits<std::int64_t>::min(), 0},
+};
+
+class AmountText : public ::testing::TestWithParam<TextCase>
+{
+};
+
+TEST_P(AmountText, GivesUnitsAndDecimals)
+{
+    const TextCase& row = GetParam();
+    std::uint16_t decimals = row.decimals;
+    EXPECT_EQ(AmountTextToUnits(row.text, decimals), row.units);
+    EXPECT_EQ(decimals, row.decimalsAfter);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, AmountText, ::testing::ValuesIn(kTextCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST(AmountTextToUnits, NullTextIsZero)
+{
+    std::uint16_t decimals = kUnknownDecimals;
+    EXPECT_EQ(AmountTextToUnits(nullptr, decimals), 0);
+    EXPECT_EQ(decimals, 0);
+}
+
+TEST(UnitsToAmountText, HasAPointAndSixDecimals)
+{
+    EXPECT_STREQ(UnitsToAmountText(12345600000).SafeGetString(), "1234.560000");
+    EXPECT_STREQ(UnitsToAmountText(0).SafeGetString(), "0.000000");
+    EXPECT_STREQ(UnitsToAmountText(10000000).SafeGetString(), "1.000000");
+    EXPECT_STREQ(UnitsToAmountText(std::numeric_limits<std::int64_t>::max()).SafeGetString(),
+                 "922337203685.477580");
+}
+
+TEST(UnitsToAmountText, DropsTheSeventhDecimalWithoutRounding)
+{
+    EXPECT_STREQ(UnitsToAmountText(5).SafeGetString(), "0.000000");
+    EXPECT_STREQ(UnitsToAmountText(19).SafeGetString(), "0.000001");
+}
+
+TEST(UnitsToAmountText, NegativeAmountsOfEightDigitsAreWellFormed)
+{
+    EXPECT_STREQ(UnitsToAmountText(-75000000).SafeGetString(), "-7.500000");
+    EXPECT_STREQ(UnitsToAmountText(-12345600000).SafeGetString(), "-1234.560000");
+}
+
+TEST(UnitsToAmountText, SmallNegativeAmountsAreMalformedAndKeptSo)
+{
+    // Seven zeros and -5 are 0000000-5: the sign lands among the decimals.
+    EXPECT_STREQ(UnitsToAmountText(-5).SafeGetString(), "0.00000-");
+    EXPECT_STREQ(UnitsToAmountText(-5000000).SafeGetString(), "-.500000");
+}
+
+TEST(AmountToUnits, MovesEveryAmountATenThousandthAwayFromZero)
+{
+    EXPECT_EQ(AmountToUnits(0.1), 1001000);
+    EXPECT_EQ(AmountToUnits(-0.5), -5001000);
+    EXPECT_EQ(AmountToUnits(0.0), 0);
+    EXPECT_EQ(AmountToUnits(1000.0), 10000001000);
+    EXPECT_EQ(AmountToUnits(0.00005), 1500);
+    EXPECT_EQ(AmountToUnits(-0.00005), -1500);
+}
+
+TEST(UnitsToAmount, GivesTheMainUnit)
+{
+    EXPECT_EQ(UnitsToAmount(12345600000), 1234.56);
+    EXPECT_EQ(UnitsToAmount(0), 0.0);
+    EXPECT_EQ(UnitsToAmount(5), 0.0);
+    EXPECT_EQ(UnitsToAmount(-75000000), -7.5);
+    EXPECT_EQ(UnitsToAmount(10), 0.000001);
+}
+
+TEST(UnitsToAmount, IsTheSameInALocaleWithADecimalComma)
+{
+    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+    // Where the machine has no such locale the value is that of the usual one.
+    for (const char* const locale : {"fr_FR.UTF-8", "de_DE.UTF-8", "French_France.1252"})
+    {
+        if (std::setlocale(LC_NUMERIC, locale) != nullptr)
+        {
+            break;
+        }
+    }
+    EXPECT_EQ(UnitsToAmount(12345600000), 1234.56);
+    EXPECT_EQ(AmountToUnits(1234.56), 12345601000);
+    std::setlocale(LC_NUMERIC, before.c_str());
+}
+
+} // namespace
