@@ -90,8 +90,8 @@ std::uint32_t HandOnReport(void* trace, cmoncom& client, const TSimpleString& re
                            const char* target, tag_Rc& rc, unsigned long* fileId)
 {
     TimeTraceDump(trace, "PREPFILE STATUS REPORT", 0, 0);
-    TraceValue(trace, "Partner", NeverNull(partner), 1);
-    TraceValue(trace, "Service", NeverNull(service), 1);
+    TraceValue(trace, "Partner", partner, 1);
+    TraceValue(trace, "Service", service, 1);
 
     TSimpleString path;
     if (!report.SaveFile(nullptr, NeverNull(extension), path, 0))

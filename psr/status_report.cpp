@@ -34,29 +34,24 @@ bool IsGiven(const char* text)
     return text != nullptr && *text != '\0';
 }
 
-const char* NeverNull(const char* text)
-{
-    return text == nullptr ? "" : text;
-}
-
 void TraceReport(void* trace, const StatusReport& report, const OriginalTotals& totals)
 {
     // Labels fill 34 characters, so that the values stand in one column.
-    TraceValue(trace, "InitiatingParty                   ", NeverNull(report.initiatingParty), 1);
-    TraceValue(trace, "OriginalMessageIdentification     ", NeverNull(report.orgnlMsgId), 1);
-    TraceValue(trace, "OriginalMessageNameIdentification ", NeverNull(report.orgnlMsgNmId), 1);
-    TraceValue(trace, "MessageIdentification             ", NeverNull(report.msgId), 1);
+    TraceValue(trace, "InitiatingParty                   ", report.initiatingParty, 1);
+    TraceValue(trace, "OriginalMessageIdentification     ", report.orgnlMsgId, 1);
+    TraceValue(trace, "OriginalMessageNameIdentification ", report.orgnlMsgNmId, 1);
+    TraceValue(trace, "MessageIdentification             ", report.msgId, 1);
     TraceValue(trace, "OriginalNumberOfTransactions      ", totals.count.SafeGetString(), 1);
     TraceValue(trace, "OriginalControlSum                ", totals.sum.SafeGetString(), 1);
-    TraceValue(trace, "Reject code                       ", NeverNull(report.reasonCode), 1);
-    TraceValue(trace, "Reject information                ", NeverNull(report.reasonInfo), 1);
+    TraceValue(trace, "Reject code                       ", report.reasonCode, 1);
+    TraceValue(trace, "Reject information                ", report.reasonInfo, 1);
 }
 
-/// A line with one value in it.
+/// A line with one value in it; null is empty.
 void AppendLine(TSimpleString& document, const char* before, const char* value, const char* after)
 {
     document += before;
-    document += NeverNull(value);
+    document += value;
     document += after;
     document += "\n";
 }
