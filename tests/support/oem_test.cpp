@@ -1,0 +1,36 @@
+#include "support/oem.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+
+/// What a call writes to standard error; fails when it writes to standard output.
+std::string ShownBy(const char* text)
+{
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    printfCharToOem(text);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    return testing::internal::GetCapturedStderr();
+}
+
+TEST(PrintfCharToOem, WritesToStandardErrorOnly)
+{
+    EXPECT_EQ(ShownBy("\nError INI : col TOTAL not found"), "\nError INI : col TOTAL not found");
+}
+
+TEST(PrintfCharToOem, TheTextIsNoTemplate)
+{
+    EXPECT_EQ(ShownBy("100%s%n%d"), "100%s%n%d");
+}
+
+TEST(PrintfCharToOem, NullAndEmptyTextsWriteNothing)
+{
+    EXPECT_EQ(ShownBy(nullptr), "");
+    EXPECT_EQ(ShownBy(""), "");
+}
+
+} // namespace
