@@ -10,7 +10,8 @@ namespace
 
 using database::ColumnKind;
 
-constexpr std::size_t kNumberLength = 16;
+constexpr std::size_t kNumberLength = 11;
+constexpr std::size_t kOppositionLength = 20;
 
 constexpr database::ColumnLayout kRuleColumns[] = {
     {"CUID", ColumnKind::Narrow, 64},
@@ -22,7 +23,7 @@ constexpr database::ColumnLayout kRuleColumns[] = {
     {"TYPE", ColumnKind::Narrow, kNumberLength},
     {"PROFILE", ColumnKind::Narrow, kNumberLength},
     {"ALLHOLDERS", ColumnKind::Narrow, kNumberLength},
-    {"OPPOSITION", ColumnKind::Narrow, kNumberLength},
+    {"OPPOSITION", ColumnKind::Narrow, kOppositionLength},
     {"HUID1", ColumnKind::Narrow, 64},
     {"HUID2", ColumnKind::Narrow, 64},
     {"ALONE", ColumnKind::Narrow, kNumberLength},
@@ -37,7 +38,7 @@ constexpr database::ColumnLayout kContractColumns[] = {
     {"VFNAME", ColumnKind::Narrow, 8},
     {"VCNAME", ColumnKind::Narrow, 8},
     {"ALLHOLDERS", ColumnKind::Narrow, kNumberLength},
-    {"OPPOSITION", ColumnKind::Narrow, kNumberLength},
+    {"OPPOSITION", ColumnKind::Narrow, kOppositionLength},
     {"SERVER", ColumnKind::Narrow, kNumberLength},
 };
 

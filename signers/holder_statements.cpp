@@ -13,7 +13,7 @@ using database::ColumnKind;
 constexpr database::ColumnLayout kHolderColumns[] = {
     {"HUID", ColumnKind::Narrow, 64},       {"VPNAME", ColumnKind::Narrow, 8},
     {"FNAME", ColumnKind::Wide, 255},       {"LNAME", ColumnKind::Wide, 255},
-    {"OPPOSITION", ColumnKind::Narrow, 16}, {"CN", ColumnKind::Wide, 255},
+    {"OPPOSITION", ColumnKind::Narrow, 20}, {"CN", ColumnKind::Wide, 255},
     {"SERIAL", ColumnKind::Narrow, 64},     {"EXPIRDATE", ColumnKind::Narrow, 32},
 };
 

@@ -1,0 +1,137 @@
+#include "tests/signers/allocation_limit.h"
+#include "tests/signers/directory_fixture.h"
+#include "tests/signers/failing_rows.h"
+
+namespace
+{
+
+using testing_support::AllocationLimit;
+using testing_support::FailOnRead;
+using testing_support::Holder;
+using testing_support::kRowByRow;
+using testing_support::RunsOnSqlite;
+
+class HolderFailures : public testing_support::HolderDirectoryTest
+{
+protected:
+    // The text is the driver's own, so only its presence is known beforehand.
+    void ExpectOneDatabaseError()
+    {
+        EXPECT_FALSE(problem.IsEmpty());
+        EXPECT_EQ(trace.Count(std::string("Exception|") + problem.SafeGetString()), 1);
+    }
+
+    void ReadRowByRow()
+    {
+        session.Close();
+        session.OpenEx((tables.ConnexionString() + kRowByRow).c_str(),
+                       CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
+    }
+
+    static constexpr std::size_t kLimit = std::size_t{1} << 20U;
+    const std::wstring huge = std::wstring(kLimit, L'x');
+};
+
+TEST_F(HolderFailures, QuoteInACertificateNameMakesTheLookUpByCertificateFail)
+{
+    bank.With(Holder(L"H1").Certificate(L"Pat O'Brien"));
+
+    EXPECT_EQ(Names(L"Pat O'Brien"), 0);
+    ExpectBuffersUntouched();
+    ExpectOneDatabaseError();
+}
+
+TEST_F(HolderFailures, QuoteInACertificateNameMakesTheLookUpOfTheHolderFail)
+{
+    bank.With(Holder(L"H1").Certificate(L"Ana Ruiz"));
+    List({L"Ana Ruiz", L"Pat O'Brien"});
+
+    EXPECT_EQ(Infos("H1"), 0);
+    ExpectBuffersUntouched();
+    EXPECT_EQ(FirstNameOf(0), L"");
+    ExpectOneDatabaseError();
+}
+
+TEST_F(HolderFailures, MissingTableIsTracedAndAnsweredByZero)
+{
+    tables.Execute(L"DROP TABLE SSR_HOLDERID");
+
+    EXPECT_EQ(Names(L"Ana Ruiz"), 0);
+    ExpectOneDatabaseError();
+}
+
+TEST_F(HolderFailures, LookUpsWorkAgainAfterAFailure)
+{
+    bank.With(Holder(L"H1").Named(L"Ana", L"Ruiz").Certificate(L"Ana Ruiz"));
+
+    EXPECT_EQ(Names(L"Pat O'Brien"), 0);
+    EXPECT_EQ(Names(L"Ana Ruiz"), 1);
+    EXPECT_EQ(std::wstring(firstName), L"Ana");
+}
+
+TEST_F(HolderFailures, ProblemKeepsTheFirstError)
+{
+    problem = "earlier";
+
+    EXPECT_EQ(Names(L"Pat O'Brien"), 0);
+    EXPECT_STREQ(problem.SafeGetString(), "earlier");
+}
+
+TEST_F(HolderFailures, DatabaseErrorAfterTheFirstRowKeepsTheNamesFound)
+{
+    if (!RunsOnSqlite())
+    {
+        GTEST_SKIP() << "needs a product that fails while it reads";
+    }
+    bank.With(Holder(L"H1").Named(L"Ana", L"Ruiz").Certificate(L"Shared"))
+        .With(Holder(L"H2").Named(L"Bo", L"Dahl").Certificate(L"Shared"));
+    FailOnRead(tables, L"SSR_HOLDER", {L"HUID", L"VPNAME", L"FNAME", L"LNAME"}, L"OPPOSITION",
+               L"HUID='H2'");
+    ReadRowByRow();
+
+    EXPECT_EQ(Names(L"Shared"), 1);
+    EXPECT_EQ(std::wstring(firstName), L"Ana");
+    ExpectOneDatabaseError();
+}
+
+TEST_F(HolderFailures, DatabaseErrorAfterAMatchKeepsTheMatch)
+{
+    if (!RunsOnSqlite())
+    {
+        GTEST_SKIP() << "needs a product that fails while it reads";
+    }
+    bank.With(Holder(L"H1").Named(L"Ana", L"Ruiz").Certificate(L"One").Certificate(L"Two", L"BAD"));
+    FailOnRead(tables, L"SSR_HOLDERID", {L"HUID", L"CN", L"EXPIRDATE"}, L"SERIAL", L"SERIAL='BAD'");
+    ReadRowByRow();
+    List({L"One", L"Two"});
+
+    EXPECT_EQ(Infos("H1"), 1);
+    EXPECT_EQ(FirstNameOf(0), L"Ana");
+    EXPECT_EQ(FirstNameOf(1), L"");
+    ExpectOneDatabaseError();
+}
+
+TEST_F(HolderFailures, AnyOtherExceptionInTheLookUpByCertificateIsUnknown)
+{
+    {
+        const AllocationLimit limit(kLimit);
+        EXPECT_EQ(Names(huge.c_str()), 0);
+    }
+    ExpectBuffersUntouched();
+    EXPECT_EQ(trace.Lines(), "Exception|Unknown from GetSignerNames\n");
+    EXPECT_STREQ(problem.SafeGetString(), "Unknown from GetSignerNames");
+}
+
+TEST_F(HolderFailures, AnyOtherExceptionInTheLookUpOfTheHolderIsUnknown)
+{
+    List({huge.c_str()});
+    {
+        const AllocationLimit limit(kLimit);
+        EXPECT_EQ(Infos("H1"), 0);
+    }
+    ExpectBuffersUntouched();
+    EXPECT_EQ(trace.Lines(), "Exception|Unknown from GetSignerInfos\n");
+    EXPECT_STREQ(problem.SafeGetString(), "Unknown from GetSignerInfos");
+}
+
+} // namespace
