@@ -19,7 +19,7 @@ set(may_amounts database containers support port signutils/amount_units.h)
 set(may_psr services support)
 set(may_signutils psr amounts rules signers services database containers support port)
 set(may_engine support port amounts/engine_interfaces.h)
-set(may_schema "")
+set(may_schema database support)
 # The host judges through the public API only.
 set(may_host schema amounts database support port
   signutils/signutils.h signutils/check_outcome.h signutils/version.h

@@ -1,0 +1,9 @@
+# The public headers of an installation, as they are included.
+
+file(GLOB_RECURSE public_headers RELATIVE "${INCLUDE_FOLDER}" "${INCLUDE_FOLDER}/*.h")
+list(SORT public_headers)
+if(NOT "signutils/signutils.h" IN_LIST public_headers)
+  message(FATAL_ERROR "no public headers below ${INCLUDE_FOLDER}")
+endif()
+set(compile "${COMPILER}" -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  "-I${INCLUDE_FOLDER}" -x c++)
