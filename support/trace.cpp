@@ -116,12 +116,19 @@ void Guarded(const void* trace, const Writing& writing)
 
 void* TraceOpen(const char* path)
 {
-    port::File file;
-    if (path == nullptr || !file.Open(path, port::OpenMode::Append))
+    try
+    {
+        port::File file;
+        if (path == nullptr || !file.Open(path, port::OpenMode::Append))
+        {
+            return nullptr;
+        }
+        return std::make_unique<Trace>(std::move(file)).release();
+    }
+    catch (const std::bad_alloc&)
     {
         return nullptr;
     }
-    return new (std::nothrow) Trace(std::move(file));
 }
 
 void TraceClose(void* trace)

@@ -1,5 +1,6 @@
 #include "support/trace.h"
 
+#include "tests/signutils/failing_allocation.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -235,6 +236,32 @@ TEST(Trace, FilesThatCannotBeWrittenGiveNoHandle)
     EXPECT_EQ(TraceOpen(folder.Path().c_str()), nullptr);
     EXPECT_EQ(TraceOpen(""), nullptr);
     EXPECT_EQ(TraceOpen(nullptr), nullptr);
+}
+
+TEST_F(TraceFile, WithoutMemoryALineIsMissingAndTheHostIsSpared)
+{
+    const std::string large(5000, 'x');
+    const std::wstring wide(5000, L'x');
+    const auto refused = [](const auto& write)
+    {
+        const testing_support::FailNextAllocation failing;
+        write();
+        EXPECT_TRUE(failing.WasUsed());
+    };
+    refused([&] { TraceValue(m_trace, "value", large.c_str(), 1); });
+    refused([&] { TraceValueUTF8(m_trace, "value", wide.c_str()); });
+    refused([&] { TraceString(m_trace, large.c_str()); });
+    refused([&] { TimeTraceDump(m_trace, large.c_str(), 0, 0); });
+    TraceValue(m_trace, "behind", "1", 1);
+    EXPECT_EQ(Closed(), "behind: 1\n");
+}
+
+TEST(Trace, WithoutMemoryThereIsNoHandle)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("test.trc");
+    const testing_support::FailNextAllocation failing;
+    EXPECT_EQ(TraceOpen(path.c_str()), nullptr);
 }
 
 TEST(TraceDeathTest, ACrashLosesTheSectionUnderWayOnly)
