@@ -110,8 +110,8 @@ void Connection::LearnProduct()
     SQLUINTEGER extensions = 0;
     const SQLRETURN known = SQLGetInfo(m_handle.Get(), SQL_GETDATA_EXTENSIONS, &extensions,
                                        static_cast<SQLSMALLINT>(sizeof extensions), nullptr);
-    m_rereadsBoundColumns = SQL_SUCCEEDED(known) && (extensions & SQL_GD_BOUND) != 0 &&
-                            (extensions & SQL_GD_ANY_COLUMN) != 0;
+    m_bindsColumns = m_dialect->bindsColumns && SQL_SUCCEEDED(known) &&
+                     (extensions & SQL_GD_BOUND) != 0 && (extensions & SQL_GD_ANY_COLUMN) != 0;
 }
 
 void Connection::SetUpSession(const ConnectionString& connexionString)

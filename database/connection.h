@@ -31,8 +31,10 @@ public:
 
     const std::string& Key() const noexcept { return m_key; }
     const Dialect& GetDialect() const noexcept { return *m_dialect; }
-    /// Whether a value can be read again after its column was bound.
-    bool RereadsBoundColumns() const noexcept { return m_rereadsBoundColumns; }
+    /// Whether columns are bound; a value that does not fit can then be read again.
+    bool BindsColumns() const noexcept { return m_bindsColumns; }
+    /// From now on each value is asked for on its own, whatever the dialect says.
+    void ReadValuesOneByOne() noexcept { m_bindsColumns = false; }
 
     /// A statement that has been run. Refuses a text that is more than one.
     StatementHandle Run(std::wstring_view statement, std::string_view operation);
@@ -72,7 +74,7 @@ private:
     std::uint32_t m_timeoutSeconds; // 0: the driver's own
     TextCrossing m_crossing;
     const Dialect* m_dialect;
-    bool m_rereadsBoundColumns = false;
+    bool m_bindsColumns = false;
     bool m_connected = false;
     bool m_inTransaction = false;
     bool m_failed = false;

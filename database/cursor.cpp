@@ -103,7 +103,7 @@ void Cursor::AddColumn(std::string name, std::size_t length)
 void Cursor::Bind()
 {
     m_buffer.resize(m_columns.back().offset + m_columns.back().capacity);
-    if (!m_connection->RereadsBoundColumns())
+    if (!m_connection->BindsColumns())
     {
         return;
     }
@@ -146,38 +146,48 @@ void Cursor::TakeValue(std::size_t index)
 {
     Column& column = m_columns[index];
     column.isLong = false;
-    if (!m_connection->RereadsBoundColumns())
+    bool last = true;
+    std::size_t units = 0;
+    if (!m_connection->BindsColumns())
     {
         column.indicator = 0;
-        ReadWhole(index);
-        return;
+        units = ReadPiece(index, m_buffer.data() + column.offset, column.capacity, last);
     }
-    if (column.indicator == SQL_NULL_DATA)
+    if (!last)
     {
-        return;
+        column.longValue.assign(m_buffer, column.offset, units);
+        ReadOn(index);
     }
-    if (column.indicator == SQL_NO_TOTAL || column.indicator > ByteCount(column.capacity - 1))
+    else if (column.indicator == SQL_NO_TOTAL || column.indicator > ByteCount(column.capacity - 1))
     {
-        ReadWhole(index);
-        return;
+        column.longValue.clear();
+        ReadOn(index);
+        if (column.longValue.empty())
+        {
+            m_connection->Refuse("HY090", "The driver does not give a long value again.",
+                                 During(kMove));
+        }
     }
-    if (column.indicator < 0)
+    else if (column.indicator < 0 && column.indicator != SQL_NULL_DATA)
     {
         m_connection->Refuse("HY090", "The driver gives a value an impossible length.",
                              During(kMove));
     }
 }
 
-void Cursor::ReadWhole(std::size_t index)
+void Cursor::ReadOn(std::size_t index)
 {
     Column& column = m_columns[index];
     column.isLong = true;
-    column.longValue.clear();
     std::u16string piece;
     bool last = false;
     while (!last)
     {
-        const std::size_t units = ReadPiece(index, piece, last);
+        const std::size_t expected =
+            column.indicator > 0 ? static_cast<std::size_t>(column.indicator) / sizeof(char16_t) + 1
+                                 : kFirstPieceUnits;
+        piece.resize(std::clamp(expected, kFirstPieceUnits, kMostPieceUnits));
+        const std::size_t units = ReadPiece(index, piece.data(), piece.size(), last);
         column.longValue.append(piece, 0, units);
         if ((units == 0 && !last) || column.longValue.size() > kMostValueUnits)
         {
@@ -186,39 +196,31 @@ void Cursor::ReadWhole(std::size_t index)
     }
 }
 
-std::size_t Cursor::ReadPiece(std::size_t index, std::u16string& piece, bool& last)
+std::size_t Cursor::ReadPiece(std::size_t index, char16_t* piece, std::size_t size, bool& last)
 {
-    Column& column = m_columns[index];
-    const SQLLEN expected = column.indicator;
-    const std::size_t wanted =
-        expected > 0 ? static_cast<std::size_t>(expected) / sizeof(char16_t) + 1 : kFirstPieceUnits;
-    piece.assign(std::min(wanted, kMostPieceUnits), u'\0');
-
+    const std::size_t room = size - 1;
     SQLLEN indicator = SQL_NULL_DATA;
     const SQLRETURN result = SQLGetData(m_statement.Get(), OdbcColumn(index), SQL_C_WCHAR,
-                                        piece.data(), ByteCount(piece.size()), &indicator);
-    last = result == SQL_NO_DATA;
+                                        OdbcUnits(piece), ByteCount(size), &indicator);
+    last = result == SQL_NO_DATA; // the piece before was full by chance
     if (last)
     {
         return 0;
     }
-    Check(result, kRead);
-    column.indicator = indicator;
-    const std::size_t room = piece.size() - 1;
-    if (indicator == SQL_NULL_DATA)
+    Check(result, kMove);
+    m_columns[index].indicator = indicator;
+    last = indicator == SQL_NULL_DATA || (indicator >= 0 && indicator <= ByteCount(room));
+    if (last)
     {
-        last = true;
-        return 0;
-    }
-    if (indicator >= 0 && indicator <= ByteCount(room))
-    {
-        last = true;
-        return static_cast<std::size_t>(indicator) / sizeof(char16_t);
+        return indicator < 0 ? 0 : static_cast<std::size_t>(indicator) / sizeof(char16_t);
     }
     if (result == SQL_SUCCESS)
     {
-        last = true; // it fits, and the driver did not count it
-        return std::min(piece.find(u'\0'), room);
+        // It fits, and the driver did not count it.
+        last = true;
+        const std::size_t units = std::u16string_view(piece, room).find(u'\0');
+        m_columns[index].indicator = ByteCount(std::min(units, room));
+        return std::min(units, room);
     }
     // The piece is full, or one unit short of it where a driver keeps pairs whole.
     return piece[room - 1] == u'\0' ? room - 1 : room;

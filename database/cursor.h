@@ -51,8 +51,10 @@ private:
     void Bind();
     void Fetch();
     void TakeValue(std::size_t index);
-    void ReadWhole(std::size_t index);
-    std::size_t ReadPiece(std::size_t index, std::u16string& piece, bool& last);
+    /// Appends the rest of a value, from where the driver stands, to longValue.
+    void ReadOn(std::size_t index);
+    /// The next piece of a value: units read, and whether it was the last.
+    std::size_t ReadPiece(std::size_t index, char16_t* piece, std::size_t size, bool& last);
     const Column& Find(const char* name, const char* operation);
     void Check(SQLRETURN returnCode, std::string_view operation);
     Attempt During(std::string_view operation) const { return {operation, m_text}; }

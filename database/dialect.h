@@ -29,6 +29,9 @@ struct Dialect
     Product product;
     const char* name; ///< for messages; the driver's own name of the product begins with it
     TextCrossing crossing;
+    /// The driver fills bound columns well and gives a value again that did not fit. Elsewhere each
+    /// value is asked for on its own.
+    bool bindsColumns;
     LexicalRules lexicon;
     /// Run once on a new connection, so that literals mean what the scanner takes them for; null
     /// where there is nothing to set.

@@ -90,7 +90,7 @@ private:
         {
             CopyWord();
         }
-        else if (!m_rules.rewritesOdbcForms || !Rewrite(here))
+        else if (!Rewrite(here))
         {
             CopyTo(m_at + 1);
         }
@@ -101,10 +101,11 @@ private:
     {
         if (here == L'{')
         {
-            return RewriteNow();
+            return m_rules.rewritesNow && RewriteNow();
         }
-        const bool prefix = AsciiUpper(here) == L'N' && m_at + 1 < m_source.size() &&
-                            m_source[m_at + 1] == L'\'' && !FollowsName();
+        const bool prefix = m_rules.dropsNationalPrefix && AsciiUpper(here) == L'N' &&
+                            m_at + 1 < m_source.size() && m_source[m_at + 1] == L'\'' &&
+                            !FollowsName();
         if (!prefix)
         {
             return false;

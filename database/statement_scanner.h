@@ -9,8 +9,10 @@ namespace database
 /// How a product reads a statement's text, as far as the end of a statement hangs on it.
 struct LexicalRules
 {
-    /// N'…' and {fn NOW()} are unknown to the product and written in its own form.
-    bool rewritesOdbcForms = false;
+    /// N'…' is written '…': the product has no such literal, or one of fewer letters.
+    bool dropsNationalPrefix = false;
+    /// {fn NOW()} is unknown to driver and product and written in the product's own form.
+    bool rewritesNow = false;
     /// Comments are "--" up to LF and "/*" up to the next "*/". Elsewhere they are doubtful.
     bool knowsComments = false;
     bool backtickQuotes = false;  ///< `…` is a name, a doubled ` stands for one

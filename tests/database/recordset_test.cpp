@@ -1,7 +1,10 @@
+#include "database/connection.h"
 #include "tests/database/sqlite_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <tuple>
 
 using namespace database_tests;
 using testing::ElementsAre;
@@ -10,12 +13,38 @@ using testing::HasSubstr;
 namespace
 {
 
-class RecordSet : public testing::Test
+/// How the driver hands a value over: into a bound buffer, or asked for on its own.
+enum class Reading
+{
+    Bound,
+    OneByOne,
+};
+
+void Use(Reading reading, CDatabase& database)
+{
+    ASSERT_TRUE(database.GetConnection().BindsColumns());
+    if (reading == Reading::OneByOne)
+    {
+        database.GetConnection().ReadValuesOneByOne();
+    }
+}
+
+std::string NameOf(Reading reading)
+{
+    return reading == Reading::Bound ? "Bound" : "OneByOne";
+}
+
+// A letter beyond the first plane, two units of UTF-16.
+const std::wstring kSmiley = sizeof(wchar_t) == 2 ? std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}
+                                                  : std::wstring(1, static_cast<wchar_t>(0x1F600));
+
+class RecordSet : public testing::TestWithParam<Reading>
 {
 protected:
     RecordSet()
     {
         Open(m_database, m_file.ConnexionString());
+        Use(GetParam(), m_database);
         m_database.ExecuteSQLW(L"CREATE TABLE T (ID INTEGER, A NVARCHAR(20), B TEXT)");
     }
 
@@ -36,7 +65,7 @@ constexpr database::ColumnLayout kColumns[] = {
 };
 constexpr database::RowLayout kLayout{kColumns, std::size(kColumns)};
 
-TEST_F(RecordSet, ServesRowsInTheirOrder)
+TEST_P(RecordSet, ServesRowsInTheirOrder)
 {
     Insert(1, L"N'x'", L"N'y'");
     Insert(2, L"N'z'", L"N''");
@@ -45,7 +74,7 @@ TEST_F(RecordSet, ServesRowsInTheirOrder)
     EXPECT_THAT(ReadAll(m_database, L"SELECT B FROM T ORDER BY ID", "B"), ElementsAre("y", ""));
 }
 
-TEST_F(RecordSet, OfAQueryWithoutRowsIsAtItsEnd)
+TEST_P(RecordSet, OfAQueryWithoutRowsIsAtItsEnd)
 {
     CRecordset rows(m_database);
     EXPECT_TRUE(rows.IsEOF());
@@ -53,7 +82,7 @@ TEST_F(RecordSet, OfAQueryWithoutRowsIsAtItsEnd)
     EXPECT_TRUE(rows.IsEOF());
 }
 
-TEST_F(RecordSet, FindsColumnsWithoutRegardToCase)
+TEST_P(RecordSet, FindsColumnsWithoutRegardToCase)
 {
     Insert(1, L"N'x'", L"N'y'");
 
@@ -61,7 +90,7 @@ TEST_F(RecordSet, FindsColumnsWithoutRegardToCase)
     EXPECT_EQ(ReadOne(m_database, L"SELECT T.id, a AS Name FROM T", "nAmE"), "x");
 }
 
-TEST_F(RecordSet, ReadsNullAsEmptyText)
+TEST_P(RecordSet, ReadsNullAsEmptyText)
 {
     Insert(1, L"NULL", L"N''");
     CRecordset rows(m_database);
@@ -77,7 +106,7 @@ TEST_F(RecordSet, ReadsNullAsEmptyText)
     EXPECT_FALSE(rows.IsFieldNull("B"));
 }
 
-TEST_F(RecordSet, NullDoesNotKeepThePreviousRowsValue)
+TEST_P(RecordSet, NullDoesNotKeepThePreviousRowsValue)
 {
     Insert(1, L"N'first'", L"N'" + std::wstring(6000, L'y') + L"'");
     Insert(2, L"NULL", L"NULL");
@@ -89,13 +118,13 @@ TEST_F(RecordSet, NullDoesNotKeepThePreviousRowsValue)
                 ElementsAre(std::string(6000, 'y'), "", "z"));
 }
 
-TEST_F(RecordSet, ReadsNumbersAsText)
+TEST_P(RecordSet, ReadsNumbersAsText)
 {
     EXPECT_EQ(ReadOne(m_database, L"SELECT 9223372036854775807 AS N", "N"), "9223372036854775807");
     EXPECT_EQ(ReadOne(m_database, L"SELECT -1.5 AS N", "N"), "-1.5");
 }
 
-TEST_F(RecordSet, BoundByALayoutIsReadTheSame)
+TEST_P(RecordSet, BoundByALayoutIsReadTheSame)
 {
     Insert(1, L"N'abcd'", L"N'abcde'");
     Insert(2, L"NULL", L"N'" + std::wstring(5000, L'\x20AC') + L"'");
@@ -115,7 +144,7 @@ TEST_F(RecordSet, BoundByALayoutIsReadTheSame)
     EXPECT_TRUE(rows.IsEOF());
 }
 
-TEST_F(RecordSet, NamesColumnsByItsLayout)
+TEST_P(RecordSet, NamesColumnsByItsLayout)
 {
     Insert(1, L"N'x'", L"N'y'");
     CRecordset rows(m_database);
@@ -128,7 +157,7 @@ TEST_F(RecordSet, NamesColumnsByItsLayout)
     EXPECT_STREQ(rows.GetFieldName(0), "ID");
 }
 
-TEST_F(RecordSet, TellsNumberAndNamesOfTheColumns)
+TEST_P(RecordSet, TellsNumberAndNamesOfTheColumns)
 {
     CRecordset rows(m_database);
     EXPECT_EQ(rows.GetFieldCount(), 0U);
@@ -143,7 +172,7 @@ TEST_F(RecordSet, TellsNumberAndNamesOfTheColumns)
 }
 
 // A length in characters; the text ends with marks that a cut or a gap would lose.
-class LongValue : public testing::TestWithParam<std::size_t>
+class LongValue : public testing::TestWithParam<std::tuple<std::size_t, Reading>>
 {
 };
 
@@ -152,10 +181,12 @@ TEST_P(LongValue, IsReadWhole)
     const SqliteFile file;
     CDatabase database;
     Open(database, file.ConnexionString());
+    Use(std::get<Reading>(GetParam()), database);
+    const std::size_t length = std::get<std::size_t>(GetParam());
     database.ExecuteSQLW(L"CREATE TABLE T (A TEXT, B TEXT)");
     std::wstring text;
-    text.reserve(GetParam());
-    for (std::size_t index = 0; index + 1 < GetParam(); ++index)
+    text.reserve(length);
+    for (std::size_t index = 0; index + 1 < length; ++index)
     {
         text += static_cast<wchar_t>(L'a' + index % 23);
     }
@@ -166,31 +197,80 @@ TEST_P(LongValue, IsReadWhole)
     EXPECT_EQ(ReadOneWide(database, L"SELECT A, B FROM T", "B"), L"behind");
 }
 
-INSTANTIATE_TEST_SUITE_P(Lengths, LongValue,
-                         testing::Values(63, 64, 65, 511, 512, 513, 5000, 1048575, 1048576, 1048577,
-                                         2500000));
-
-TEST(LongValuePieces, KeepPairsWhole)
-{
-    const SqliteFile file;
-    CDatabase database;
-    Open(database, file.ConnexionString());
-    // Longer than one piece, so that the pieces meet inside a pair.
-    database.ExecuteSQLW(L"CREATE TABLE T (A TEXT)");
-    database.ExecuteSQLW(
-        L"INSERT INTO T VALUES ('x' || replace(hex(zeroblob(400000)), '00', char(128512)))");
-
-    const std::wstring text = ReadOneWide(database, L"SELECT A FROM T", "A");
-    std::wstring expected = L"x";
-    for (int index = 0; index < 400000; ++index)
+INSTANTIATE_TEST_SUITE_P(
+    Lengths, LongValue,
+    testing::Combine(testing::Values<std::size_t>(63, 64, 65, 511, 512, 513, 4159, 4160, 4161, 5000,
+                                                  1048575, 1048576, 1048577, 2500000),
+                     testing::Values(Reading::Bound, Reading::OneByOne)),
+    [](const auto& each)
     {
-        expected += sizeof(wchar_t) == 2 ? std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}
-                                         : std::wstring(1, static_cast<wchar_t>(0x1F600));
+        return std::to_string(std::get<std::size_t>(each.param)) + "Characters" +
+               NameOf(std::get<Reading>(each.param));
+    });
+
+TEST_P(RecordSet, ReadsPairsWholeThatMeetTheEndOfAPiece)
+{
+    // Longer than the longest piece; the first letter moves the pairs against its end.
+    constexpr std::size_t kPairs = 600000;
+    for (const wchar_t* first : {L"", L"x"})
+    {
+        m_database.ExecuteSQLW(L"DELETE FROM T");
+        m_database.ExecuteSQLW((std::wstring(L"INSERT INTO T (A) VALUES ('") + first +
+                                L"' || replace(hex(zeroblob(" + std::to_wstring(kPairs) +
+                                L")), '00', char(128512)))")
+                                   .c_str());
+        std::wstring expected = first;
+        for (std::size_t index = 0; index < kPairs; ++index)
+        {
+            expected += kSmiley;
+        }
+        const std::wstring text = ReadOneWide(m_database, L"SELECT A FROM T", "A");
+        EXPECT_TRUE(text == expected) << text.size();
     }
-    EXPECT_TRUE(text == expected) << text.size();
 }
 
-TEST_F(RecordSet, UnknownColumnRaises)
+// Values round a buffer's end, where letters of one unit, of two units and of several bytes meet it
+// at every place.
+TEST_P(RecordSet, ValuesRoundTheEndOfTheirBufferAreWhole)
+{
+    const std::wstring letters[] = {L"a", L"\x00E9", L"\x20AC", kSmiley};
+    std::vector<std::wstring> texts;
+    for (const std::wstring& inner : letters)
+    {
+        for (const std::wstring& outer : letters)
+        {
+            for (std::size_t length = 0; length < 9; ++length)
+            {
+                std::wstring text = outer;
+                for (std::size_t index = 0; index < length; ++index)
+                {
+                    text += inner;
+                }
+                texts.push_back(text);
+            }
+        }
+    }
+    m_database.BeginTransaction();
+    for (std::size_t index = 0; index < texts.size(); ++index)
+    {
+        Insert(static_cast<int>(index), L"N'" + texts[index] + L"'", L"N'" + texts[index] + L"'");
+    }
+    m_database.CommitTransaction();
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T ORDER BY ID", 0, &kLayout);
+    for (const std::wstring& text : texts)
+    {
+        TSimpleStringW value;
+        rows.GetFieldValue("A", value);
+        EXPECT_TRUE(value == text.c_str()) << text.size();
+        rows.GetFieldValue("B", value);
+        EXPECT_TRUE(value == text.c_str()) << text.size();
+        rows.MoveNext();
+    }
+    EXPECT_TRUE(rows.IsEOF());
+}
+
+TEST_P(RecordSet, UnknownColumnRaises)
 {
     Insert(1, L"N'x'", L"N'y'");
     CRecordset rows(m_database);
@@ -206,7 +286,7 @@ TEST_F(RecordSet, UnknownColumnRaises)
     EXPECT_STREQ(value.SafeGetString(), "before");
 }
 
-TEST_F(RecordSet, ReadingWithoutARowRaises)
+TEST_P(RecordSet, ReadingWithoutARowRaises)
 {
     CRecordset rows(m_database);
     CTString value;
@@ -221,7 +301,7 @@ TEST_F(RecordSet, ReadingWithoutARowRaises)
     EXPECT_EQ(beyond->first, "[24000] There is no row behind the last one.");
 }
 
-TEST_F(RecordSet, AStatementWithoutRowsRaises)
+TEST_P(RecordSet, AStatementWithoutRowsRaises)
 {
     CRecordset rows(m_database);
     const auto failure = FailureOf(
@@ -232,7 +312,7 @@ TEST_F(RecordSet, AStatementWithoutRowsRaises)
     EXPECT_TRUE(rows.IsEOF());
 }
 
-TEST_F(RecordSet, IsOpenedAgainAfterCloseAndWithoutIt)
+TEST_P(RecordSet, IsOpenedAgainAfterCloseAndWithoutIt)
 {
     Insert(1, L"N'x'", L"N'y'");
     CRecordset rows(m_database);
@@ -248,7 +328,7 @@ TEST_F(RecordSet, IsOpenedAgainAfterCloseAndWithoutIt)
     rows.Close();
 }
 
-TEST_F(RecordSet, FailedOpenLeavesItClosed)
+TEST_P(RecordSet, FailedOpenLeavesItClosed)
 {
     Insert(1, L"N'x'", L"N'y'");
     CRecordset rows(m_database);
@@ -258,7 +338,7 @@ TEST_F(RecordSet, FailedOpenLeavesItClosed)
     EXPECT_EQ(rows.GetFieldCount(), 0U);
 }
 
-TEST_F(RecordSet, TwoReadSideBySideOnOneConnection)
+TEST_P(RecordSet, TwoReadSideBySideOnOneConnection)
 {
     Insert(1, L"N'x'", L"N'y'");
     Insert(2, L"N'z'", L"N'w'");
@@ -271,7 +351,7 @@ TEST_F(RecordSet, TwoReadSideBySideOnOneConnection)
     EXPECT_STREQ(value.SafeGetString(), "2");
 }
 
-TEST_F(RecordSet, ClosedKeepsNoWriterOut)
+TEST_P(RecordSet, ClosedKeepsNoWriterOut)
 {
     Insert(1, L"N'x'", L"N'y'");
     Insert(2, L"N'x'", L"N'y'");
@@ -284,7 +364,7 @@ TEST_F(RecordSet, ClosedKeepsNoWriterOut)
     EXPECT_FALSE(FailureOf([&] { writer.ExecuteSQLW(L"DROP TABLE T"); }));
 }
 
-TEST_F(RecordSet, ThatOutlivesTheDatabaseKeepsItsRows)
+TEST_P(RecordSet, ThatOutlivesTheDatabaseKeepsItsRows)
 {
     Insert(1, L"N'x'", L"N'y'");
     CRecordset rows(m_database);
@@ -295,7 +375,7 @@ TEST_F(RecordSet, ThatOutlivesTheDatabaseKeepsItsRows)
     EXPECT_STREQ(value.SafeGetString(), "x");
 }
 
-TEST_F(RecordSet, OnAClosedDatabaseRaises)
+TEST_P(RecordSet, OnAClosedDatabaseRaises)
 {
     m_database.Close();
     CRecordset rows(m_database);
@@ -305,5 +385,8 @@ TEST_F(RecordSet, OnAClosedDatabaseRaises)
     EXPECT_EQ(failure->state, "08003");
     EXPECT_THAT(failure->first, HasSubstr("not open"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Readings, RecordSet, testing::Values(Reading::Bound, Reading::OneByOne),
+                         [](const auto& each) { return NameOf(each.param); });
 
 } // namespace

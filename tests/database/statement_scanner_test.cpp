@@ -66,7 +66,7 @@ TEST_P(SqliteRewriting, GivesTheProductsOwnForm)
 
 TEST_P(SqliteRewriting, LeavesOtherProductsTheirText)
 {
-    for (const char* product : {"PostgreSQL", "MariaDB", "MySQL", "Microsoft SQL Server", "Oracle"})
+    for (const char* product : {"PostgreSQL", "Microsoft SQL Server", "Oracle"})
     {
         const ScannedStatement scanned =
             ScanStatement(GetParam().statement, DialectOf(product).lexicon);
@@ -179,6 +179,19 @@ const Refusal kBareStatements[] = {
 
 INSTANTIATE_TEST_SUITE_P(BareStatements, StatementRefusal, testing::ValuesIn(kBareStatements),
                          [](const auto& each) { return std::string(each.param.name); });
+
+TEST(StatementScanner, GivesMariaDbPlainLiteralsAndItsOwnTime)
+{
+    for (const char* product : {"MariaDB", "MySQL"})
+    {
+        EXPECT_EQ(
+            ScanStatement(L"VALUES ({fn NOW()},N'MARTIN','{fn NOW()}',\"N'a'\",`N'b'`,N'O''N')",
+                          DialectOf(product).lexicon)
+                .text,
+            L"VALUES ({fn NOW()},'MARTIN','{fn NOW()}',\"N'a'\",`N'b'`,'O''N')")
+            << product;
+    }
+}
 
 TEST(StatementScanner, TellsWhetherASettingMayStayBehind)
 {
