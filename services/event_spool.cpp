@@ -112,13 +112,18 @@ bool EventSpool::HoldsEvents() const
 bool EventSpool::Holds(const std::string& key) const
 {
     const std::string path = Path(kEvents);
-    const SpoolLock lock(Path(kAppendLock));
-    if (lock.IsHeld() && !port::FileExists(path.c_str()))
+    if (!port::FileExists(path.c_str()))
     {
         return false;
     }
+    const SpoolLock lock(Path(kAppendLock));
     const std::optional<std::string> lines = ReadFileContents(path);
-    return !lock.IsHeld() || !lines || lines->find(EventLineStart(key)) != std::string::npos;
+    if (!lock.IsHeld() || !lines)
+    {
+        // Taken away between the two looks: somebody has delivered all of it.
+        return port::FileExists(path.c_str());
+    }
+    return lines->find(EventLineStart(key)) != std::string::npos;
 }
 
 bool EventSpool::Append(const EventRecord& event) const
