@@ -98,10 +98,10 @@ private:
         {
             return app.add_flag(std::string("--") + spec.name, spec.help);
         }
-        const std::string name = spec.positional ? spec.name : std::string("--") + spec.name;
+        const std::string name = spec.positional ? spec.placeholder : std::string("--") + spec.name;
         m_texts.emplace_back();
         CLI::Option* option = app.add_option(name, m_texts.back(), spec.help);
-        option->option_text(spec.positional ? "" : spec.placeholder);
+        option->type_name(spec.positional ? "" : spec.placeholder);
         return option;
     }
 

@@ -61,7 +61,7 @@ std::vector<OptionSpec> CheckOptions()
         {"file-id", OptionKind::Number, "N", "identifier of the order file in the file store"},
         {"request", OptionKind::Text, "REF", "reference of the request, kept with the audit event"},
         {"log", OptionKind::Text, "FILE", "log file: gains a line, and the audit event names it"},
-        {"trace", OptionKind::Text, "FILE", "trace file, written at its end"},
+        {"trace", OptionKind::Text, "FILE", "trace file, appended to"},
         kConfig,
         kJson,
     };

@@ -64,6 +64,21 @@ std::string Trimmed(std::string text)
     return text;
 }
 
+// MOTIF joins reason and message by " : ", also where one of them is empty.
+std::string Reason(const std::string& motif)
+{
+    std::string reason = Trimmed(motif);
+    if (reason.rfind(": ", 0) == 0)
+    {
+        reason.erase(0, 2);
+    }
+    if (reason.size() >= 2 && reason.compare(reason.size() - 2, 2, " :") == 0)
+    {
+        reason.erase(reason.size() - 2);
+    }
+    return reason == ":" ? std::string() : reason;
+}
+
 std::string Signers(const QueryRow& row)
 {
     const std::string first = Trimmed(row.at("SIGNER1"));
@@ -122,7 +137,7 @@ std::string AsTable(const std::vector<QueryRow>& rows)
         table.AddRow({row.at("ROWNO"), row.at("DATETIME"), VerdictName(row.at("STATUT")),
                       row.at("VPNAME") + "/" + row.at("VFNAME") + "/" + row.at("VCNAME"),
                       row.at("ORDERID"), Signers(row), Amount(row.at("TOTAL")),
-                      Amount(row.at("MAXORDER")), Trimmed(row.at("MOTIF")), row.at("FILENAME")});
+                      Amount(row.at("MAXORDER")), Reason(row.at("MOTIF")), row.at("FILENAME")});
     }
     return table.Text();
 }

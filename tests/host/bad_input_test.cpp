@@ -1,0 +1,319 @@
+// Whatever is wrong with what signcheck is given is refused before anything is judged or written.
+
+#include "tests/host/signcheck_process.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace testing_support
+{
+namespace
+{
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+class BadInput : public SampleBankTest
+{
+protected:
+    // Refused as wrong usage: a message, nothing on standard output, nothing recorded.
+    std::string RefusalOf(const std::vector<std::string>& arguments, int status = 64)
+    {
+        const Answer answer = RunSigncheck(arguments);
+        EXPECT_EQ(answer.status, status) << answer.errors;
+        EXPECT_EQ(answer.errors.rfind("signcheck: ", 0), 0U) << answer.errors;
+        if (status == 64)
+        {
+            EXPECT_EQ(answer.output, "");
+        }
+        EXPECT_EQ(RecordsWritten(), 0U);
+        return answer.errors;
+    }
+
+    std::vector<std::string> Valid() const { return CheckOf("Élodie Lefèvre"); }
+
+    std::vector<std::string> ValidAnd(const std::vector<std::string>& more) const
+    {
+        auto arguments = Valid();
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return arguments;
+    }
+
+    std::vector<std::string> ForFile(const std::string& path) const
+    {
+        auto arguments = Valid();
+        arguments[1] = path;
+        return arguments;
+    }
+};
+
+TEST_F(BadInput, UnknownOptionIsNamedWithTheNearestOne)
+{
+    EXPECT_THAT(RefusalOf(ValidAnd({"--partnr", "X"})),
+                AllOf(HasSubstr("unknown option '--partnr'"), HasSubstr("Did you mean --partner?"),
+                      HasSubstr("--help")));
+}
+
+TEST_F(BadInput, UnknownOptionDoesNotShowItsValue)
+{
+    EXPECT_THAT(RefusalOf(ValidAnd({"--password=s3cret"})),
+                AllOf(HasSubstr("'--password'"), Not(HasSubstr("s3cret"))));
+}
+
+TEST_F(BadInput, OptionWithoutItsValueIsNamed)
+{
+    EXPECT_THAT(RefusalOf(ValidAnd({"--request"})), HasSubstr("--request"));
+    EXPECT_THAT(RefusalOf(ValidAnd({"--request", "--veu"})),
+                HasSubstr("option --request has no value: --veu follows it"));
+}
+
+TEST_F(BadInput, OptionGivenTwiceIsNamed)
+{
+    EXPECT_THAT(RefusalOf(ValidAnd({"--partner", "DUPONTSA"})), HasSubstr("--partner"));
+}
+
+TEST_F(BadInput, UnknownCommandIsNamedWithTheNearestOne)
+{
+    EXPECT_THAT(RefusalOf({"histroy"}),
+                AllOf(HasSubstr("unknown command 'histroy'"), HasSubstr("Did you mean history?")));
+    EXPECT_THAT(RefusalOf({}), HasSubstr("no command was given"));
+}
+
+TEST_F(BadInput, EachMissingOptionIsNamedWithAnExample)
+{
+    for (const std::string option : {"--partner", "--service", "--client", "--protocol", "--type",
+                                     "--signers", "--total", "--largest", "--currency", "--db"})
+    {
+        EXPECT_THAT(RefusalOf(Without(Valid(), option)),
+                    HasSubstr("option " + option + " is missing. Give "));
+    }
+}
+
+TEST_F(BadInput, MissingOrderFile)
+{
+    const std::string path = m_folder.Path("none.xml");
+
+    EXPECT_THAT(RefusalOf(ForFile(path)),
+                HasSubstr("argument FILE: there is no file '" + path + "'. Give the path"));
+    EXPECT_THAT(RefusalOf({"check"}), HasSubstr("argument FILE is missing"));
+}
+
+TEST_F(BadInput, FolderInsteadOfAnOrderFile)
+{
+    EXPECT_THAT(RefusalOf(ForFile(m_folder.Path())),
+                HasSubstr("argument FILE: '" + m_folder.Path() + "' is a folder"));
+}
+
+TEST_F(BadInput, EmptyConnectionString)
+{
+    EXPECT_THAT(RefusalOf(With(Valid(), "--db", "")),
+                AllOf(HasSubstr("option --db"), HasSubstr("connection string is empty"),
+                      HasSubstr("Driver=SQLite3")));
+}
+
+TEST_F(BadInput, WrongDriver)
+{
+    EXPECT_THAT(RefusalOf(With(Valid(), "--db", "Driver=NoSuchDriver;PWD=s3cret"), 3),
+                AllOf(HasSubstr("option --db"), HasSubstr("Driver=NoSuchDriver"),
+                      HasSubstr("cannot be opened"), HasSubstr("odbcinst"),
+                      Not(HasSubstr("s3cret"))));
+}
+
+TEST_F(BadInput, DatabaseFileThatIsNotThereIsNotCreated)
+{
+    const std::string path = m_folder.Path("none.db");
+
+    EXPECT_THAT(RefusalOf(With(Valid(), "--db", "Driver=SQLite3;Database=" + path), 3),
+                AllOf(HasSubstr(path), HasSubstr("signcheck init")));
+    EXPECT_THAT(RefusalOf({"history", "--db", "Driver=SQLite3;Database=" + path}, 3),
+                HasSubstr("is not there"));
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(BadInput, DatabaseWithoutTablesPointsToInit)
+{
+    const std::string path = m_folder.Write("empty.db", "");
+
+    const std::string refusal =
+        RefusalOf(With(Valid(), "--db", "Driver=SQLite3;Database=" + path), 3);
+
+    EXPECT_THAT(refusal, AllOf(HasSubstr("has no table SSR_CONTRACTCUR"),
+                               HasSubstr("run signcheck init --db CONN")));
+    EXPECT_EQ(ReadWholeFile(path), "");
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("spool")));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("handoff")));
+}
+
+TEST_F(BadInput, AConnectionThatFailsHandsNoReportOn)
+{
+    auto arguments = With(Valid(), "--db", "Driver=NoSuchDriver");
+    arguments.insert(arguments.end(), {"--psr-service", "STATUS", "--json"});
+
+    const Answer answer = RunSigncheck(arguments);
+
+    EXPECT_EQ(answer.status, 3);
+    EXPECT_EQ(answer.Json()["outcome"], "not-run");
+    EXPECT_TRUE(answer.Json()["verdict"].is_null());
+    EXPECT_TRUE(answer.Json()["report"].is_null());
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("handoff")));
+}
+
+TEST_F(BadInput, ContractIdentifiersLongerThanEightCharacters)
+{
+    for (const std::string option : {"--partner", "--service", "--client"})
+    {
+        EXPECT_THAT(
+            RefusalOf(With(Valid(), option, "NINECHARS")),
+            HasSubstr("option " + option + ": 'NINECHARS' has 9 characters. Give at most 8."));
+    }
+    EXPECT_THAT(RefusalOf(ValidAnd({"--psr-service", "NINECHARS"})),
+                HasSubstr("option --psr-service: 'NINECHARS' has 9 characters"));
+}
+
+TEST_F(BadInput, EmptyContractIdentifiers)
+{
+    EXPECT_THAT(RefusalOf(With(Valid(), "--partner", "")),
+                HasSubstr("option --partner: the value is empty"));
+}
+
+TEST_F(BadInput, ContractIdentifiersWithAnApostrophe)
+{
+    EXPECT_THAT(RefusalOf(With(Valid(), "--partner", "'OR''='")),
+                AllOf(HasSubstr("option --partner"), HasSubstr("apostrophe")));
+}
+
+TEST_F(BadInput, HandOffFolderLongerThan260Characters)
+{
+    EXPECT_THAT(
+        RefusalOf(ValidAnd({"--hand-off", std::string(261, 'x')})),
+        AllOf(HasSubstr("option --hand-off"), HasSubstr("has 261 characters. Give at most 260.")));
+}
+
+TEST_F(BadInput, AmountsInAnotherForm)
+{
+    for (const std::string amount :
+         {"1500,00", "1,500.00", "1 500", "+1500", "-1500", "15e2", "inf", "nan", "1500.123", ""})
+    {
+        EXPECT_THAT(RefusalOf(With(Valid(), "--total", amount)),
+                    AllOf(HasSubstr("option --total: '" + amount + "' is not an amount in EUR"),
+                          HasSubstr("such as 1500.00")));
+    }
+    EXPECT_THAT(RefusalOf(With(Valid(), "--largest", "1,5")), HasSubstr("option --largest: '1,5'"));
+}
+
+TEST_F(BadInput, UnknownCurrency)
+{
+    EXPECT_THAT(RefusalOf(With(Valid(), "--currency", "EURO")),
+                HasSubstr("option --currency: 'EURO' is an unknown currency"));
+}
+
+TEST_F(BadInput, NumbersThatAreNone)
+{
+    EXPECT_THAT(RefusalOf(With(Valid(), "--protocol", "EBICS")),
+                HasSubstr("option --protocol: 'EBICS' is not a whole number"));
+    EXPECT_THAT(RefusalOf(With(Valid(), "--type", "-1")), HasSubstr("option --type: '-1'"));
+    EXPECT_THAT(RefusalOf(ValidAnd({"--file-id", "4294967296"})),
+                HasSubstr("option --file-id: '4294967296'"));
+}
+
+TEST_F(BadInput, BytesThatAreNoUtf8)
+{
+    EXPECT_THAT(
+        RefusalOf(With(Valid(), "--signers", "\xC9lodie")),
+        AllOf(HasSubstr("option --signers"), HasSubstr("no UTF-8"), HasSubstr("Give it in UTF-8")));
+    EXPECT_THAT(RefusalOf(ValidAnd({"--request=\xFF"})), HasSubstr("option --request"));
+    EXPECT_THAT(RefusalOf(With(Valid(), "--db", "Driver=X;PWD=s3cret\xFF")),
+                AllOf(HasSubstr("option --db"), Not(HasSubstr("s3cret"))));
+}
+
+TEST_F(BadInput, BytesThatAreNoUtf8InTheEnvironment)
+{
+    const ScopedEnvironment variable("SIGNCHECK_DB", "Driver=SQLite3;Database=\xFF");
+
+    EXPECT_THAT(RefusalOf(Without(Valid(), "--db")),
+                AllOf(HasSubstr("SIGNCHECK_DB"), HasSubstr("UTF-8")));
+}
+
+TEST_F(BadInput, CharactersWithoutPlaceInWindows1252)
+{
+    EXPECT_THAT(RefusalOf(With(Valid(), "--partner", "БАНК")),
+                AllOf(HasSubstr("option --partner"), HasSubstr("'Б'"), HasSubstr("Windows-1252")));
+    EXPECT_THAT(RefusalOf(ForFile(m_folder.Path("заказ.xml"))),
+                AllOf(HasSubstr("argument FILE"), HasSubstr("Windows-1252")));
+}
+
+TEST_F(BadInput, ControlCharacters)
+{
+    EXPECT_THAT(RefusalOf(ValidAnd({"--request", "a\x1B[2J"})),
+                AllOf(HasSubstr("option --request"), HasSubstr("control character"),
+                      Not(HasSubstr("\x1B"))));
+}
+
+TEST_F(BadInput, FilesThatCannotBeWritten)
+{
+    const std::string path = m_folder.Path("none/x");
+
+    EXPECT_THAT(RefusalOf(ValidAnd({"--trace", path})), HasSubstr("option --trace: '" + path));
+    EXPECT_THAT(RefusalOf(ValidAnd({"--log", path})), HasSubstr("option --log: '" + path));
+}
+
+TEST_F(BadInput, IsOneJsonObjectWhereJsonIsAskedFor)
+{
+    auto arguments = With(Valid(), "--total", "1,5");
+    arguments.emplace_back("--json");
+
+    const Answer answer = RunSigncheck(arguments);
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_EQ(answer.Json()["status"], 64);
+    EXPECT_THAT(answer.errors, HasSubstr(answer.Json()["error"].get<std::string>()));
+    EXPECT_EQ(RecordsWritten(), 0U);
+}
+
+TEST_F(BadInput, SignersOfOnlySeparatorsAreJudged)
+{
+    const Answer answer = RunSigncheck(CheckOf(" ; ;"));
+
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_THAT(answer.errors, HasSubstr("--signers names nobody"));
+    EXPECT_EQ(RecordsWritten(), 2U);
+}
+
+TEST_F(BadInput, AnApostropheInACertificateNameWarnsAndCostsTheRow)
+{
+    const Answer answer = RunSigncheck(CheckOf("Siobhan O'Brien"));
+
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("WARNING: option --signers: 'Siobhan O'Brien'"),
+                                     HasSubstr("look-up of the holders will fail"),
+                                     HasSubstr("1 of 1 history rows were NOT written")));
+    EXPECT_TRUE(m_database.Query(L"SELECT ROWNO FROM HST_SIGNRULES").empty());
+    EXPECT_EQ(m_database.Query(L"SELECT EVENTID FROM EVT_JOURNAL").size(), 1U);
+}
+
+TEST_F(BadInput, AnApostropheInTheFileNameWarnsAndCostsTheRow)
+{
+    const std::string path = m_folder.Write("l'ordre.xml", "<Document/>");
+
+    const Answer answer = RunSigncheck(ForFile(path));
+
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("WARNING: argument FILE: '" + path + "'"),
+                                     HasSubstr("history row will not be written")));
+    EXPECT_TRUE(m_database.Query(L"SELECT ROWNO FROM HST_SIGNRULES").empty());
+    EXPECT_EQ(m_database.Query(L"SELECT EVENTID FROM EVT_JOURNAL").size(), 1U);
+}
+
+TEST_F(BadInput, AnApostropheInTheOrderIdentifierWarnsAndCostsTheRow)
+{
+    const Answer answer = RunSigncheck(ValidAnd({"--order-id", "A'01"}));
+
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    EXPECT_THAT(answer.errors, HasSubstr("WARNING: option --order-id: 'A'01'"));
+    EXPECT_TRUE(m_database.Query(L"SELECT ROWNO FROM HST_SIGNRULES").empty());
+}
+
+} // namespace
+} // namespace testing_support

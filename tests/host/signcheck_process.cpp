@@ -1,0 +1,99 @@
+#include "tests/host/signcheck_process.h"
+
+#include <cstdlib>
+
+namespace testing_support
+{
+
+namespace
+{
+
+// One word of a shell command; nothing in single quotes has a meaning but the quote.
+std::string ShellWord(const std::string& text)
+{
+    std::string word = "'";
+    for (const char character : text)
+    {
+        word += character == '\'' ? std::string("'\\''") : std::string(1, character);
+    }
+    return word + "'";
+}
+
+} // namespace
+
+nlohmann::json Answer::Json() const
+{
+    auto object = nlohmann::json::parse(output, nullptr, false);
+    EXPECT_TRUE(object.is_object()) << "not one JSON object: " << output << errors;
+    return object;
+}
+
+Answer RunSigncheck(const std::vector<std::string>& arguments)
+{
+    const TemporaryFolder folder;
+    std::string command = ShellWord(SIGNCHECK_PROGRAM);
+    for (const std::string& argument : arguments)
+    {
+        command += " " + ShellWord(argument);
+    }
+    command += " >" + ShellWord(folder.Path("output")) + " 2>" + ShellWord(folder.Path("errors"));
+    command += " </dev/null; echo $? >" + ShellWord(folder.Path("status"));
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    Answer answer;
+    answer.output = ReadWholeFile(folder.Path("output"));
+    answer.errors = ReadWholeFile(folder.Path("errors"));
+    answer.status = std::atoi(ReadWholeFile(folder.Path("status")).c_str());
+    return answer;
+}
+
+SampleBankTest::SampleBankTest()
+    : m_spool("SIGNUTILS_SPOOL", m_folder.Path("spool").c_str()),
+      m_handOff("SIGNUTILS_HANDOFF", m_folder.Path("handoff").c_str()),
+      m_connection("SIGNCHECK_DB", nullptr), m_language("SIGNUTILS_LANG", nullptr),
+      m_order(m_folder.Write("order.xml", "<Document/>"))
+{
+    const Answer answer = RunSigncheck({"init", "--db", Db(), "--sample"});
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+}
+
+std::vector<std::string> SampleBankTest::CheckOf(const std::string& signers) const
+{
+    return {"check",      m_order,    "--db",       m_database.ConnexionString(),
+            "--partner",  "DUPONTSA", "--service",  "CCT",
+            "--client",   "TRESOR",   "--protocol", "9",
+            "--type",     "1",        "--signers",  signers,
+            "--total",    "900.00",   "--largest",  "900.00",
+            "--currency", "EUR"};
+}
+
+std::vector<std::string> SampleBankTest::Without(std::vector<std::string> arguments,
+                                                 const std::string& option)
+{
+    for (auto at = arguments.begin(); at != arguments.end(); ++at)
+    {
+        if (*at == option)
+        {
+            arguments.erase(at, at + 2);
+            return arguments;
+        }
+    }
+    ADD_FAILURE() << option << " is not there";
+    return arguments;
+}
+
+std::vector<std::string> SampleBankTest::With(std::vector<std::string> arguments,
+                                              const std::string& option, const std::string& value)
+{
+    arguments = Without(std::move(arguments), option);
+    arguments.push_back(option);
+    arguments.push_back(value);
+    return arguments;
+}
+
+std::size_t SampleBankTest::RecordsWritten()
+{
+    return m_database.Query(L"SELECT ROWNO FROM HST_SIGNRULES").size() +
+           m_database.Query(L"SELECT EVENTID FROM EVT_JOURNAL").size();
+}
+
+} // namespace testing_support
