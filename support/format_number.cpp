@@ -171,7 +171,7 @@ void RequirePoint(std::string& text)
 {
     if (text.find('.') == std::string::npos)
     {
-        text.insert(std::min(text.find('e'), text.size()), ".");
+        text.insert(std::min(text.find('e'), text.size()), 1, '.');
     }
 }
 

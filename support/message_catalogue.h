@@ -12,7 +12,6 @@ namespace support
 // A part in [ ] is left out when its placeholder is empty.
 inline constexpr wchar_t kHolderPlaceholder = L'H';
 inline constexpr wchar_t kAmountPlaceholder = L'A';
-inline constexpr wchar_t kTextPlaceholder = L'T';
 
 struct CatalogueEntry
 {

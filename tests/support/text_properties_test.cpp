@@ -100,8 +100,12 @@ RC_GTEST_PROP(FormatProperties, IntegersAreAsTheRuntimePrintsThem,
     const auto precision = *rc::gen::inRange(-1, 12);
     const std::string flags =
         *rc::gen::container<std::string>(rc::gen::elementOf(std::string("-+ 0")));
-    std::string format = "%" + flags + (width == 0 ? "" : std::to_string(width));
-    format += precision < 0 ? "" : "." + std::to_string(precision);
+    std::string format = "%";
+    format.append(flags).append(width == 0 ? "" : std::to_string(width));
+    if (precision >= 0)
+    {
+        format.append(".").append(std::to_string(precision));
+    }
     char buffer[200];
     std::snprintf(buffer, sizeof buffer, (format + "d").c_str(), number);
     RC_ASSERT(FormatA((format + "d").c_str(), number) == buffer);

@@ -256,6 +256,21 @@ TEST_F(TraceFile, WithoutMemoryALineIsMissingAndTheHostIsSpared)
     EXPECT_EQ(Closed(), "behind: 1\n");
 }
 
+TEST(Trace, AFullDiskStopsTheTraceOnly)
+{
+    const char* const alwaysFull = "/dev/full";
+    if (!std::filesystem::exists(alwaysFull))
+    {
+        GTEST_SKIP() << "this system has no device that is always full";
+    }
+    void* const trace = TraceOpen(alwaysFull);
+    ASSERT_TRUE(TraceIsUsable(trace));
+    TraceValue(trace, "value", "1", 1);
+    TimeTraceDump(trace, "SECTION", 0, 0);
+    TraceValue(trace, "value", "2", 1);
+    TraceClose(trace);
+}
+
 TEST(Trace, WithoutMemoryThereIsNoHandle)
 {
     const TemporaryFolder folder;
