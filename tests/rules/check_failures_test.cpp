@@ -2,6 +2,7 @@
 
 #include "database/cdbexception.h"
 #include "database/guard_database.h"
+#include "rules/cuidrule.h"
 #include "support/odbc_errors.h"
 #include "tests/signers/allocation_limit.h"
 #include "tests/signers/failing_rows.h"
@@ -122,7 +123,7 @@ TEST_F(CheckFailure, DatabaseErrorAfterARuleGoesOnWithTheRulesReadSoFar)
     EXPECT_EQ(journal.events.size(), 1U);
 }
 
-// The rule records of 129 rules are the one allocation of this size.
+// The array grows from 128 rules to 256 in one allocation, the only one of this size.
 TEST_F(CheckFailure, AnyOtherExceptionWhileReadingEndsTheCheck)
 {
     Contract large(L"C1");
@@ -132,7 +133,7 @@ TEST_F(CheckFailure, AnyOtherExceptionWhileReadingEndsTheCheck)
     }
     bank.With(large);
     {
-        const AllocationLimit noMemory(sizeof(wchar_t) == 4 ? 1500000U : 900000U);
+        const AllocationLimit noMemory(sizeof(cuidRule) * 200U);
         EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictFailed);
     }
     ExpectNotRun("unknown");

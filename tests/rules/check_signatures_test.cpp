@@ -130,6 +130,50 @@ TEST_F(SignatureCheck, RuleWithoutRecordDoesNotCount)
     EXPECT_EQ(RowCount(), 1U);
 }
 
+struct UnmatchedCase
+{
+    const char* name;
+    Contract contract;
+    const wchar_t* signers;
+    unsigned int finding; ///< 0: the rule adds no line
+    bool showsTheSigners; ///< in that line
+};
+
+class UnmatchedRule : public SignatureCheck, public testing::WithParamInterface<UnmatchedCase>
+{
+};
+
+TEST_P(UnmatchedRule, IsNoRuleAndNoRefusal)
+{
+    bank.With(GetParam().contract);
+    std::wstring lines;
+    if (GetParam().finding != 0)
+    {
+        lines = GetParam().showsTheSigners ? MessageLine(GetParam().finding, GetParam().signers)
+                                           : MessageLine(GetParam().finding);
+    }
+
+    EXPECT_EQ(Check(GetParam().signers), rules::kVerdictNoRule);
+    EXPECT_STREQ(reasonCode.SafeGetString(), "NARR");
+    ExpectEvent(1, L"CHECK SIGNATURES RULES NOT FOUND\r\n" + lines +
+                       MessageLine(1805, GetParam().signers));
+    EXPECT_THAT(Column(L"STATUT"), ElementsAre(L"0"));
+    EXPECT_THAT(Column(L"SIGNER1"), ElementsAre(L" "));
+    EXPECT_THAT(Column(L"SIGNER2"), ElementsAre(L" "));
+}
+
+const UnmatchedCase kUnmatched[] = {
+    {"SignerNotFound", Contract(L"C1").AloneBy(L"H1"), L"Nobody", 0, false},
+    {"HolderMissing", Contract(L"C1").DoubleSignature().By(L"H1", L"H2"), L"Ana Ruiz;Nobody", 1809,
+     true},
+    {"HolderSignsAlone", Contract(L"C1").AloneBy(L"H1"), L"Ana Ruiz;Bo Dahl", 1817, false},
+    {"BlockedContract", Contract(L"C1").AllHolders().Opposition(L"1").WithoutRules(), L"Ana Ruiz",
+     1819, false},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rules, UnmatchedRule, testing::ValuesIn(kUnmatched),
+                         [](const auto& row) { return row.param.name; });
+
 TEST_F(SignatureCheck, OneCertificateOfBothHoldersEmptiesTheReason)
 {
     bank.With(Holder(L"S1").Named(L"", L"One").Certificate(L"Shared"))

@@ -27,6 +27,29 @@ TEST_F(QuoteInAName, QuotesInHolderNamesReachTheRow)
     EXPECT_TRUE(trail.problem.IsEmpty());
 }
 
+// Narrow texts enter the row as they stand, so a quote in one loses it; the verdict stands.
+TEST_F(QuoteInAName, QuoteInTheFileNameLosesTheRow)
+{
+    bank.With(Contract(L"C1").AloneBy(L"H1"));
+    file = "o'rder.xml";
+
+    EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictSuccess);
+    EXPECT_EQ(trail.rowsWritten, 0U);
+    EXPECT_EQ(RowCount(), 0U);
+    EXPECT_EQ(journal.events.size(), 1U);
+}
+
+TEST_F(QuoteInAName, QuoteInTheOrderIdentifierLosesTheRow)
+{
+    bank.With(Contract(L"C1").AloneBy(L"H1"));
+    orderId = "O'1";
+
+    EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictSuccess);
+    EXPECT_EQ(trail.rowsWritten, 0U);
+    EXPECT_EQ(RowCount(), 0U);
+    EXPECT_EQ(journal.events.size(), 1U);
+}
+
 class QuoteAtTheCut : public QuoteInAName
 {
 protected:

@@ -26,9 +26,21 @@ AllocationLimit::~AllocationLimit()
 
 } // namespace testing_support
 
+// The whole family is replaced, so that every allocation meets the delete that belongs to it.
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return size < allocationLimit ? std::malloc(size == 0 ? 1 : size) : nullptr;
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return operator new(size, std::nothrow);
+}
+
 void* operator new(std::size_t size)
 {
-    void* const memory = size < allocationLimit ? std::malloc(size == 0 ? 1 : size) : nullptr;
+    void* const memory = operator new(size, std::nothrow);
     if (memory == nullptr)
     {
         throw std::bad_alloc();
@@ -57,6 +69,16 @@ void operator delete(void* memory, std::size_t) noexcept
 }
 
 void operator delete[](void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void* memory, const std::nothrow_t&) noexcept
 {
     std::free(memory);
 }
