@@ -23,6 +23,7 @@ using BOOL = int;
 using DWORD = std::uint32_t;
 using HANDLE = void*;
 using LPCSTR = const char*;
+using LPSTR = char*;
 struct SECURITY_ATTRIBUTES;
 
 #ifndef FALSE

@@ -82,6 +82,13 @@ bool TryTakeCharacter(std::string_view native, std::size_t& index, char32_t& cha
 
 } // namespace
 
+char NarrowCharacterOf(char32_t character)
+{
+    char byte = '?';
+    TryByteOf(character, byte);
+    return byte;
+}
+
 std::string NativePath(const char* path)
 {
     std::string native;

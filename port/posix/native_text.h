@@ -15,4 +15,7 @@ std::string NativePath(const char* path);
 bool TryFromNative(std::string_view native, std::string& text);
 std::string FromNative(std::string_view native);
 
+/// The Windows-1252 byte of a character; '?' when it has no place.
+char NarrowCharacterOf(char32_t character);
+
 } // namespace port
