@@ -1,0 +1,107 @@
+#pragma once
+
+#include "amounts/text_line_reader.h"
+#include "containers/text_array.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class TDelimitedFile;
+
+namespace amounts
+{
+
+/// The fields of one line. The texts live in the row and are overwritten by the next one read.
+class DelimitedRow
+{
+public:
+    DelimitedRow() = default;
+    // The fields are views into the row's own line.
+    DelimitedRow(const DelimitedRow&) = delete;
+    DelimitedRow& operator=(const DelimitedRow&) = delete;
+
+    bool IsEmpty() const noexcept { return m_fields.empty(); }
+    std::size_t GetCount() const noexcept { return m_fields.size(); }
+    /// The field, or an empty text where the row is too short.
+    std::string_view GetAt(std::size_t index) const noexcept
+    {
+        return index < m_fields.size() ? m_fields[index] : std::string_view();
+    }
+
+private:
+    friend class ::TDelimitedFile;
+
+    std::string m_line;
+    std::vector<std::string_view> m_fields;
+};
+
+} // namespace amounts
+
+/// Reads a text table written by the format-conversion engine: one row per line, line 1 split at
+/// every ';', every later line made of its quoted stretches. Holds one data row at a time. Failures
+/// to open are told on standard error; the reader then has no row.
+class TDelimitedFile
+{
+public:
+    /// Opens, reads the header lines and makes the first data row current. `path` is Windows-1252.
+    /// `oneLineHeader` 0: four header lines, otherwise one.
+    TDelimitedFile(const char* path, int oneLineHeader);
+    virtual ~TDelimitedFile();
+    TDelimitedFile(const TDelimitedFile&) = delete;
+    TDelimitedFile& operator=(const TDelimitedFile&) = delete;
+
+    /// Reads the next line. Where there is none, or no memory for it, the row is empty; a line
+    /// without memory is passed over.
+    void ReadRow(amounts::DelimitedRow& row);
+    /// Whether a further line can be read.
+    bool HasMoreRows() const noexcept { return m_hasMoreRows; }
+
+    /// The row made current by the constructor or by NextRow.
+    const amounts::DelimitedRow& CurrentRow() const noexcept { return m_currentRow; }
+    /// Reads the next line into the current row, where there is one; false where there is none.
+    bool NextRow();
+    /// Whether a current row is there. HasMoreRows would pass over a file with one data row.
+    bool HasRow() const noexcept { return !m_currentRow.IsEmpty(); }
+
+    /// Header lines passed over: 4 or 1, and 0 when the file could not be opened.
+    std::int32_t GetHeaderLineCount() const noexcept { return m_headerLineCount; }
+    /// Rows read, header lines included.
+    std::uint32_t GetRowCounter() const noexcept { return m_rowCounter; }
+    const TArray<TSimpleString>& GetFirstHeader() const noexcept { return m_firstHeader; }
+    const TArray<TSimpleString>& GetSecondHeader() const noexcept { return m_secondHeader; }
+
+    /// Closes the file: an open file cannot be deleted on Windows.
+    void Close() noexcept;
+
+private:
+    enum class ParseMode : std::uint32_t
+    {
+        Plain = 1,
+        Quoted = 2,
+    };
+
+    bool OpenFile(const char* path);
+    bool CopyFileName(const char* path);
+    void ReadHeaders(bool oneLineHeader);
+    void AppendRow(TArray<TSimpleString>& header);
+    void ReadLine(std::string& line);
+    void SplitPlain(amounts::DelimitedRow& row) const;
+    void SplitQuoted(amounts::DelimitedRow& row) const;
+
+    char m_quote = '"';
+    char m_escape = '\\';
+    char m_separator = ';';
+    char m_lineEnd = '\n';
+    std::int32_t m_headerLineCount = 0;
+    std::uint32_t m_rowCounter = 0;
+    amounts::TextLineReader m_file;
+    std::string m_fileName;
+    ParseMode m_parseMode = ParseMode::Plain;
+    bool m_hasMoreRows = false;
+    amounts::DelimitedRow m_currentRow;
+    TArray<TSimpleString> m_firstHeader;
+    TArray<TSimpleString> m_secondHeader;
+};

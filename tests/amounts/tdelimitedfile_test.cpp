@@ -1,0 +1,323 @@
+#include "amounts/tdelimitedfile.h"
+
+#include "tests/amounts/failing_allocation.h"
+#include "tests/testing/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+using amounts::DelimitedRow;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing_support::TemporaryFolder;
+
+static_assert(!std::is_copy_constructible_v<DelimitedRow> &&
+              !std::is_move_constructible_v<DelimitedRow>);
+
+namespace
+{
+
+constexpr int kFourLines = 0;
+constexpr int kOneLine = 1;
+
+using Fields = std::vector<std::string>;
+
+Fields FieldsOf(const DelimitedRow& row)
+{
+    Fields fields;
+    for (std::size_t i = 0; i < row.GetCount(); ++i)
+    {
+        fields.emplace_back(row.GetAt(i));
+    }
+    return fields;
+}
+
+Fields FieldsOf(const TArray<TSimpleString>& header)
+{
+    Fields fields;
+    for (int i = 0; i < header.GetCount(); ++i)
+    {
+        fields.emplace_back(header.GetAt(i)->SafeGetString());
+    }
+    return fields;
+}
+
+// The rows of a file of one header line, as a caller's loop reads them.
+std::vector<Fields> RowsAfterOneHeader(const std::string& dataLines)
+{
+    const TemporaryFolder folder;
+    TDelimitedFile file(folder.Write("work.txt", "A;B\r\n" + dataLines).c_str(), kOneLine);
+    std::vector<Fields> rows;
+    while (file.HasRow())
+    {
+        rows.push_back(FieldsOf(file.CurrentRow()));
+        if (!file.NextRow())
+        {
+            break;
+        }
+    }
+    return rows;
+}
+
+const std::string kFourLineFile =
+    "NAME;VALUE;THIRD\r\n16;16;16\r\n\"Name\";\"Value\"\r\n------\r\n";
+
+TEST(DelimitedFile, FiveLinesGiveTwoHeadersAndTheCurrentRow)
+{
+    const TemporaryFolder folder;
+    const TDelimitedFile file(
+        folder.Write("work.txt", kFourLineFile + "\"a\";\"b\";\"c\"\r\n").c_str(), kFourLines);
+    EXPECT_THAT(FieldsOf(file.GetFirstHeader()), ElementsAre("NAME", "VALUE", "THIRD"));
+    EXPECT_THAT(FieldsOf(file.GetSecondHeader()), ElementsAre("Name", "Value"));
+    EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("a", "b", "c"));
+    EXPECT_TRUE(file.HasRow());
+    EXPECT_FALSE(file.HasMoreRows());
+    EXPECT_EQ(file.GetHeaderLineCount(), 4);
+    EXPECT_EQ(file.GetRowCounter(), 5U);
+}
+
+TEST(DelimitedFile, OneLineModeTakesTheSecondLineAsData)
+{
+    const TemporaryFolder folder;
+    TDelimitedFile file(
+        folder.Write("work.txt", "POS;MESS\r\n\"1\";\"m\"\r\n\"2\";\"n\"\r\n").c_str(), kOneLine);
+    EXPECT_THAT(FieldsOf(file.GetFirstHeader()), ElementsAre("POS", "MESS"));
+    EXPECT_THAT(FieldsOf(file.GetSecondHeader()), IsEmpty());
+    EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("1", "m"));
+    EXPECT_EQ(file.GetHeaderLineCount(), 1);
+    EXPECT_TRUE(file.HasMoreRows());
+    EXPECT_TRUE(file.NextRow());
+    EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("2", "n"));
+    EXPECT_FALSE(file.HasMoreRows());
+    EXPECT_FALSE(file.NextRow());
+    EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("2", "n")) << "the row stays current";
+    EXPECT_EQ(file.GetRowCounter(), 3U);
+}
+
+TEST(DelimitedFile, HeaderArraysHoldRoomFor128Fields)
+{
+    const TemporaryFolder folder;
+    const TDelimitedFile file(folder.Write("work.txt", "A\r\n").c_str(), kOneLine);
+    EXPECT_EQ(file.GetFirstHeader().GetCapacity(), 128);
+    EXPECT_EQ(file.GetSecondHeader().GetCapacity(), 128);
+}
+
+TEST(DelimitedFile, QuotesOfTheFirstLineHaveNoMeaning)
+{
+    const TemporaryFolder folder;
+    const TDelimitedFile file(folder.Write("work.txt", "\"A;B\";;C;\r\n").c_str(), kOneLine);
+    EXPECT_THAT(FieldsOf(file.GetFirstHeader()), ElementsAre("\"A", "B\"", "", "C", ""));
+    EXPECT_FALSE(file.HasRow());
+}
+
+TEST(DelimitedFile, ShortFilesHaveNoRow)
+{
+    const TemporaryFolder folder;
+    for (const char* const bytes : {"", "A;B", "A;B\r\n", "A;B\r\n1;2\r\n",
+                                    "A;B\r\n1;2\r\n\"a\"\r\n", "A;B\r\n1;2\r\n\"a\"\r\n-\r\n"})
+    {
+        const TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kFourLines);
+        EXPECT_FALSE(file.HasRow()) << bytes;
+        EXPECT_FALSE(file.HasMoreRows()) << bytes;
+    }
+}
+
+TEST(DelimitedFile, CallersOwnRowIsReadWithoutChangingTheCurrentOne)
+{
+    const TemporaryFolder folder;
+    TDelimitedFile file(folder.Write("work.txt", "A\r\n\"1\"\r\n\"2\"\r\n").c_str(), kOneLine);
+    DelimitedRow row;
+    file.ReadRow(row);
+    EXPECT_THAT(FieldsOf(row), ElementsAre("2"));
+    EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("1"));
+    file.ReadRow(row);
+    EXPECT_TRUE(row.IsEmpty());
+    EXPECT_EQ(row.GetAt(0), "");
+}
+
+TEST(DelimitedFile, LastRowNeedsNoLineEnd)
+{
+    EXPECT_THAT(RowsAfterOneHeader("\"1\"\r\n\"2\""), ElementsAre(Fields{"1"}, Fields{"2"}));
+}
+
+TEST(DelimitedFile, EndMarkEndsTheRows)
+{
+    EXPECT_THAT(RowsAfterOneHeader("\"1\"\r\n\x1A\"2\"\r\n"), ElementsAre(Fields{"1"}));
+}
+
+TEST(DelimitedFile, BareLineFeedsEndRows)
+{
+    const TemporaryFolder folder;
+    std::string bytes = "A\nw\n\"a\"\n-\n";
+    for (int i = 0; i < 500; ++i)
+    {
+        bytes += "\"" + std::to_string(i) + "\"\n";
+    }
+    TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kFourLines);
+    for (int i = 0; i < 500; ++i)
+    {
+        ASSERT_THAT(FieldsOf(file.CurrentRow()), ElementsAre(std::to_string(i)));
+        EXPECT_EQ(file.NextRow(), i < 499);
+    }
+}
+
+struct SplitCase
+{
+    const char* name;
+    std::string line;
+    Fields fields;
+};
+
+void PrintTo(const SplitCase& splitCase, std::ostream* stream)
+{
+    *stream << splitCase.name;
+}
+
+const SplitCase kSplitCases[] = {
+    {"ThreeQuotedValues",
+     R"("A";"B";"C")"
+     "\r\n",
+     {"A", "B", "C"}},
+    {"UnquotedValueIsLost",
+     R"("A";B;"C")"
+     "\r\n",
+     {"A", "C"}},
+    {"EmptyValues",
+     R"("";"";"x")"
+     "\r\n",
+     {"", "", "x"}},
+    {"SeparatorInQuotesIsText",
+     R"("A;B";"C")"
+     "\r\n",
+     {"A;B", "C"}},
+    {"EscapedQuoteIsKept",
+     R"("say \"yes\"";"C")"
+     "\r\n",
+     {R"(say \"yes\")", "C"}},
+    {"EscapedQuoteOpensNoField",
+     R"(\"A";"B")"
+     "\r\n",
+     {";", "\n"}},
+    {"QuoteAfterTwoBackslashesIsEscapedAllTheSame",
+     R"("a\\";"b")"
+     "\r\n",
+     {R"(a\\";)", "\n"}},
+    {"LineWithoutQuotesIsOneFieldWithItsLineEnd", "A;B\r\n", {"A;B\n"}},
+    {"LineWithoutQuotesAndWithoutEnd", "A;B", {"A;B"}},
+    {"EmptyLineIsOneFieldOfItsLineEnd", "\r\n", {"\n"}},
+    {"OpenQuoteTakesTheRestWithTheLineEnd",
+     R"("A";"B;C)"
+     "\r\n",
+     {"A", "B;C\n"}},
+    {"OpenQuoteAtTheLastCharacter", "\"A\";\"", {"A", ""}},
+    {"OnlyAnOpenQuoteIsTheWholeLine", "\"A;B\r\n", {"\"A;B\n"}},
+    {"AdjacentQuotesAreTwoFields",
+     R"("A""B")"
+     "\r\n",
+     {"A", "B"}},
+    {"TextBetweenFieldsIsPassedOver",
+     R"(x"A"y"B"z)"
+     "\r\n",
+     {"A", "B"}},
+    {"CarriageReturnInAField", "\"A\rB\"\r\n", {"A\rB"}},
+    {"NulByteInAField", std::string("\"A\0B\";\"C\"\r\n", 11), {std::string("A\0B", 3), "C"}},
+};
+
+class QuotedLine : public testing::TestWithParam<SplitCase>
+{
+};
+
+TEST_P(QuotedLine, SplitsIntoItsQuotedStretches)
+{
+    EXPECT_THAT(RowsAfterOneHeader(GetParam().line), ElementsAre(GetParam().fields));
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, QuotedLine, testing::ValuesIn(kSplitCases),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+// Opens with standard error caught.
+std::string ErrorsOfOpening(const char* path, std::size_t failingSize = 0)
+{
+    testing::internal::CaptureStderr();
+    {
+        const amounts_tests::FailingAllocation fault(failingSize == 0 ? SIZE_MAX : failingSize);
+        TDelimitedFile file(path, kFourLines);
+        DelimitedRow row;
+        file.ReadRow(row);
+        EXPECT_TRUE(row.IsEmpty());
+        EXPECT_FALSE(file.HasRow());
+        EXPECT_FALSE(file.HasMoreRows());
+        EXPECT_FALSE(file.NextRow());
+        EXPECT_EQ(file.GetFirstHeader().GetCount(), 0);
+    }
+    return testing::internal::GetCapturedStderr();
+}
+
+TEST(DelimitedFileFailure, EmptyPathIsInvalid)
+{
+    EXPECT_EQ(ErrorsOfOpening(""), "Fatal error : invalid input file \n");
+}
+
+TEST(DelimitedFileFailure, NullPathCountsAsEmpty)
+{
+    EXPECT_EQ(ErrorsOfOpening(nullptr), "Fatal error : invalid input file \n");
+}
+
+TEST(DelimitedFileFailure, MissingFileIsNamed)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("missing.veu.bp");
+    EXPECT_EQ(ErrorsOfOpening(path.c_str()),
+              "Fatal error : unable to open input file " + path + "\n");
+}
+
+TEST(DelimitedFileFailure, FolderIsNoFile)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(ErrorsOfOpening(folder.Path().c_str()),
+              "Fatal error : unable to open input file " + folder.Path() + "\n");
+}
+
+TEST(DelimitedFileFailure, PathWithoutMemoryForItsCopyIsNamed)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Path(std::string(10'000, 'x'));
+    EXPECT_EQ(ErrorsOfOpening(path.c_str(), path.size()),
+              "Fatal error : unable to allocate memory for file name buffer " + path + "\n");
+}
+
+TEST(DelimitedFileFailure, LineWithoutMemoryReadsAsEmptyAndIsPassedOver)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write(
+        "work.txt", "A\r\n\"1\"\r\n\"" + std::string(300'000, 'x') + "\"\r\n\"3\"\r\n");
+    TDelimitedFile file(path.c_str(), kOneLine);
+    DelimitedRow row;
+    {
+        const amounts_tests::FailingAllocation fault(100'000);
+        file.ReadRow(row);
+        EXPECT_TRUE(fault.Happened());
+    }
+    EXPECT_TRUE(row.IsEmpty());
+    EXPECT_TRUE(file.HasMoreRows());
+    file.ReadRow(row);
+    EXPECT_THAT(FieldsOf(row), ElementsAre("3"));
+}
+
+TEST(DelimitedFile, ClosedFileCanBeDeletedAndHasNoFurtherRow)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("work.txt", "A\r\n\"1\"\r\n\"2\"\r\n");
+    TDelimitedFile file(path.c_str(), kOneLine);
+    file.Close();
+    EXPECT_FALSE(file.HasMoreRows());
+    EXPECT_FALSE(file.NextRow());
+    EXPECT_NE(DeleteFileA(path.c_str()), 0);
+}
+
+} // namespace

@@ -1,0 +1,156 @@
+#include "amounts/text_line_reader.h"
+
+#include "tests/testing/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+using amounts::TextLineReader;
+using testing_support::TemporaryFolder;
+
+namespace
+{
+
+using Lines = std::vector<std::string>;
+
+// Every line, and whether the reader told each time what followed.
+Lines ReadAll(const std::string& path)
+{
+    TextLineReader reader;
+    Lines lines;
+    if (!reader.Open(path.c_str()))
+    {
+        ADD_FAILURE() << path;
+        return lines;
+    }
+    std::string line;
+    bool more = true;
+    while (more)
+    {
+        more = reader.ReadLine(line);
+        if (!line.empty())
+        {
+            lines.push_back(line);
+        }
+    }
+    EXPECT_FALSE(reader.ReadLine(line));
+    EXPECT_EQ(line, "");
+    return lines;
+}
+
+struct LineCase
+{
+    const char* name;
+    std::string bytes;
+    Lines lines;
+};
+
+void PrintTo(const LineCase& lineCase, std::ostream* stream)
+{
+    *stream << lineCase.name;
+}
+
+// More than one block of the reader.
+const std::string kLong(200'000, 'x');
+
+const LineCase kLineCases[] = {
+    {"EmptyFile", "", {}},
+    {"OneLineWithoutEnd", "a", {"a"}},
+    {"FinalLineEndIsFollowedByNoLine", "a\r\nb\r\n", {"a\n", "b\n"}},
+    {"BareLineFeedsEndLines", "a\nb\n", {"a\n", "b\n"}},
+    {"MixedLineEnds", "a\nb\r\nc", {"a\n", "b\n", "c"}},
+    {"EmptyLinesCount", "\r\n\n\r\na", {"\n", "\n", "\n", "a"}},
+    {"LoneCarriageReturnStays", "a\rb\r\nc\r", {"a\rb\n", "c\r"}},
+    {"OnlyOneCarriageReturnIsTaken", "a\r\r\nb", {"a\r\n", "b"}},
+    {"EndMarkEndsTheFile",
+     "a\r\nb\x1A"
+     "c\r\nd",
+     {"a\n", "b"}},
+    {"EndMarkAfterALineEndLeavesNoLine",
+     "a\r\n\x1A"
+     "b",
+     {"a\n"}},
+    {"EndMarkFirst",
+     "\x1A"
+     "a\n",
+     {}},
+    {"NulBytesAreOrdinary",
+     std::string("a\0b\n\0", 5),
+     {std::string("a\0b\n", 4), std::string(1, '\0')}},
+    {"HighBytesAreOrdinary", "\x80\xFF\xE9\n", {"\x80\xFF\xE9\n"}},
+    {"LineLongerThanABlock", kLong + "\r\n" + kLong, {kLong + "\n", kLong}},
+    {"LineEndAcrossBlocks",
+     std::string(65535, 'x') + "\r\nb",
+     {std::string(65535, 'x') + "\n", "b"}},
+    {"LineFeedLastInItsBlock", std::string(65534, 'x') + "\r\n", {std::string(65534, 'x') + "\n"}},
+    {"EndMarkFirstInItsBlock",
+     std::string(65536, 'x') + "\x1A"
+                               "y",
+     {std::string(65536, 'x')}},
+};
+
+class TextLines : public testing::TestWithParam<LineCase>
+{
+};
+
+TEST_P(TextLines, AreReadInTextMode)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(ReadAll(folder.Write("text.txt", GetParam().bytes)), GetParam().lines);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, TextLines, testing::ValuesIn(kLineCases),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(TextLineReader, MissingFileCannotBeOpened)
+{
+    const TemporaryFolder folder;
+    TextLineReader reader;
+    std::string line = "before";
+    EXPECT_FALSE(reader.Open(folder.Path("missing").c_str()));
+    EXPECT_FALSE(reader.ReadLine(line));
+    EXPECT_EQ(line, "");
+}
+
+TEST(TextLineReader, IsOpenedAgainFromTheStart)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("text.txt", "a\nb\n");
+    TextLineReader reader;
+    std::string line;
+    for (int round = 0; round < 2; ++round)
+    {
+        ASSERT_TRUE(reader.Open(path.c_str()));
+        EXPECT_TRUE(reader.ReadLine(line));
+        EXPECT_EQ(line, "a\n");
+    }
+}
+
+TEST(TextLineReader, ClosedReaderHasNoLine)
+{
+    const TemporaryFolder folder;
+    TextLineReader reader;
+    ASSERT_TRUE(reader.Open(folder.Write("text.txt", "a\nb\n").c_str()));
+    reader.Close();
+    std::string line;
+    EXPECT_FALSE(reader.ReadLine(line));
+    EXPECT_EQ(line, "");
+}
+
+TEST(TextLineReader, RestOfALineCanBePassedOver)
+{
+    const TemporaryFolder folder;
+    TextLineReader reader;
+    ASSERT_TRUE(reader.Open(folder.Write("text.txt", kLong + "\nb\nc").c_str()));
+    std::string line;
+    EXPECT_TRUE(reader.FinishLine());
+    EXPECT_TRUE(reader.ReadLine(line));
+    EXPECT_EQ(line, "b\n");
+    EXPECT_FALSE(reader.FinishLine());
+}
+
+} // namespace
