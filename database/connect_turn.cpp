@@ -12,7 +12,7 @@ namespace
 {
 
 // Without destructors, so that a connect while the process ends finds them whole.
-std::mutex g_firstConnects;
+std::shared_mutex g_turns;
 std::array<std::atomic<std::uint64_t>, 16> g_loaded; // 0: free
 
 bool IsLoaded(std::uint64_t driver)
@@ -25,18 +25,22 @@ bool IsLoaded(std::uint64_t driver)
 
 ConnectTurn::ConnectTurn(const std::string& driver)
     : m_driver(std::max<std::uint64_t>(std::hash<std::string>()(driver), 1)),
-      m_lock(g_firstConnects, std::defer_lock)
+      m_alone(g_turns, std::defer_lock), m_beside(g_turns, std::defer_lock)
 {
-    if (!IsLoaded(m_driver))
+    if (IsLoaded(m_driver))
     {
-        m_lock.lock();
+        m_beside.lock();
+    }
+    else
+    {
+        m_alone.lock();
     }
 }
 
-void ConnectTurn::Succeeded() noexcept
+void ConnectTurn::Reached() noexcept
 {
-    // With every place taken, a further driver's connects keep taking turns.
-    if (!m_lock.owns_lock() || IsLoaded(m_driver))
+    // With every place taken, a further driver's connects keep going alone.
+    if (!m_alone.owns_lock() || IsLoaded(m_driver))
     {
         return;
     }

@@ -2,14 +2,15 @@
 
 #include <cstdint>
 #include <mutex>
+#include <shared_mutex>
 #include <string>
 
 namespace database
 {
 
-/// A turn to connect. The driver manager's first load of a driver is not safe in two threads at
-/// once, so a driver's connects take turns in the process until one has succeeded; after that they
-/// go side by side, so that a server that hangs holds up nobody else.
+/// A turn to connect. The driver manager loads drivers through one error text for the whole
+/// process, so a connect that may load one, or fail to, goes alone. Once a driver is known to be
+/// loaded its connects go side by side, so that a server that hangs holds up nobody else.
 class ConnectTurn
 {
 public:
@@ -18,12 +19,13 @@ public:
     ConnectTurn(const ConnectTurn&) = delete;
     ConnectTurn& operator=(const ConnectTurn&) = delete;
 
-    /// The connect has succeeded: the driver is loaded.
-    void Succeeded() noexcept;
+    /// The connect has reached its driver, whatever that answered.
+    void Reached() noexcept;
 
 private:
     std::uint64_t m_driver;
-    std::unique_lock<std::mutex> m_lock;
+    std::unique_lock<std::shared_mutex> m_alone;
+    std::shared_lock<std::shared_mutex> m_beside;
 };
 
 } // namespace database

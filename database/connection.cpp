@@ -32,6 +32,14 @@ SQLPOINTER AttributeValue(SQLULEN value) noexcept
     return reinterpret_cast<SQLPOINTER>(value);
 }
 
+/// Whether a failed connect reached its driver: the driver manager answers with IM states, or
+/// 01000, when it cannot find or load one.
+bool ComesFromDriver(const CDBException& raised)
+{
+    const std::string_view state = raised.GetState();
+    return state.substr(0, 2) != "IM" && state != "01000";
+}
+
 constexpr const char* kOpen = "OpenEx";
 constexpr const char* kExecute = "ExecuteSQLW";
 
@@ -67,8 +75,19 @@ void Connection::Connect(const ConnectionString& connexionString)
     const std::string driver = connexionString.Value("DRIVER");
     m_crossing = ConnectCrossing(m_key, driver);
     ConnectTurn turn(driver.empty() ? "DSN " + connexionString.Value("DSN") : driver);
-    TryConnect(connexionString);
-    turn.Succeeded();
+    try
+    {
+        TryConnect(connexionString);
+    }
+    catch (const CDBException* raised)
+    {
+        if (ComesFromDriver(*raised))
+        {
+            turn.Reached();
+        }
+        throw;
+    }
+    turn.Reached();
 }
 
 void Connection::TryConnect(const ConnectionString& connexionString)

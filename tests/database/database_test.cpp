@@ -308,6 +308,7 @@ TEST(BusyFile, LetsTheWaitingWriterThrough)
     EXPECT_EQ(ReadOne(holder, L"SELECT COUNT(*) AS N FROM T", "N"), "2");
 }
 
+// Each thread's connection string is its own, so that none is served by another's idle connection.
 TEST(Threads, ReadAndWriteOverConnectionsOfTheirOwn)
 {
     const SqliteFile file;
@@ -325,13 +326,14 @@ TEST(Threads, ReadAndWriteOverConnectionsOfTheirOwn)
         threads.emplace_back(
             [&, thread]
             {
+                const std::string key = ";X=" + std::to_string(thread);
                 failures[static_cast<std::size_t>(thread)] = FailureOf(
                     [&]
                     {
                         for (int round = 0; round < kRounds; ++round)
                         {
                             CDatabase database;
-                            Open(database, file.ConnexionString());
+                            Open(database, file.ConnexionString() + key);
                             database.ExecuteSQLW(L"INSERT INTO T VALUES (1)");
                             ReadOne(database, L"SELECT COUNT(*) AS N FROM T", "N");
                         }
@@ -349,6 +351,35 @@ TEST(Threads, ReadAndWriteOverConnectionsOfTheirOwn)
     CDatabase database;
     Open(database, file.ConnexionString());
     EXPECT_EQ(ReadOne(database, L"SELECT COUNT(*) AS N FROM T", "N"), "100");
+}
+
+TEST(Threads, ConnectBesideConnectsThatFail)
+{
+    const testing_support::ScopedEnvironment off("SIGNUTILS_POOL", "0");
+    const SqliteFile file;
+    constexpr int kRounds = 20;
+    int refused = 0;
+    int opened = 0;
+    const auto connect = [](const std::string& connexionString)
+    {
+        CDatabase database;
+        return !FailureOf([&] { Open(database, connexionString); });
+    };
+    std::thread wrong(
+        [&]
+        {
+            for (int round = 0; round < kRounds; ++round)
+            {
+                refused += connect("DRIVER={No Such Driver}") ? 0 : 1;
+            }
+        });
+    for (int round = 0; round < kRounds; ++round)
+    {
+        opened += connect(file.ConnexionString()) ? 1 : 0;
+    }
+    wrong.join();
+    EXPECT_EQ(refused, kRounds);
+    EXPECT_EQ(opened, kRounds);
 }
 
 } // namespace
