@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdint>
 #include <limits>
+#include <ostream>
 #include <string>
 
 namespace
@@ -18,6 +19,11 @@ struct TextCase
     std::int64_t units;
     std::uint16_t decimalsAfter;
 };
+
+void PrintTo(const TextCase& row, std::ostream* stream)
+{
+    *stream << row.name;
+}
 
 const TextCase kTextCases[] = {
     {"GroupedWithACommaFindsTheComma", "1.234,56", 0xFFFF, 12345600000, 2},
