@@ -1,0 +1,9 @@
+#pragma once
+
+namespace port
+{
+
+/// Whether COM is initialised on the calling thread.
+bool ThreadHasApartment();
+
+} // namespace port
