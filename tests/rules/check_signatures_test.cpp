@@ -35,7 +35,7 @@ TEST_F(SignatureCheck, SatisfiedRuleGivesOneRowAndAnInformation)
     EXPECT_STREQ(reasonText.SafeGetString(), L"before");
     ExpectEvent(0, L"CHECK SIGNATURES RULES SUCCESS\r\n" + AnaWithin(1000.0) + L"\r\n");
     EXPECT_THAT(Column(L"STATUT"), ElementsAre(L"1"));
-    EXPECT_THAT(Column(L"MOTIF"), ElementsAre(AnaWithin(1000.0) + L" : "));
+    EXPECT_THAT(Column(L"MOTIF"), ElementsAre(Stored(AnaWithin(1000.0) + L" : ")));
     EXPECT_TRUE(trail.ran);
     EXPECT_TRUE(trail.rulesComplete);
     EXPECT_TRUE(trail.problem.IsEmpty());
@@ -105,7 +105,8 @@ TEST_F(SignatureCheck, SuccessThenFailureIsRefusedWithBothRows)
     EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictFailed);
     EXPECT_EQ(std::wstring(reasonText.SafeGetString()), AnaAbove(50.0));
     EXPECT_THAT(Column(L"STATUT"), ElementsAre(L"2", L"2"));
-    EXPECT_THAT(Column(L"MOTIF"), ElementsAre(AnaWithin(1000.0) + L" : ", AnaAbove(50.0) + L" : "));
+    EXPECT_THAT(Column(L"MOTIF"),
+                ElementsAre(Stored(AnaWithin(1000.0) + L" : "), Stored(AnaAbove(50.0) + L" : ")));
     ExpectEvent(2, L"CHECK SIGNATURES RULES FAILED\r\n" + AnaWithin(1000.0) + L"\r\n" +
                        AnaAbove(50.0) + L"\r\n");
     EXPECT_EQ(trail.rowsDue, 2U);
@@ -119,7 +120,8 @@ TEST_F(SignatureCheck, FailureThenSuccessIsRefusedWithBothRows)
     EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictFailed);
     EXPECT_EQ(std::wstring(reasonText.SafeGetString()), AnaAbove(50.0));
     EXPECT_THAT(Column(L"STATUT"), ElementsAre(L"2", L"2"));
-    EXPECT_THAT(Column(L"MOTIF"), ElementsAre(AnaAbove(50.0) + L" : ", AnaWithin(1000.0) + L" : "));
+    EXPECT_THAT(Column(L"MOTIF"),
+                ElementsAre(Stored(AnaAbove(50.0) + L" : "), Stored(AnaWithin(1000.0) + L" : ")));
 }
 
 TEST_F(SignatureCheck, RuleWithoutRecordDoesNotCount)
@@ -158,8 +160,8 @@ TEST_P(UnmatchedRule, IsNoRuleAndNoRefusal)
     ExpectEvent(1, L"CHECK SIGNATURES RULES NOT FOUND\r\n" + lines +
                        MessageLine(1805, GetParam().signers));
     EXPECT_THAT(Column(L"STATUT"), ElementsAre(L"0"));
-    EXPECT_THAT(Column(L"SIGNER1"), ElementsAre(L" "));
-    EXPECT_THAT(Column(L"SIGNER2"), ElementsAre(L" "));
+    EXPECT_THAT(Column(L"SIGNER1"), ElementsAre(Stored(L" ")));
+    EXPECT_THAT(Column(L"SIGNER2"), ElementsAre(Stored(L" ")));
 }
 
 const UnmatchedCase kUnmatched[] = {

@@ -21,9 +21,9 @@ TEST_F(QuoteInAName, QuotesInHolderNamesReachTheRow)
 
     EXPECT_EQ(Check(L"Pat"), rules::kVerdictSuccess);
     EXPECT_THAT(Column(L"SIGNER1"), ElementsAre(L"Pat' O'Brien"));
-    EXPECT_EQ(Column(L"MOTIF")[0], testing_support::MessageText(1803, L"O'Brien", L"Pat'", L"Pat",
-                                                                100.0, kNone, 1000.0, kNone) +
-                                       L" : ");
+    const std::wstring reason = testing_support::MessageText(1803, L"O'Brien", L"Pat'", L"Pat",
+                                                             100.0, kNone, 1000.0, kNone);
+    EXPECT_THAT(Column(L"MOTIF"), ElementsAre(Stored(reason + L" : ")));
     EXPECT_TRUE(trail.problem.IsEmpty());
 }
 
