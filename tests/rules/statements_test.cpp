@@ -122,7 +122,7 @@ TEST(Statements, DecisionRowHoldsEveryColumn)
 
 TEST(Statements, NoRuleRowHasBlankSignersAndTheFindingAlone)
 {
-    const HistoryFacts facts = {kContract, kOrder, L"cert one", 0};
+    const HistoryFacts facts = {kContract, kOrder, L"cert one", 2};
 
     EXPECT_STREQ(rules::NoRuleRow(facts, L"nobody's rule").SafeGetString(),
                  Insert(L"1,'0','PARTNER1',9,'SERVICE1','CLIENT1',42,'ORDER1',0,N' ',N' ',"
