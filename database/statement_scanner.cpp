@@ -74,11 +74,11 @@ private:
         {
             CopyTo(EndOfQuoted(L']'));
         }
-        else if (StartsWith(L"--"))
+        else if (PairStands(L'-', L'-'))
         {
             CopyComment(L"\n");
         }
-        else if (StartsWith(L"/*"))
+        else if (PairStands(L'/', L'*'))
         {
             CopyComment(L"*/");
         }
@@ -224,9 +224,10 @@ private:
                           { return expected == AsciiUpper(each); });
     }
 
-    bool StartsWith(std::wstring_view mark) const
+    bool PairStands(wchar_t first, wchar_t second) const
     {
-        return m_source.substr(m_at, mark.size()) == mark;
+        return m_source[m_at] == first && m_at + 1 < m_source.size() &&
+               m_source[m_at + 1] == second;
     }
 
     bool FollowsName() const { return m_at > 0 && IsNameCharacter(m_source[m_at - 1]); }

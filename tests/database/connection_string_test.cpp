@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace
 {
 
@@ -43,6 +45,11 @@ struct Fault
     const char* text;
     const char* fault;
 };
+
+void PrintTo(const Fault& each, std::ostream* stream)
+{
+    *stream << each.name;
+}
 
 const Fault kFaults[] = {
     {"Empty", "", "The connection string is empty."},

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 namespace
@@ -18,6 +19,11 @@ struct Rewriting
     const wchar_t* statement;
     const wchar_t* sqlite;
 };
+
+void PrintTo(const Rewriting& each, std::ostream* stream)
+{
+    *stream << each.name;
+}
 
 const Rewriting kRewritings[] = {
     {"NationalLiteralLosesItsPrefix", L"WHERE CN = N'Ana'", L"WHERE CN = 'Ana'"},
@@ -85,6 +91,11 @@ struct Refusal
     const wchar_t* statement;
     const char* refusedBy;
 };
+
+void PrintTo(const Refusal& each, std::ostream* stream)
+{
+    *stream << each.name;
+}
 
 constexpr const char* kAll = "SPMTO";
 constexpr const char* kNone = "";

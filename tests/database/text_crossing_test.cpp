@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <ostream>
 
 using namespace database_tests;
 
@@ -17,6 +18,11 @@ struct CrossingCase
     const char* stored; ///< the bytes in the file, hexadecimal
     const char* narrow; ///< Windows-1252
 };
+
+void PrintTo(const CrossingCase& each, std::ostream* stream)
+{
+    *stream << each.name;
+}
 
 const std::wstring kSmiley = sizeof(wchar_t) == 2 ? std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}
                                                   : std::wstring(1, static_cast<wchar_t>(0x1F600));
