@@ -161,10 +161,10 @@ TEST_F(Profile, LinesEndWithCrLfLfOrALoneCr)
 
 TEST_F(Profile, EndOfFileMarkAndNulEndTheLineAlone)
 {
-    Write(std::string("[A]\na=1\x1A"
-                      "2\nb=1\0"
-                      "2\nc=3\n",
-                      22));
+    const char bytes[] = "[A]\na=1\x1A"
+                         "2\nb=1\0"
+                         "2\nc=3\n";
+    Write(std::string(bytes, sizeof bytes - 1));
     EXPECT_EQ(Section("A"), "a=1|b=1|c=3|");
 }
 
