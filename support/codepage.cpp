@@ -9,10 +9,8 @@ namespace
 {
 
 using support::AppendCodePoint;
-using support::IsHighSurrogate;
 using support::IsSurrogate;
 using support::kReplacementCharacter;
-using support::NextCodePoint;
 
 constexpr char32_t kLargestCharacter = 0x10FFFF;
 constexpr unsigned kFirstOwn = 0x80; // bytes 80 to 9F are where the code page has its own order

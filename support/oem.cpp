@@ -8,5 +8,6 @@
 void printfCharToOem(const char* text)
 {
     const std::string shown = support::Utf8FromNarrow(text == nullptr ? "" : text);
-    std::fputs(shown.c_str(), stderr);
+    // There is nowhere left to tell that standard error cannot be written.
+    static_cast<void>(std::fputs(shown.c_str(), stderr));
 }

@@ -1,5 +1,5 @@
 #pragma once
 
-/// Writes a Windows-1252 text to standard error in the terminal's encoding. The library itself
+/// Writes a Windows-1252 text to standard error in UTF-8, as terminals take it. The library itself
 /// never writes to standard output.
 void printfCharToOem(const char* text);

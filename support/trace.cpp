@@ -56,7 +56,7 @@ private:
     using Clock = std::chrono::steady_clock;
 
     // A section that grows beyond it is written in parts, so that memory stays bounded.
-    static constexpr std::size_t kLargestSection = 64 * 1024;
+    static constexpr std::size_t kLargestSection = std::size_t{64} * 1024;
 
     static std::string LocalTimeText()
     {

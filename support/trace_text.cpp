@@ -13,9 +13,9 @@ constexpr const char* kIndentation = "    ";
 /// What the character is shown as; empty when it is shown as it is.
 std::string Escape(wchar_t character)
 {
-    const auto value = static_cast<unsigned>(character);
-    constexpr unsigned lineSeparator = 0x2028;
-    constexpr unsigned paragraphSeparator = 0x2029;
+    const auto value = static_cast<char32_t>(character);
+    constexpr char32_t lineSeparator = 0x2028;
+    constexpr char32_t paragraphSeparator = 0x2029;
     switch (value)
     {
     case '\t':

@@ -43,6 +43,8 @@ TSimpleString::~TSimpleString()
     Buffer(m_text, m_length, m_capacity).Release();
 }
 
+// The buffer copes with its own text.
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp)
 TSimpleString& TSimpleString::operator=(const TSimpleString& other)
 {
     Buffer(m_text, m_length, m_capacity).Assign(Buffer::ViewOf(other.m_text, other.m_length));

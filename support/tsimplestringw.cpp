@@ -41,6 +41,8 @@ TSimpleStringW::~TSimpleStringW()
     Buffer(m_text, m_length, m_capacity).Release();
 }
 
+// The buffer copes with its own text.
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp)
 TSimpleStringW& TSimpleStringW::operator=(const TSimpleStringW& other)
 {
     Buffer(m_text, m_length, m_capacity).Assign(Buffer::ViewOf(other.m_text, other.m_length));

@@ -22,6 +22,11 @@ TEST(PrintfCharToOem, WritesToStandardErrorOnly)
     EXPECT_EQ(ShownBy("\nError INI : col TOTAL not found"), "\nError INI : col TOTAL not found");
 }
 
+TEST(PrintfCharToOem, AccentsOfWindows1252AreShownAsUtf8)
+{
+    EXPECT_EQ(ShownBy("R\xE8gle \x80"), "R\xC3\xA8gle \xE2\x82\xAC");
+}
+
 TEST(PrintfCharToOem, TheTextIsNoTemplate)
 {
     EXPECT_EQ(ShownBy("100%s%n%d"), "100%s%n%d");
