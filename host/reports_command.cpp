@@ -85,7 +85,8 @@ std::string AsTable(const std::vector<StoredReport>& reports)
 // The document line by line, so that its own line ends stay but nothing else acts on a terminal.
 std::string Shown(const StoredReport& report)
 {
-    std::string text = "\n" + Printable(report.path) + "\n";
+    std::string text = "\n";
+    text += Printable(report.path) + "\n";
     std::size_t begin = 0;
     while (begin < report.document.size())
     {

@@ -20,12 +20,6 @@ std::string Padded(const std::string& text, std::size_t width, bool right)
     return right ? blanks + text : text + blanks;
 }
 
-void AppendLine(std::string& text, std::string line)
-{
-    line.erase(line.find_last_not_of(' ') + 1);
-    text += line + "\n";
-}
-
 // Takes from the front of `rest` what fits into one line.
 std::string TakeLine(std::u32string& rest, std::size_t width)
 {
@@ -91,58 +85,72 @@ void Table::AddRow(std::vector<std::string> cells)
     m_rows.push_back(std::move(cells));
 }
 
+std::string Table::Line(const std::vector<std::string>& cells,
+                        const std::vector<std::size_t>& widths) const
+{
+    std::string line;
+    for (std::size_t index = 0; index < m_columns.size(); ++index)
+    {
+        line += index == 0 ? "" : kGap;
+        line += Padded(cells[index], widths[index], m_columns[index].align == Align::Right);
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    line += '\n';
+    return line;
+}
+
 std::string Table::Text() const
 {
+    std::vector<std::string> titles;
     std::vector<std::size_t> widths;
     for (const Column& column : m_columns)
     {
+        titles.push_back(column.title);
         widths.push_back(DisplayWidth(column.title));
     }
-    std::vector<std::vector<std::vector<std::string>>> wrapped;
+    std::vector<std::vector<std::string>> lines;
     for (const auto& row : m_rows)
     {
-        auto& cells = wrapped.emplace_back();
-        for (std::size_t index = 0; index < row.size(); ++index)
+        AppendWrapped(row, lines);
+    }
+    for (const auto& line : lines)
+    {
+        for (std::size_t index = 0; index < line.size(); ++index)
         {
-            cells.push_back(Wrapped(row[index], m_columns[index].widest));
-            for (const std::string& line : cells.back())
-            {
-                widths[index] = std::max(widths[index], DisplayWidth(line));
-            }
+            widths[index] = std::max(widths[index], DisplayWidth(line[index]));
         }
     }
+    std::vector<std::string> ruler;
+    for (const std::size_t width : widths)
+    {
+        ruler.emplace_back(width, '-');
+    }
+    lines.insert(lines.begin(), {titles, ruler});
 
     std::string text;
-    std::string titles;
-    std::string ruler;
-    for (std::size_t index = 0; index < m_columns.size(); ++index)
+    for (const auto& line : lines)
     {
-        const bool right = m_columns[index].align == Align::Right;
-        titles += (index == 0 ? "" : kGap) + Padded(m_columns[index].title, widths[index], right);
-        ruler += (index == 0 ? "" : kGap) + std::string(widths[index], '-');
-    }
-    AppendLine(text, titles);
-    AppendLine(text, ruler);
-    for (const auto& cells : wrapped)
-    {
-        std::size_t height = 0;
-        for (const auto& cell : cells)
-        {
-            height = std::max(height, cell.size());
-        }
-        for (std::size_t line = 0; line < height; ++line)
-        {
-            std::string shown;
-            for (std::size_t index = 0; index < cells.size(); ++index)
-            {
-                const bool right = m_columns[index].align == Align::Right;
-                const std::string part = line < cells[index].size() ? cells[index][line] : "";
-                shown += (index == 0 ? "" : kGap) + Padded(part, widths[index], right);
-            }
-            AppendLine(text, shown);
-        }
+        text += Line(line, widths);
     }
     return text;
+}
+
+void Table::AppendWrapped(const std::vector<std::string>& row,
+                          std::vector<std::vector<std::string>>& lines) const
+{
+    const std::size_t first = lines.size();
+    for (std::size_t index = 0; index < row.size(); ++index)
+    {
+        const auto parts = Wrapped(row[index], m_columns[index].widest);
+        while (lines.size() < first + parts.size())
+        {
+            lines.emplace_back(m_columns.size());
+        }
+        for (std::size_t below = 0; below < parts.size(); ++below)
+        {
+            lines[first + below][index] = parts[below];
+        }
+    }
 }
 
 } // namespace host

@@ -35,6 +35,13 @@ private:
         std::size_t widest = 0;
     };
 
+    /// One line of cells, each padded to its width.
+    std::string Line(const std::vector<std::string>& cells,
+                     const std::vector<std::size_t>& widths) const;
+    /// Adds the lines that one row takes.
+    void AppendWrapped(const std::vector<std::string>& row,
+                       std::vector<std::vector<std::string>>& lines) const;
+
     std::vector<Column> m_columns;
     std::vector<std::vector<std::string>> m_rows;
 };

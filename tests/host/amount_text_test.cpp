@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 namespace
@@ -39,6 +40,11 @@ struct Accepted
     double amount;
 };
 
+void PrintTo(const Accepted& each, std::ostream* stream)
+{
+    *stream << each.name;
+}
+
 class AmountText : public testing::TestWithParam<Accepted>
 {
 };
@@ -70,6 +76,11 @@ struct Refused
     const char* text;
     const char* reason;
 };
+
+void PrintTo(const Refused& each, std::ostream* stream)
+{
+    *stream << each.name;
+}
 
 class RefusedAmountText : public testing::TestWithParam<Refused>
 {
