@@ -1,8 +1,7 @@
 #include "amounts/format_conversion.h"
 
-#include "port/kernel.h"
+#include "amounts/engine_session.h"
 #include "support/checked_copy.h"
-#include "support/trace.h"
 
 #include <cstddef>
 
@@ -17,18 +16,13 @@ bool IsMissing(const char* text)
     return text == nullptr || *text == '\0';
 }
 
-// Why the engine did not run.
-TSimpleString RunConversion(const amounts::AmountSource& source)
+int Fail(const TSimpleString& error, char* errorText)
 {
-    TSimpleString error;
-    if (IsMissing(source.format1) || IsMissing(source.format2) || IsMissing(source.fileName))
+    if (errorText != nullptr)
     {
-        error.LoadStringA(kFormatMissing);
-        return error;
+        support::TruncatingCopy(errorText, kErrorTextSize, error.SafeGetString());
     }
-    // This version has no way to register a conversion engine, so the run object is never there.
-    error.GenerateString("Initialize CFFmtRun Error : %d", static_cast<int>(GetLastError()));
-    return error;
+    return 0;
 }
 
 } // namespace
@@ -38,21 +32,14 @@ namespace amounts
 
 int ExecWorkFmt(const AmountSource& source, char* errorText)
 {
-    const TSimpleString error = RunConversion(source);
-    if (errorText != nullptr)
+    if (IsMissing(source.format1) || IsMissing(source.format2) || IsMissing(source.fileName))
     {
-        support::TruncatingCopy(errorText, kErrorTextSize, error.SafeGetString());
+        TSimpleString error;
+        error.LoadStringA(kFormatMissing);
+        return Fail(error, errorText);
     }
-    return 0;
-}
-
-int GetMaxAmountFile(const AmountSource& source, FileTotals& totals, char* /*currencyCode*/,
-                     char* errorText)
-{
-    TimeTraceDump(source.trace, "GET MAX AMOUNT AUTHORIZED", 0, 0);
-    totals = FileTotals();
-    // Without a conversion there are no work files to read the totals from.
-    return ExecWorkFmt(source, errorText);
+    EngineSession session(source.fileName, source.format1, source.format2);
+    return session.Convert() ? 1 : Fail(session.ErrorText(), errorText);
 }
 
 } // namespace amounts
