@@ -1,7 +1,8 @@
 #pragma once
 
-#include "port/unwind.h"
 #include "services/tpipeexception.h"
+
+#include <exception>
 
 namespace services
 {
@@ -21,12 +22,14 @@ bool GuardPipe(Body&& body, OnPipe&& onPipe, OnOther&& onOther)
     {
         onPipe(raised);
     }
-    catch (port::ForcedUnwind&)
-    {
-        throw;
-    }
     catch (...)
     {
+        // What unwinds a cancelled thread is no C++ exception, and a handler that ends it ends the
+        // process.
+        if (std::current_exception() == nullptr)
+        {
+            throw;
+        }
         onOther();
     }
     return false;

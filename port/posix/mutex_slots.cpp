@@ -1,5 +1,6 @@
 #include "port/posix/mutex_slots.h"
 
+#include <memory>
 #include <new>
 
 namespace port
@@ -35,11 +36,16 @@ bool AddBlock()
         return false;
     }
     const std::uint32_t size = kFirstBlock << block;
-    auto* const slots = new (std::nothrow) MutexSlot[size];
-    if (slots == nullptr)
+    // Without the length that an array would keep before its first element: leak checkers follow
+    // pointers to the start of a block.
+    void* const memory = ::operator new(size * sizeof(MutexSlot),
+                                        std::align_val_t(alignof(MutexSlot)), std::nothrow);
+    if (memory == nullptr)
     {
         return false;
     }
+    auto* const slots = static_cast<MutexSlot*>(memory);
+    std::uninitialized_default_construct_n(slots, size);
     for (std::uint32_t index = 0; index < size; ++index)
     {
         slots[index].number = size - kFirstBlock + index + 1;

@@ -31,9 +31,9 @@ void PrintTo(const OutcomeCase& each, std::ostream* stream)
 }
 
 const std::vector<std::string> kC1001 = {"DUPONTSA", "CCT", "TRESOR"};
-const std::vector<std::string> kC1002 = {"DUPONTSA", "CDD", "TRESOR"};
+const std::vector<std::string> kC1002 = {"DUPONTSA", "CCU", "TRESOR"};
 const std::vector<std::string> kC2001 = {"MUELLER", "CCT", "KASSE"};
-const std::vector<std::string> kC2002 = {"MUELLER", "CDD", "KASSE"};
+const std::vector<std::string> kC2002 = {"MUELLER", "CCU", "KASSE"};
 const std::vector<std::string> kC3001 = {"IBEREXPO", "CCT", "NOMINAS"};
 const std::vector<std::string> kC3002 = {"IBEREXPO", "CDD", "COBROS"};
 const std::vector<std::string> kC4001 = {"LACROIX", "CCT", "ETUDE"};

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <dlfcn.h>
 #include <filesystem>
 #include <string>
@@ -320,7 +321,8 @@ TEST(PosixComTables, StartWithThreeEntriesOfUnknownAndFourOfDispatch)
     Positions object;
     // Every entry is called as one without arguments: none of them reads any.
     using Entry = std::int32_t (*)(void*);
-    const auto* const table = *reinterpret_cast<const Entry* const*>(&object);
+    const Entry* table = nullptr;
+    std::memcpy(&table, static_cast<const void*>(&object), sizeof table);
     for (int position = 0; position < 8; ++position)
     {
         EXPECT_EQ(table[position](&object), position);
