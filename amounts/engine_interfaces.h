@@ -18,7 +18,7 @@ inline constexpr IID kRunInterface = {
 inline constexpr IID kWorkInterface = {
     0xD586764A, 0xE6D9, 0x4A0B, {0x88, 0xF4, 0xA4, 0xA8, 0x24, 0x50, 0xC8, 0xE8}};
 
-/// Option of a work: the order file is read and checked, no work file is written.
+/// Option of a work: the order file is read and checked, no work file stays.
 inline constexpr LONG kCheckOnly = 2;
 
 /// Describes one work (a conversion).

@@ -60,13 +60,16 @@ bool FindWork(const std::string& format1, const std::string& format2, Work& work
     return false;
 }
 
-void Convert(Work work, const std::string& orderFile, const std::string& stem)
+void Convert(Work work, const std::string& orderFile, const std::string& stem, ConversionMode mode)
 {
     OrderFile file(orderFile);
     ConversionOutput output(stem);
     Run(work, file, output);
     file.CheckUnchanged();
-    output.Publish();
+    if (mode == ConversionMode::WriteWorkFiles)
+    {
+        output.Publish();
+    }
 }
 
 } // namespace engine

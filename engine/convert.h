@@ -19,8 +19,15 @@ enum class Work
 /// does not count. False for an unknown pair.
 bool FindWork(const std::string& format1, const std::string& format2, Work& work);
 
+enum class ConversionMode
+{
+    WriteWorkFiles,
+    CheckOnly, ///< as far as a failure can be met; nothing is left behind
+};
+
 /// Converts the order file into the six work files named from `stem`. Paths are Windows-1252.
 /// Raises engine::Failure with nothing left behind.
-void Convert(Work work, const std::string& orderFile, const std::string& stem);
+void Convert(Work work, const std::string& orderFile, const std::string& stem,
+             ConversionMode mode = ConversionMode::WriteWorkFiles);
 
 } // namespace engine

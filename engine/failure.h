@@ -20,6 +20,7 @@ enum class FailureNumber : int
     Hostile = 122,
     OutputUnwritable = 130,
     OutOfMemory = 140,
+    Unexpected = 150,
 };
 
 /// Ends a conversion: the file cannot be read as its format at all, or the work files cannot be

@@ -1,0 +1,8 @@
+#include "engine/com_object.h"
+
+namespace engine
+{
+
+std::atomic<long> ModuleReference::s_count{0};
+
+} // namespace engine
