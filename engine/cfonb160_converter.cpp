@@ -82,6 +82,7 @@ private:
     ConversionOutput& m_output;
     FixedRecordSource m_records;
     bool m_open = false;
+    std::string m_operation = "02";
     bool m_bills = false;
     bool m_debits = false;
     bool m_urgent = false;
@@ -138,7 +139,7 @@ void Cfonb160::Handle(const FixedRecord& record)
     else if (code != "07" && code != "16")
     {
         // 07 and 16 complete the order before them and are no orders themselves.
-        Tell(Finding::RecordMalformed, "Unknown record code " + std::string(code));
+        m_records.TellUnknownCode(record);
     }
 }
 
@@ -146,6 +147,7 @@ void Cfonb160::Header(const FixedRecord& record)
 {
     EndOpenRemittance();
     const std::string_view operation = record.Zone(3, 2);
+    m_operation = operation;
     m_bills = operation == kBills;
     m_debits = m_bills || Contains(kDebitCodes, operation);
     m_urgent = operation == kTreasury;
@@ -224,6 +226,11 @@ void Cfonb160::Detail(const FixedRecord& record)
     if (!m_open)
     {
         OpenWithoutHeader();
+    }
+    if (record.Zone(3, 2) != m_operation)
+    {
+        Tell(Finding::RecordOutOfPlace, "Operation code " + std::string(record.Zone(3, 2)) +
+                                            " in a remittance of " + m_operation);
     }
     OrderRow order;
     order.record = std::to_string(m_records.Number());

@@ -118,7 +118,7 @@ void Cfonb320::Handle(const FixedRecord& record)
     }
     else if (code != "05" && code != "06" && code != "07")
     {
-        Tell(Finding::RecordMalformed, "Unknown record code " + std::string(code));
+        m_records.TellUnknownCode(record);
     }
     else if (!m_orderPending)
     {

@@ -14,6 +14,7 @@ namespace
 
 constexpr std::uint16_t kUnknown = 0xFFFF;
 constexpr unsigned kUsualDecimals = 2;
+constexpr std::size_t kShownCharacters = 40;
 // An amount unit is 10^-7: a reader would scale more decimals wrongly.
 constexpr unsigned kMostDecimals = 7;
 // Marks a row that counts; readers stop at the first row without it.
@@ -27,10 +28,18 @@ std::uint16_t CurrencyDecimals(const std::string& currency)
                                            : GlobalResourceDevise->GetDecimals(currency.c_str(), 0);
 }
 
+bool IsCurrencyCode(const std::string& currency)
+{
+    constexpr std::size_t kLength = 3;
+    return currency.size() == kLength && std::all_of(currency.begin(), currency.end(),
+                                                     [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
+// Only codes are told apart: sums are kept for each, and a file must not choose how many.
 const std::string& WrittenCurrency(const std::string& currency)
 {
     static const std::string none = kNoCurrency;
-    return currency.empty() ? none : currency;
+    return IsCurrencyCode(currency) ? currency : none;
 }
 
 } // namespace
@@ -74,7 +83,13 @@ void ConversionOutput::CheckCurrency(const OrderRow& order)
         return;
     }
     const std::uint16_t decimals = CurrencyDecimals(order.currency);
-    if (decimals == kUnknown)
+    if (!IsCurrencyCode(order.currency))
+    {
+        AddError(m_position, order.record, Finding::CurrencyUnknown,
+                 "Currency " + order.currency.substr(0, kShownCharacters) +
+                     " is no code of three capital letters");
+    }
+    else if (decimals == kUnknown)
     {
         AddError(m_position, order.record, Finding::CurrencyUnknown,
                  "Currency " + order.currency + " has no known number of decimals");

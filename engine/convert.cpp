@@ -3,6 +3,7 @@
 #include "engine/cfonb160_converter.h"
 #include "engine/cfonb320_converter.h"
 #include "engine/conversion_output.h"
+#include "engine/failure.h"
 #include "engine/mt101_converter.h"
 #include "engine/order_file.h"
 #include "engine/pain_converter.h"
@@ -27,7 +28,7 @@ constexpr WorkName kWorks[] = {
     {"SWIFT", "MT101", Work::Mt101},
 };
 
-void Run(Work work, OrderFile& file, ConversionOutput& output)
+void RunConverter(Work work, OrderFile& file, ConversionOutput& output)
 {
     switch (work)
     {
@@ -64,7 +65,16 @@ void Convert(Work work, const std::string& orderFile, const std::string& stem, C
 {
     OrderFile file(orderFile);
     ConversionOutput output(stem);
-    Run(work, file, output);
+    try
+    {
+        RunConverter(work, file, output);
+    }
+    catch (const Failure&)
+    {
+        // A file that changed under the reader may look malformed.
+        file.CheckUnchanged();
+        throw;
+    }
     file.CheckUnchanged();
     if (mode == ConversionMode::WriteWorkFiles)
     {

@@ -1,5 +1,8 @@
 #include "engine/fixed_records.h"
 
+#include "engine/failure.h"
+#include "support/format.h"
+
 #include <algorithm>
 
 namespace engine
@@ -38,7 +41,7 @@ bool FixedRecord::IsBlank() const
 }
 
 FixedRecordSource::FixedRecordSource(OrderFile& file, ConversionOutput& output, std::size_t length)
-    : m_lines(file), m_output(output), m_length(length),
+    : m_file(file), m_lines(file), m_output(output), m_length(length),
       m_separated(m_lines.HasLineEndWithin(length + 2U))
 {
 }
@@ -46,6 +49,22 @@ FixedRecordSource::FixedRecordSource(OrderFile& file, ConversionOutput& output, 
 bool FixedRecordSource::Read(std::string& text)
 {
     return m_separated ? m_lines.NextLine(text, kLongestLine) : m_lines.NextRecord(text, m_length);
+}
+
+void FixedRecordSource::TellUnknownCode(const FixedRecord& record)
+{
+    const std::string code(record.Code());
+    if (m_separated)
+    {
+        m_output.AddError(Number(), std::to_string(Number()), Finding::RecordMalformed,
+                          "Unknown record code " + code);
+        return;
+    }
+    throw Failure(FailureNumber::Malformed,
+                  support::FormatA("Order file %s, record %I64u: unknown record code '%s'; without "
+                                   "line ends every record has %u characters",
+                                   m_file.Path().c_str(), static_cast<unsigned long long>(Number()),
+                                   code.c_str(), static_cast<unsigned int>(m_length)));
 }
 
 bool FixedRecordSource::Next(FixedRecord& record)

@@ -39,10 +39,14 @@ public:
     /// False at the end; blank records are passed over.
     bool Next(FixedRecord& record);
     std::uint64_t Number() const noexcept { return m_lines.Number(); }
+    /// A record code that the format does not have: an error row, but without line ends the records
+    /// cannot have their length, and the file is refused.
+    void TellUnknownCode(const FixedRecord& record);
 
 private:
     bool Read(std::string& text);
 
+    OrderFile& m_file;
     LineSource m_lines;
     ConversionOutput& m_output;
     std::size_t m_length;

@@ -16,6 +16,7 @@ namespace engine
 namespace
 {
 
+constexpr char kDecimalComma = ',';
 constexpr std::array<std::string_view, 4> kPreciousMetals = {"XAU", "XAG", "XPD", "XPT"};
 
 // What an ordering customer or beneficiary field holds.
@@ -82,6 +83,7 @@ private:
     void TakeOfMessage(const MtField& field);
     void TakeOfOrder(const MtField& field);
     void TakeAmount(const MtField& field, RawAmount& amount);
+    RawAmount CountingAmount();
     void OpenRemittance();
     std::string Record() const;
     void Tell(Finding finding, const std::string& text);
@@ -254,13 +256,36 @@ void Mt101::TakeAmount(const MtField& field, RawAmount& amount)
 {
     constexpr std::size_t kCodeLength = 3;
     const std::string& text = field.lines.front();
-    if (amount.present)
+    const RawAmount read{text.size() > kCodeLength ? text.substr(kCodeLength) : std::string(),
+                         text.substr(0, kCodeLength), true};
+    if (!amount.present)
     {
-        Tell(Finding::RecordOutOfPlace, "Second field " + field.tag + " in one order");
+        amount = read;
+        return;
     }
-    amount.present = true;
-    amount.currency = text.substr(0, kCodeLength);
-    amount.text = text.size() > kCodeLength ? text.substr(kCodeLength) : std::string();
+    Tell(Finding::RecordMalformed,
+         "Second field " + field.tag + " in one order; the larger one counts");
+    KeepLarger(amount, read, kDecimalComma);
+}
+
+// With EQUI the amount of 32B is zero and the ordered one stands in 33B.
+RawAmount Mt101::CountingAmount()
+{
+    if (!m_equivalent || !m_orderedAmount.present)
+    {
+        return m_amount;
+    }
+    RawAmount amount = m_orderedAmount;
+    ExactDecimal transferred;
+    if (ExactDecimal::Parse(m_amount.text, kDecimalComma, transferred) ==
+            ExactDecimal::ParseResult::Ok &&
+        !transferred.IsZero())
+    {
+        Tell(Finding::FieldMalformed,
+             "Field 32B must be zero with EQUI; the larger of 32B and 33B counts");
+        KeepLarger(amount, m_amount, kDecimalComma);
+    }
+    return amount;
 }
 
 void Mt101::EndOrder()
@@ -270,9 +295,7 @@ void Mt101::EndOrder()
         return;
     }
     m_inOrder = false;
-    // With EQUI the amount of 32B is zero and the ordered one stands in 33B.
-    const RawAmount& amount = m_equivalent && m_orderedAmount.present ? m_orderedAmount : m_amount;
-    if (!ReadAmount(amount, ',', m_output, m_position, m_order))
+    if (!ReadAmount(CountingAmount(), kDecimalComma, m_output, m_position, m_order))
     {
         return;
     }

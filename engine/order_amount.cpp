@@ -15,6 +15,20 @@ std::string Shown(const std::string& text)
 
 } // namespace
 
+void KeepLarger(RawAmount& kept, const RawAmount& other, char separator)
+{
+    ExactDecimal keptValue;
+    ExactDecimal otherValue;
+    const bool otherReads =
+        ExactDecimal::Parse(other.text, separator, otherValue) == ExactDecimal::ParseResult::Ok;
+    const bool keptReads =
+        ExactDecimal::Parse(kept.text, separator, keptValue) == ExactDecimal::ParseResult::Ok;
+    if (otherReads && (!keptReads || otherValue > keptValue))
+    {
+        kept = other;
+    }
+}
+
 bool ReadAmount(const RawAmount& amount, char separator, ConversionOutput& output,
                 std::uint64_t position, OrderRow& order)
 {

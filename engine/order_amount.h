@@ -17,6 +17,10 @@ struct RawAmount
     bool present = false;
 };
 
+/// Takes the other amount when it is larger, or when the one kept is no number: where an order has
+/// two amounts, no limit is slipped under by the smaller one.
+void KeepLarger(RawAmount& kept, const RawAmount& other, char separator);
+
 /// Reads the amount into the order, with its currency. An amount that cannot be read is told as an
 /// error row; the order is then left out, and false returned.
 bool ReadAmount(const RawAmount& amount, char separator, ConversionOutput& output,

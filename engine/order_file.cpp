@@ -1,6 +1,7 @@
 #include "engine/order_file.h"
 
 #include "engine/failure.h"
+#include "support/codepage.h"
 #include "support/format.h"
 
 #include <utility>
@@ -12,6 +13,13 @@ namespace
 {
 
 constexpr std::size_t kBlockSize = 64U * 1024U;
+// Within so many bytes the first part of a message tells its kind.
+constexpr std::size_t kPartHeader = 1024;
+
+port::FileIdentity Identify(const std::string& path)
+{
+    return port::IdentifyFile(support::Utf8FromNarrow(path));
+}
 
 } // namespace
 
@@ -23,6 +31,7 @@ OrderFile::OrderFile(std::string path) : m_path(std::move(path)), m_block(kBlock
                       support::FormatA("Cannot read order file %s (error %u)", m_path.c_str(),
                                        GetLastError()));
     }
+    m_identity = Identify(m_path);
     m_sizeAtStart = m_file.Size();
 }
 
@@ -36,13 +45,35 @@ std::string_view OrderFile::NextBlock()
                                        m_path.c_str(), static_cast<long long>(m_sizeRead),
                                        GetLastError()));
     }
+    const std::string_view block(m_block.data(), static_cast<std::size_t>(size));
+    if (m_sizeRead == 0)
+    {
+        RefuseSeveralParts(block);
+    }
     m_sizeRead += size;
-    return {m_block.data(), static_cast<std::size_t>(size)};
+    m_ended = block.empty();
+    return block;
+}
+
+void OrderFile::RefuseSeveralParts(std::string_view start) const
+{
+    const std::string_view header = start.substr(0, kPartHeader);
+    const bool boundary =
+        header.starts_with("--") && header.find("\nContent-") != std::string_view::npos;
+    if (boundary || header.starts_with("MIME-Version:") || header.starts_with("Content-Type:"))
+    {
+        throw Failure(FailureNumber::NotThisFormat,
+                      support::FormatA("Order file %s is a message in several parts: give the part "
+                                       "that is the order file",
+                                       m_path.c_str()));
+    }
 }
 
 void OrderFile::CheckUnchanged() const
 {
-    if (m_file.Size() != m_sizeAtStart || m_sizeRead != m_sizeAtStart)
+    // Text formats may stop before the end, at an end-of-file character.
+    const bool readAll = !m_ended || m_sizeRead == m_sizeAtStart;
+    if (m_file.Size() != m_sizeAtStart || !readAll || !(Identify(m_path) == m_identity))
     {
         throw Failure(
             FailureNumber::InputChanged,

@@ -16,6 +16,9 @@ namespace engine
 namespace
 {
 
+// More than any order needs: its parts may be many.
+constexpr std::size_t kLongestLabel = 4096;
+
 std::string Narrow(std::string_view utf8)
 {
     return support::NarrowFromWide(support::WideFromUtf8(utf8));
@@ -75,6 +78,7 @@ private:
     void StoreOfFile(PainField field, const std::string& text);
     void StoreOfGroup(PainField field, const std::string& text);
     void StoreOfOrder(PainField field, const std::string& text);
+    void TakeAmount(const std::string& text);
     void OpenRemittance();
     std::string OrderRecord() const;
     std::string GroupRecord() const;
@@ -103,6 +107,7 @@ private:
     bool m_groupUrgent = false;
     OrderRow m_order;
     bool m_orderUrgent = false;
+    std::string m_amountCurrency; // of the amount being read
     RawAmount m_amount;
 };
 
@@ -145,7 +150,7 @@ void PainHandler::StartElement(std::string_view name, const Attributes& attribut
         break;
     case PainField::InstructedAmount:
     case PainField::EquivalentAmount:
-        m_amount.currency = Trimmed(Narrow(attributes.Find("Ccy")));
+        m_amountCurrency = Trimmed(Narrow(attributes.Find("Ccy")));
         break;
     default:
         break;
@@ -275,6 +280,19 @@ void PainHandler::EndOrder()
     m_output.AddOrder(m_order);
 }
 
+void PainHandler::TakeAmount(const std::string& text)
+{
+    const RawAmount amount{text, m_amountCurrency, true};
+    if (!m_amount.present)
+    {
+        m_amount = amount;
+        return;
+    }
+    m_output.AddError(m_line, OrderRecord(), Finding::RecordMalformed,
+                      "Second amount in one order; the larger one counts");
+    KeepLarger(m_amount, amount, '.');
+}
+
 void PainHandler::Store(PainField field)
 {
     if (field == PainField::None)
@@ -372,8 +390,7 @@ void PainHandler::StoreOfOrder(PainField field, const std::string& text)
         break;
     case PainField::InstructedAmount:
     case PainField::EquivalentAmount:
-        m_amount.text = text;
-        m_amount.present = true;
+        TakeAmount(text);
         break;
     case PainField::Name:
         m_order.name = text;
@@ -388,7 +405,11 @@ void PainHandler::StoreOfOrder(PainField field, const std::string& text)
         m_order.bankName = text;
         break;
     case PainField::RemittanceText:
-        m_order.label += m_order.label.empty() ? text : " " + text;
+        if (m_order.label.size() < kLongestLabel)
+        {
+            m_order.label += m_order.label.empty() ? text : " " + text;
+            m_order.label.resize(std::min(m_order.label.size(), kLongestLabel));
+        }
         break;
     case PainField::RemittanceReference:
         if (m_order.label.empty())

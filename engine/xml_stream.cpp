@@ -23,6 +23,8 @@ namespace
 
 constexpr unsigned kMostNesting = 256;
 constexpr std::size_t kLongestText = 1024U * 1024U;
+// The parser keeps a tag, comment or instruction until its end is there.
+constexpr std::ptrdiff_t kLongestMarkup = 1024 * 1024;
 
 struct ContextDeleter
 {
@@ -229,6 +231,11 @@ void XmlParse::Feed(std::string_view block, bool last)
     if (m_raised != nullptr)
     {
         std::rethrow_exception(m_raised);
+    }
+    if (result == XML_ERR_OK && m_context->input != nullptr &&
+        m_context->input->end - m_context->input->cur > kLongestMarkup)
+    {
+        Refuse(FailureNumber::Hostile, "markup longer than 1 MiB");
     }
     if (result != XML_ERR_OK || m_context->wellFormed == 0)
     {

@@ -36,8 +36,8 @@ protected:
 };
 
 /// Parses the file in constant memory. Document type declarations, entities other than XML's own,
-/// nesting deeper than 256 and texts longer than 1 MiB are refused; nothing outside the file is
-/// read. Malformed or refused documents raise engine::Failure with line and column.
+/// nesting deeper than 256, texts and markup longer than 1 MiB are refused; nothing outside the
+/// file is read. Malformed or refused documents raise engine::Failure with line and column.
 void ParseXml(OrderFile& file, XmlHandler& handler);
 
 } // namespace engine
