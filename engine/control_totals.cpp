@@ -10,6 +10,12 @@ namespace
 
 constexpr unsigned kUsualDecimals = 2;
 
+std::string Shown(const std::string& text)
+{
+    constexpr std::size_t kShownCharacters = 40;
+    return text.size() <= kShownCharacters ? text : text.substr(0, kShownCharacters) + "...";
+}
+
 std::string SumText(const ExactDecimal& sum)
 {
     return sum.ToText(std::max(kUsualDecimals, sum.FractionDigits()));
@@ -30,8 +36,8 @@ void ControlTotals::Compare(ConversionOutput& output, std::uint64_t position,
         if (result != ExactDecimal::ParseResult::Ok || stated != counted)
         {
             output.AddError(position, record, findings.count,
-                            std::string("The ") + owner + " states " + m_statedCount + " orders, " +
-                                std::to_string(m_count) + " were read");
+                            std::string("The ") + owner + " states " + Shown(m_statedCount) +
+                                " orders, " + std::to_string(m_count) + " were read");
         }
     }
     if (!m_statedSum.empty())
@@ -40,7 +46,7 @@ void ControlTotals::Compare(ConversionOutput& output, std::uint64_t position,
         if (result != ExactDecimal::ParseResult::Ok || stated != m_sum)
         {
             output.AddError(position, record, findings.sum,
-                            std::string("The ") + owner + " states a sum of " + m_statedSum +
+                            std::string("The ") + owner + " states a sum of " + Shown(m_statedSum) +
                                 ", the orders read sum to " + SumText(m_sum));
         }
     }

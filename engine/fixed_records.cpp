@@ -67,6 +67,15 @@ void FixedRecordSource::TellUnknownCode(const FixedRecord& record)
                                    code.c_str(), static_cast<unsigned int>(m_length)));
 }
 
+void FixedRecordSource::TellTextBehindEnd()
+{
+    if (m_lines.HasTextBehindEnd())
+    {
+        m_output.AddError(Number(), std::to_string(Number()), Finding::RecordOutOfPlace,
+                          "Text behind the end-of-file character is not read");
+    }
+}
+
 bool FixedRecordSource::Next(FixedRecord& record)
 {
     std::string& text = record.Buffer();
@@ -74,6 +83,7 @@ bool FixedRecordSource::Next(FixedRecord& record)
     {
         if (!Read(text))
         {
+            TellTextBehindEnd();
             return false;
         }
     } while (record.IsBlank());

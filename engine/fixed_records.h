@@ -45,6 +45,7 @@ public:
 
 private:
     bool Read(std::string& text);
+    void TellTextBehindEnd();
 
     OrderFile& m_file;
     LineSource m_lines;

@@ -23,8 +23,10 @@ bool LineSource::Load()
         m_ended = m_block.empty();
         if (const std::size_t mark = m_block.find(kEndOfFile); mark != std::string_view::npos)
         {
+            m_behindMark = m_block.substr(mark);
             m_block = m_block.substr(0, mark);
             m_ended = true;
+            m_marked = true;
         }
     }
     return !m_block.empty();
@@ -83,6 +85,18 @@ bool LineSource::NextRecord(std::string& record, std::size_t length)
     }
     ++m_number;
     return true;
+}
+
+bool LineSource::HasTextBehindEnd()
+{
+    constexpr std::string_view kPadding("\x1A\0 \t\r\n", 6);
+    bool found = false;
+    while (m_marked && !found && !m_behindMark.empty())
+    {
+        found = m_behindMark.find_first_not_of(kPadding) != std::string_view::npos;
+        m_behindMark = m_file.NextBlock();
+    }
+    return found;
 }
 
 bool LineSource::HasLineEndWithin(std::size_t count)

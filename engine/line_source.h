@@ -27,6 +27,10 @@ public:
     /// Whether a line end stands within the first `count` bytes of what is left of the first block.
     bool HasLineEndWithin(std::size_t count);
 
+    /// Whether anything but padding stands behind the end-of-file character, where nothing is read.
+    /// To be asked at the end.
+    bool HasTextBehindEnd();
+
     /// Number of the line or record given last, from 1.
     std::uint64_t Number() const noexcept { return m_number; }
 
@@ -35,7 +39,9 @@ private:
 
     OrderFile& m_file;
     std::string_view m_block;
+    std::string_view m_behindMark;
     bool m_ended = false;
+    bool m_marked = false;
     std::uint64_t m_number = 0;
 };
 

@@ -351,6 +351,11 @@ void ConvertMt101(OrderFile& file, ConversionOutput& output)
         messages.Take(field);
     }
     messages.Finish();
+    if (fields.HasTextBehindEnd())
+    {
+        output.AddError(fields.Number(), std::to_string(fields.Number()), Finding::RecordOutOfPlace,
+                        "Text behind the end-of-file character is not read");
+    }
     if (!messages.FoundMessage())
     {
         throw Failure(FailureNumber::NotThisFormat,

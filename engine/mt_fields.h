@@ -25,6 +25,9 @@ public:
     /// False at the end of the file. Continuation lines belong to the field before them.
     bool Next(MtField& field);
 
+    bool HasTextBehindEnd() { return m_lines.HasTextBehindEnd(); }
+    std::uint64_t Number() const noexcept { return m_lines.Number(); }
+
 private:
     bool NextTextLine(std::string& line);
     static bool SplitTag(const std::string& line, std::string& tag, std::string& rest);

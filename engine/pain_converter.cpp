@@ -8,6 +8,7 @@
 #include "support/format.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 namespace engine
@@ -16,8 +17,9 @@ namespace engine
 namespace
 {
 
-// More than any order needs: its parts may be many.
-constexpr std::size_t kLongestLabel = 4096;
+// More than any text of the message may have. What stands in a group is written with each of its
+// orders, so a long one would multiply.
+constexpr std::size_t kLongestText = 512;
 
 std::string Narrow(std::string_view utf8)
 {
@@ -31,6 +33,20 @@ std::string Trimmed(const std::string& text)
     return first == std::string::npos
                ? std::string()
                : text.substr(first, text.find_last_not_of(kBlanks) - first + 1U);
+}
+
+std::string Shortened(const std::string& text)
+{
+    return text.substr(0, kLongestText);
+}
+
+// Texts that are compared or added: cut, they would be others.
+bool IsNumber(PainField field)
+{
+    constexpr std::array<PainField, 6> kNumbers = {
+        PainField::FileCount, PainField::FileSum,          PainField::GroupCount,
+        PainField::GroupSum,  PainField::InstructedAmount, PainField::EquivalentAmount};
+    return std::find(kNumbers.begin(), kNumbers.end(), field) != kNumbers.end();
 }
 
 // "2026-03-29" or "2026-03-29T10:00:00" as 20260329; anything else gives an empty text.
@@ -150,7 +166,7 @@ void PainHandler::StartElement(std::string_view name, const Attributes& attribut
         break;
     case PainField::InstructedAmount:
     case PainField::EquivalentAmount:
-        m_amountCurrency = Trimmed(Narrow(attributes.Find("Ccy")));
+        m_amountCurrency = Shortened(Trimmed(Narrow(attributes.Find("Ccy"))));
         break;
     default:
         break;
@@ -299,7 +315,8 @@ void PainHandler::Store(PainField field)
     {
         return;
     }
-    const std::string text = Trimmed(Narrow(m_text));
+    const std::string whole = Trimmed(Narrow(m_text));
+    const std::string text = IsNumber(field) ? whole : Shortened(whole);
     StoreOfFile(field, text);
     StoreOfGroup(field, text);
     StoreOfOrder(field, text);
@@ -405,11 +422,8 @@ void PainHandler::StoreOfOrder(PainField field, const std::string& text)
         m_order.bankName = text;
         break;
     case PainField::RemittanceText:
-        if (m_order.label.size() < kLongestLabel)
-        {
-            m_order.label += m_order.label.empty() ? text : " " + text;
-            m_order.label.resize(std::min(m_order.label.size(), kLongestLabel));
-        }
+        m_order.label += m_order.label.empty() ? text : " " + text;
+        m_order.label = Shortened(m_order.label);
         break;
     case PainField::RemittanceReference:
         if (m_order.label.empty())

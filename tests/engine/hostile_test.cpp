@@ -16,6 +16,7 @@ using engine::FailureNumber;
 using engine::Work;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing_support::TemporaryFolder;
 
 namespace
 {
@@ -52,6 +53,48 @@ std::string Nested(std::size_t depth)
     return open + close;
 }
 
+// Stands for so many letters: the table would hold them in every run of every test.
+std::string Filler(std::size_t count)
+{
+    return "@" + std::to_string(count) + "@";
+}
+
+std::string WithFiller(const std::string& bytes)
+{
+    const std::size_t start = bytes.find('@');
+    if (start == std::string::npos)
+    {
+        return bytes;
+    }
+    const std::size_t end = bytes.find('@', start + 1U);
+    const std::size_t count = std::stoul(bytes.substr(start + 1U, end - start - 1U));
+    return bytes.substr(0, start) + std::string(count, 'x') + bytes.substr(end + 1U);
+}
+
+std::string ManyAttributes(int count)
+{
+    std::string attributes;
+    for (int i = 0; i < count; ++i)
+    {
+        attributes += " a" + std::to_string(i) + "=\"\"";
+    }
+    return attributes;
+}
+
+// A header, an order and a total.
+std::string RecordsWithoutLineEnds(std::size_t length)
+{
+    std::string records;
+    for (const char* const code : {"0302", "0602", "0802"})
+    {
+        std::string record = code;
+        record.resize(length, ' ');
+        record.replace(102, 16, "0000000000010000");
+        records += record;
+    }
+    return records;
+}
+
 struct HostileCase
 {
     const char* name;
@@ -78,12 +121,32 @@ const HostileCase kHostileCases[] = {
     {"UnknownEntity", Work::Pain001, Transfer("&e;"), FailureNumber::Malformed, "line 1"},
     {"NestedTooDeep", Work::Pain001, Transfer(Nested(300)), FailureNumber::Hostile,
      "nested deeper than 256"},
-    {"TextOfTwoMebibytes", Work::Pain001, Transfer(std::string(2U << 20U, 'x')),
+    {"TextOfTwoMebibytes", Work::Pain001, Transfer(Filler(2'000'000)), FailureNumber::Hostile,
+     "longer than 1 MiB"},
+    {"ElementOfHundredMegabytes", Work::Pain001, Transfer(Filler(100'000'000)),
      FailureNumber::Hostile, "longer than 1 MiB"},
+    {"CdataOfTwoMebibytes", Work::Pain001, Transfer("<![CDATA[" + Filler(2'000'000) + "]]>"),
+     FailureNumber::Hostile, "longer than 1 MiB"},
+    {"AttributeOfTwentyMegabytes", Work::Pain001, Transfer("<a b=\"" + Filler(20'000'000) + "\"/>"),
+     FailureNumber::Hostile, "markup longer than 1 MiB"},
+    {"CommentOfTwentyMegabytes", Work::Pain001, Transfer("<!--" + Filler(20'000'000) + "-->"),
+     FailureNumber::Hostile, "markup longer than 1 MiB"},
+    {"InstructionOfTwentyMegabytes", Work::Pain001, Transfer("<?x " + Filler(20'000'000) + "?>"),
+     FailureNumber::Hostile, "markup longer than 1 MiB"},
+    {"NameOfTwentyMegabytes", Work::Pain001, Transfer("<" + Filler(20'000'000) + "/>"),
+     FailureNumber::Hostile, "markup longer than 1 MiB"},
+    {"TagOfManyAttributes", Work::Pain001, Transfer("<a" + ManyAttributes(120'000) + "/>"),
+     FailureNumber::Hostile, "markup longer than 1 MiB"},
     {"Truncated", Work::Pain001, Transfer("x").substr(0, 120), FailureNumber::Malformed, "line 1"},
     {"NulByte", Work::Pain001, Transfer(std::string("a\0b", 3)), FailureNumber::Malformed,
      "line 1"},
     {"BytesThatAreNoUtf8", Work::Pain001, Transfer("\xC3\x28"), FailureNumber::Malformed, "line 1"},
+    {"SeveralPartsFromTheBoundaryOn", Work::Pain001,
+     "--b1\r\nContent-Type: application/xml\r\n\r\n" + Transfer("x") + "\r\n--b1--\r\n",
+     FailureNumber::NotThisFormat, "several parts"},
+    {"SeveralPartsFromTheHeadOn", Work::Mt101,
+     "MIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=b1\r\n\r\n:20:A\r\n",
+     FailureNumber::NotThisFormat, "several parts"},
     {"NoXml", Work::Pain001, "0302 no xml at all", FailureNumber::Malformed, "line 1"},
     {"AnotherMessage", Work::Pain001, "<Document><CstmrDrctDbtInitn/></Document>",
      FailureNumber::NotThisFormat, "holds no pain.001 message"},
@@ -95,6 +158,8 @@ const HostileCase kHostileCases[] = {
      "header record 03"},
     {"NulBytesOnly", Work::Cfonb160, std::string(4000, '\0'), FailureNumber::NotThisFormat,
      "header record 03"},
+    {"RecordsOf155WithoutLineEnds", Work::Cfonb160, RecordsWithoutLineEnds(155),
+     FailureNumber::Malformed, "every record has 160 characters"},
     {"InternationalWithoutHeader", Work::Cfonb320, "0302" + std::string(316, ' '),
      FailureNumber::NotThisFormat, "header record 03PI"},
     {"EndlessLine", Work::Mt101, ":20:A\n" + std::string(100000, 'x'), FailureNumber::NotThisFormat,
@@ -111,8 +176,8 @@ class HostileFile : public testing::TestWithParam<HostileCase>
 
 TEST_P(HostileFile, IsRefusedAndLeavesNothing)
 {
-    const testing_support::TemporaryFolder folder;
-    const std::string order = folder.Write("order.txt", GetParam().bytes);
+    const TemporaryFolder folder;
+    const std::string order = folder.Write("order.txt", WithFiller(GetParam().bytes));
 
     const auto failure = FailureOf(GetParam().work, order, order + ".veu");
 
@@ -128,7 +193,7 @@ INSTANTIATE_TEST_SUITE_P(Files, HostileFile, testing::ValuesIn(kHostileCases),
 
 TEST(Conversion, MissingOrderFileIsNamed)
 {
-    const testing_support::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const std::string order = folder.Path("missing.xml");
     const auto failure = FailureOf(Work::Pain001, order, order + ".veu");
     ASSERT_TRUE(failure.has_value());
@@ -139,7 +204,7 @@ TEST(Conversion, MissingOrderFileIsNamed)
 
 TEST(Conversion, FolderThatCannotBeWrittenIsNamed)
 {
-    const testing_support::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const std::string order = folder.Write("order.xml", Transfer("x"));
     const auto failure = FailureOf(Work::Pain001, order, folder.Path("nowhere/order.xml.veu"));
     ASSERT_TRUE(failure.has_value());
@@ -150,7 +215,7 @@ TEST(Conversion, FolderThatCannotBeWrittenIsNamed)
 
 TEST(Conversion, LeftoversOfAnEarlierRunAreReplaced)
 {
-    const testing_support::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const std::string order = folder.Write("order.xml", Transfer("x"));
     folder.Write("order.xml.veu.bp", "leftover");
     EXPECT_FALSE(FailureOf(Work::Pain001, order, order + ".veu").has_value());
@@ -160,7 +225,7 @@ TEST(Conversion, LeftoversOfAnEarlierRunAreReplaced)
 
 TEST(Conversion, QuotesLineEndsAndTrailingBackslashesCannotBreakARow)
 {
-    const testing_support::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const std::string order =
         folder.Write("order.xml", Transfer("A \"quoted\";\nname with a final \\"));
     ASSERT_FALSE(FailureOf(Work::Pain001, order, order + ".veu").has_value());
@@ -172,9 +237,45 @@ TEST(Conversion, QuotesLineEndsAndTrailingBackslashesCannotBreakARow)
 
 TEST(Conversion, TextsAreWindows1252)
 {
-    const testing_support::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const std::string order =
         folder.Write("order.xml", Transfer("Caf\xC3\xA9 \xE2\x82\xAC \xC5\x81"));
     ASSERT_FALSE(FailureOf(Work::Pain001, order, order + ".veu").has_value());
     EXPECT_EQ(engine_tests::ReadRows(order + ".veu.cp", 4).at(0).at(13), "Caf\xE9 \x80 ?");
+}
+
+TEST(Conversion, LongTextsAreCutBeforeTheyMultiply)
+{
+    const TemporaryFolder folder;
+    std::string texts;
+    for (int i = 0; i < 50; ++i)
+    {
+        texts += "<Ustrd>" + std::string(100, 'u') + "</Ustrd>";
+    }
+    const std::string order =
+        folder.Write("order.xml", Transfer(std::string(5000, 'n') + "</Nm></Cdtr><RmtInf>" + texts +
+                                           "</RmtInf><Cdtr><Nm>"));
+    ASSERT_FALSE(FailureOf(Work::Pain001, order, order + ".veu").has_value());
+    const auto row = engine_tests::ReadRows(order + ".veu.cp", 4).at(0);
+    EXPECT_LE(row.at(12).size(), 512U);
+    EXPECT_GT(row.at(12).size(), 140U);
+}
+
+TEST(Conversion, CurrenciesThatAreNoCodesAreOneSum)
+{
+    const TemporaryFolder folder;
+    std::string orders;
+    for (const char* const currency : {"EURO", "eur", "E1R", "\"x", "EUR"})
+    {
+        orders += "<CdtTrfTxInf><Amt><InstdAmt Ccy='" + std::string(currency) +
+                  "'>1.00</InstdAmt></Amt></CdtTrfTxInf>";
+    }
+    const std::string order =
+        folder.Write("order.xml", "<Document><CstmrCdtTrfInitn><PmtInf>" + orders +
+                                      "</PmtInf></CstmrCdtTrfInitn></Document>");
+    ASSERT_FALSE(FailureOf(Work::Pain001, order, order + ".veu").has_value());
+    EXPECT_THAT(
+        engine_tests::ReadRows(order + ".veu.bp", 4),
+        ElementsAre(ElementsAre("1", "1", "1.00", "EUR"), ElementsAre("1", "1", "4.00", "XXX")));
+    EXPECT_EQ(engine_tests::ReadRows(order + ".veu.err", 1).size(), 4U);
 }
