@@ -16,9 +16,9 @@ bool g_refuseKernelMemory = false;
 
 } // namespace
 
-// Kernel objects are the only over-aligned arrays that are asked for without an exception.
-void* operator new[](std::size_t size, std::align_val_t alignment,
-                     const std::nothrow_t& /*tag*/) noexcept
+// Kernel objects are the only over-aligned memory that is asked for without an exception.
+void* operator new(std::size_t size, std::align_val_t alignment,
+                   const std::nothrow_t& /*tag*/) noexcept
 {
     const auto unit = static_cast<std::size_t>(alignment);
     return g_refuseKernelMemory ? nullptr
@@ -35,11 +35,16 @@ public:
     NoMutexes()
     {
         g_refuseKernelMemory = true;
-        while (const HANDLE handle = CreateMutexA(nullptr, FALSE, nullptr))
+        // Far more than stand ready: without the bound a refusal that fails to happen would take
+        // all of the machine's memory.
+        constexpr std::size_t kFar = 1'000'000;
+        HANDLE handle = CreateMutexA(nullptr, FALSE, nullptr);
+        for (; handle != nullptr && m_handles.size() < kFar;
+             handle = CreateMutexA(nullptr, FALSE, nullptr))
         {
             m_handles.push_back(handle);
         }
-        m_error = GetLastError();
+        m_error = handle == nullptr ? GetLastError() : ERROR_SUCCESS;
     }
     ~NoMutexes()
     {
