@@ -97,8 +97,9 @@ void TraceContract(const CheckInput& input)
 void Judge(const CheckInput& input, const TSimpleStringW& signerList, TArray<cuidRule>& rules,
            TArray<ruleSign>& decisions, TSimpleStringW& journal, CheckTrail& trail)
 {
+    trail.lookupsComplete = true;
     const SigningFacts facts = {
-        {input.sessionDatabase.Get(), input.trace, &trail.problem},
+        {input.sessionDatabase.Get(), input.trace, &trail.problem, &trail.lookupsComplete},
         input.sessionSigners,
         signerList.SafeGetString(),
         input.contract.veu,

@@ -51,10 +51,11 @@ public:
 /// What became of one check beside its verdict.
 struct CheckTrail
 {
-    bool ran = false;           ///< the rules were judged
-    bool rulesComplete = false; ///< all rules of the contract could be read
-    TSimpleString problem;      ///< the first error met, empty when there was none
-    std::uint32_t rowsDue = 0;  ///< history rows that the check owes
+    bool ran = false;             ///< the rules were judged
+    bool rulesComplete = false;   ///< all rules of the contract could be read
+    bool lookupsComplete = false; ///< every holder look-up of the rules could be read
+    TSimpleString problem;        ///< the first error met, empty when there was none
+    std::uint32_t rowsDue = 0;    ///< history rows that the check owes
     std::uint32_t rowsWritten = 0;
 };
 

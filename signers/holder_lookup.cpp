@@ -84,6 +84,10 @@ bool CompleteEntries(void* trace, TArray<signerInfo>& signers, int count,
 void Note(const HolderDirectory& directory, const char* text)
 {
     TraceValue(directory.trace, "Exception", text, kLevel);
+    if (directory.complete != nullptr)
+    {
+        *directory.complete = false;
+    }
     if (directory.problem == nullptr || !directory.problem->IsEmpty())
     {
         return;

@@ -21,6 +21,7 @@ struct HolderDirectory
     CDatabase* database;
     void* trace;
     TSimpleString* problem = nullptr; ///< when given and empty, receives an error's text
+    bool* complete = nullptr;         ///< when given, set to false by a look-up that failed
 };
 
 /// Looks up who holds a certificate. `firstName` and `lastName` hold 256 characters each and

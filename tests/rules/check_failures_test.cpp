@@ -154,6 +154,39 @@ TEST_F(CheckFailure, MoreThan128RulesAreAllJudged)
 
 // Looking holders up.
 
+TEST_F(CheckFailure, LookUpThatFailedIsToldApartFromAHolderNotFound)
+{
+    bank.With(Contract(L"C1").AloneBy(L"H1"));
+
+    EXPECT_EQ(Check(L"Nobody"), rules::kVerdictNoRule);
+    EXPECT_TRUE(trail.lookupsComplete);
+    EXPECT_TRUE(trail.problem.IsEmpty());
+
+    tables.Execute(L"DROP TABLE SSR_HOLDERID");
+    EXPECT_EQ(Check(L"Nobody"), rules::kVerdictNoRule);
+    EXPECT_FALSE(trail.lookupsComplete);
+    EXPECT_TRUE(trail.rulesComplete);
+    EXPECT_FALSE(trail.problem.IsEmpty());
+}
+
+TEST_F(CheckFailure, OneFailedLookUpOfManyIsNotForgotten)
+{
+    bank.With(Holder(L"H'3").Certificate(L"Third"))
+        .With(Contract(L"C1").AloneBy(L"H'3").AloneBy(L"H1"));
+
+    EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictSuccess);
+    EXPECT_FALSE(trail.lookupsComplete);
+}
+
+TEST_F(CheckFailure, LookUpsAreCompleteWhereTheRulesCouldNotBeRead)
+{
+    tables.Execute(L"DROP TABLE SSR_CONTRACT");
+
+    EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictNoRule);
+    EXPECT_FALSE(trail.rulesComplete);
+    EXPECT_TRUE(trail.lookupsComplete) << "none was needed";
+}
+
 TEST_F(CheckFailure, QuoteInTheSignerListFailsTheLookUpAndLosesTheRow)
 {
     bank.With(Contract(L"C1").AloneBy(L"H1"));

@@ -74,6 +74,7 @@ protected:
         EXPECT_TRUE(journal.events.empty());
         EXPECT_FALSE(trail.ran);
         EXPECT_FALSE(trail.rulesComplete);
+        EXPECT_FALSE(trail.lookupsComplete);
         EXPECT_EQ(trail.rowsDue, 0U);
         EXPECT_EQ(trail.rowsWritten, 0U);
         if (problem != nullptr)
