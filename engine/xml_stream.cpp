@@ -24,7 +24,11 @@ namespace
 constexpr unsigned kMostNesting = 256;
 constexpr std::size_t kLongestText = 1024U * 1024U;
 // The parser keeps a tag, comment or instruction until its end is there.
-constexpr std::ptrdiff_t kLongestMarkup = 1024 * 1024;
+constexpr std::ptrdiff_t kLongestMarkup = 256 * 1024;
+// The parser keeps every name and namespace that it met, and gets slower with each.
+constexpr int kMostNames = 10'000;
+// Each attribute is compared with those before it.
+constexpr int kMostAttributes = 256;
 
 struct ContextDeleter
 {
@@ -125,6 +129,7 @@ private:
 
     std::uint64_t Line() const;
     [[noreturn]] void Refuse(FailureNumber number, const char* what) const;
+    void RefuseGrowth() const;
     void Feed(std::string_view block, bool last);
 
     OrderFile& m_file;
@@ -149,6 +154,10 @@ void XmlParse::OnStart(void* context, const xmlChar* name, const xmlChar* /*pref
             if (++parse.m_depth > kMostNesting)
             {
                 parse.Refuse(FailureNumber::Hostile, "elements nested deeper than 256");
+            }
+            if (attributeCount > kMostAttributes)
+            {
+                parse.Refuse(FailureNumber::Hostile, "an element of more than 256 attributes");
             }
             parse.m_handler.StartElement(View(name), SaxAttributes(attributes, attributeCount));
         });
@@ -224,6 +233,20 @@ void XmlParse::Refuse(FailureNumber number, const char* what) const
                                    input == nullptr ? 0 : input->col, what));
 }
 
+// What the parser holds must not depend on what the file holds.
+void XmlParse::RefuseGrowth() const
+{
+    const xmlParserInput* const input = m_context->input;
+    if (input != nullptr && input->end - input->cur > kLongestMarkup)
+    {
+        Refuse(FailureNumber::Hostile, "markup longer than 256 KiB");
+    }
+    if (xmlDictSize(m_context->dict) > kMostNames)
+    {
+        Refuse(FailureNumber::Hostile, "more than 10000 different names");
+    }
+}
+
 void XmlParse::Feed(std::string_view block, bool last)
 {
     const int result =
@@ -232,11 +255,7 @@ void XmlParse::Feed(std::string_view block, bool last)
     {
         std::rethrow_exception(m_raised);
     }
-    if (result == XML_ERR_OK && m_context->input != nullptr &&
-        m_context->input->end - m_context->input->cur > kLongestMarkup)
-    {
-        Refuse(FailureNumber::Hostile, "markup longer than 1 MiB");
-    }
+    RefuseGrowth();
     if (result != XML_ERR_OK || m_context->wellFormed == 0)
     {
         throw Failure(

@@ -81,6 +81,18 @@ std::string ManyAttributes(int count)
     return attributes;
 }
 
+// The element again and again, each time with another number.
+std::string DifferentNames(const std::string& element)
+{
+    const std::size_t number = element.find('%');
+    std::string elements;
+    for (int i = 0; i < 20'000; ++i)
+    {
+        elements += element.substr(0, number) + std::to_string(i) + element.substr(number + 1U);
+    }
+    return elements;
+}
+
 // A header, an order and a total.
 std::string RecordsWithoutLineEnds(std::size_t length)
 {
@@ -128,15 +140,21 @@ const HostileCase kHostileCases[] = {
     {"CdataOfTwoMebibytes", Work::Pain001, Transfer("<![CDATA[" + Filler(2'000'000) + "]]>"),
      FailureNumber::Hostile, "longer than 1 MiB"},
     {"AttributeOfTwentyMegabytes", Work::Pain001, Transfer("<a b=\"" + Filler(20'000'000) + "\"/>"),
-     FailureNumber::Hostile, "markup longer than 1 MiB"},
+     FailureNumber::Hostile, "markup longer than 256 KiB"},
     {"CommentOfTwentyMegabytes", Work::Pain001, Transfer("<!--" + Filler(20'000'000) + "-->"),
-     FailureNumber::Hostile, "markup longer than 1 MiB"},
+     FailureNumber::Hostile, "markup longer than 256 KiB"},
     {"InstructionOfTwentyMegabytes", Work::Pain001, Transfer("<?x " + Filler(20'000'000) + "?>"),
-     FailureNumber::Hostile, "markup longer than 1 MiB"},
+     FailureNumber::Hostile, "markup longer than 256 KiB"},
     {"NameOfTwentyMegabytes", Work::Pain001, Transfer("<" + Filler(20'000'000) + "/>"),
-     FailureNumber::Hostile, "markup longer than 1 MiB"},
-    {"TagOfManyAttributes", Work::Pain001, Transfer("<a" + ManyAttributes(120'000) + "/>"),
-     FailureNumber::Hostile, "markup longer than 1 MiB"},
+     FailureNumber::Hostile, "markup longer than 256 KiB"},
+    {"ManyDifferentNames", Work::Pain001, Transfer(DifferentNames("<n%/>")), FailureNumber::Hostile,
+     "more than 10000 different names"},
+    {"ManyNamespaces", Work::Pain001, Transfer(DifferentNames("<a xmlns='urn:%'/>")),
+     FailureNumber::Hostile, "more than 10000 different names"},
+    {"TagOfManyAttributes", Work::Pain001, Transfer("<a" + ManyAttributes(300) + "/>"),
+     FailureNumber::Hostile, "more than 256 attributes"},
+    {"TagOfEndlessAttributes", Work::Pain001, Transfer("<a" + ManyAttributes(50'000) + "/>"),
+     FailureNumber::Hostile, "markup longer than 256 KiB"},
     {"Truncated", Work::Pain001, Transfer("x").substr(0, 120), FailureNumber::Malformed, "line 1"},
     {"NulByte", Work::Pain001, Transfer(std::string("a\0b", 3)), FailureNumber::Malformed,
      "line 1"},
