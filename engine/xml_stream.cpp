@@ -23,7 +23,7 @@ namespace
 
 constexpr unsigned kMostNesting = 256;
 constexpr std::size_t kLongestText = 1024U * 1024U;
-// The parser keeps a tag, comment or instruction until its end is there.
+// The parser keeps a tag, comment, instruction or CDATA section until its end is there.
 constexpr std::ptrdiff_t kLongestMarkup = 256 * 1024;
 // The parser keeps every name and namespace that it met, and gets slower with each.
 constexpr int kMostNames = 10'000;
@@ -239,7 +239,7 @@ void XmlParse::RefuseGrowth() const
     const xmlParserInput* const input = m_context->input;
     if (input != nullptr && input->end - input->cur > kLongestMarkup)
     {
-        Refuse(FailureNumber::Hostile, "markup longer than 256 KiB");
+        Refuse(FailureNumber::Hostile, "markup or CDATA longer than 256 KiB");
     }
     if (xmlDictSize(m_context->dict) > kMostNames)
     {

@@ -36,9 +36,9 @@ protected:
 };
 
 /// Parses the file in constant memory. Document type declarations, entities other than XML's own,
-/// nesting deeper than 256, texts longer than 1 MiB, markup longer than 256 KiB, more than 256
-/// attributes of an element and more than 10000 different names are refused; nothing outside the
-/// file is read. Malformed or refused documents raise engine::Failure with line and column.
+/// nesting deeper than 256, texts longer than 1 MiB, markup or CDATA longer than 256 KiB, more than
+/// 256 attributes of an element and more than 10000 different names are refused; nothing outside
+/// the file is read. Malformed or refused documents raise engine::Failure with line and column.
 void ParseXml(OrderFile& file, XmlHandler& handler);
 
 } // namespace engine
