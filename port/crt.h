@@ -13,17 +13,17 @@
 
 extern "C"
 {
-/// Called with null texts and zeroes, as release runtimes do.
-typedef void (*_invalid_parameter_handler)(const wchar_t* expression, const wchar_t* function,
-                                           const wchar_t* file, unsigned int line,
-                                           std::uintptr_t reserved);
+    /// Called with null texts and zeroes, as release runtimes do.
+    typedef void (*_invalid_parameter_handler)(const wchar_t* expression, const wchar_t* function,
+                                               const wchar_t* file, unsigned int line,
+                                               std::uintptr_t reserved);
 
-/// Installs the process's handler (null: none) and returns the one before it. Without a handler an
-/// invalid parameter ends the process.
-SIGNUTILS_PORT_API _invalid_parameter_handler
-_set_invalid_parameter_handler(_invalid_parameter_handler handler);
+    /// Installs the process's handler (null: none) and returns the one before it. Without a handler
+    /// an invalid parameter ends the process.
+    SIGNUTILS_PORT_API _invalid_parameter_handler
+    _set_invalid_parameter_handler(_invalid_parameter_handler handler);
 
-SIGNUTILS_PORT_API _invalid_parameter_handler _get_invalid_parameter_handler();
+    SIGNUTILS_PORT_API _invalid_parameter_handler _get_invalid_parameter_handler();
 }
 
 #endif

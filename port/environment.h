@@ -14,9 +14,9 @@ SIGNUTILS_PORT_API std::string Environment(const char* name);
 /// One broken-down local time.
 struct LocalTime
 {
-    int year = 0;   ///< four digits
-    int month = 0;  ///< 1 to 12
-    int day = 0;    ///< 1 to 31
+    int year = 0;  ///< four digits
+    int month = 0; ///< 1 to 12
+    int day = 0;   ///< 1 to 31
     int hour = 0;
     int minute = 0;
     int second = 0; ///< 0 to 59

@@ -69,7 +69,7 @@ private:
     std::intptr_t m_native = -1;
 };
 
-SIGNUTILS_PORT_API bool FileExists(const char* path);   ///< a regular file
+SIGNUTILS_PORT_API bool FileExists(const char* path); ///< a regular file
 SIGNUTILS_PORT_API bool FolderExists(const char* path);
 
 /// Moves a file within one volume, replacing the target at once: readers see the old or the new.

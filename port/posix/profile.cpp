@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -123,10 +124,8 @@ std::string WholeLines(const ProfileSection& section)
     return list;
 }
 
-} // namespace
-
-DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR defaultText, LPSTR buffer,
-                               DWORD size, LPCSTR fileName)
+DWORD CopyString(LPCSTR section, LPCSTR key, LPCSTR defaultText, LPSTR buffer, DWORD size,
+                 LPCSTR fileName)
 {
     const std::vector<ProfileSection> sections = SectionsOf(fileName);
     if (section == nullptr)
@@ -144,11 +143,41 @@ DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR defaultText, L
                            : CopyValue(DefaultOf(defaultText), buffer, size);
 }
 
-DWORD GetPrivateProfileSectionA(LPCSTR section, LPSTR buffer, DWORD size, LPCSTR fileName)
+DWORD CopySection(LPCSTR section, LPSTR buffer, DWORD size, LPCSTR fileName)
 {
     const std::vector<ProfileSection> sections = SectionsOf(fileName);
     const ProfileSection* const found =
         section == nullptr ? nullptr : port::FindSection(sections, section);
     // Two spare characters: lines that fit exactly count as cut, though nothing is missing.
     return CopyList(found == nullptr ? std::string() : WholeLines(*found), 2, buffer, size);
+}
+
+/// Without memory the caller gets an empty list, which is an empty text too, and the reason.
+template <typename Copying>
+DWORD WithinMemory(LPSTR buffer, DWORD size, const Copying& copying)
+{
+    try
+    {
+        return copying();
+    }
+    catch (const std::bad_alloc&)
+    {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return CopyList(std::string(), 0, buffer, size);
+    }
+}
+
+} // namespace
+
+DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR defaultText, LPSTR buffer,
+                               DWORD size, LPCSTR fileName)
+{
+    return WithinMemory(buffer, size,
+                        [=]
+                        { return CopyString(section, key, defaultText, buffer, size, fileName); });
+}
+
+DWORD GetPrivateProfileSectionA(LPCSTR section, LPSTR buffer, DWORD size, LPCSTR fileName)
+{
+    return WithinMemory(buffer, size, [=] { return CopySection(section, buffer, size, fileName); });
 }

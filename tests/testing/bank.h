@@ -48,10 +48,10 @@ struct Contract
 
     Contract& AloneBy(std::wstring holderId);
     Contract& By(std::wstring firstHolderId, std::wstring secondHolderId);
-    Contract& UpTo(std::wstring amount);     ///< of the last rule, on the file's total
+    Contract& UpTo(std::wstring amount);       ///< of the last rule, on the file's total
     Contract& OrdersUpTo(std::wstring amount); ///< of the last rule, on the largest order
-    Contract& Level(int tlevel);             ///< of the last rule
-    Contract& DoubleSignature();             ///< PROFILE 1
+    Contract& Level(int tlevel);               ///< of the last rule
+    Contract& DoubleSignature();               ///< PROFILE 1
     Contract& Profile(int profile);
     Contract& AllHolders();
     Contract& Opposition(std::wstring value);
