@@ -86,15 +86,25 @@ ExactDecimal::ParseResult ExactDecimal::Parse(std::string_view text, char separa
     }
     whole.remove_prefix(std::min(whole.find_first_not_of('0'), whole.size()));
     fraction = fraction.substr(0, fraction.find_last_not_of('0') + 1U);
-    if (whole.size() > kIntegerDigits || fraction.size() > kFractionDigits)
+    if (whole.size() > kIntegerDigits)
     {
+        value.Set(PowerOfTen(kIntegerDigits) - 1U, {});
         return ParseResult::TooManyDigits;
     }
-    const std::uint64_t number = ToNumber(whole);
-    value.m_limbs = {ToNumber(fraction) *
-                         PowerOfTen(kFractionDigits - static_cast<unsigned>(fraction.size())),
-                     number % kBase, number / kBase, 0U};
+    value.Set(ToNumber(whole), fraction.substr(0, kFractionDigits));
+    if (fraction.size() > kFractionDigits)
+    {
+        value.AddUnit(kFractionDigits);
+        return ParseResult::TooManyDigits;
+    }
     return ParseResult::Ok;
+}
+
+void ExactDecimal::Set(std::uint64_t whole, std::string_view fraction) noexcept
+{
+    m_limbs = {ToNumber(fraction) *
+                   PowerOfTen(kFractionDigits - static_cast<unsigned>(fraction.size())),
+               whole % kBase, whole / kBase, 0U};
 }
 
 void ExactDecimal::Add(const ExactDecimal& other) noexcept

@@ -27,7 +27,8 @@ public:
     };
 
     /// Reads digits with at most one separator, blanks and line ends around them and a leading plus
-    /// sign allowed. `value` is written on Ok only.
+    /// sign allowed. `value` is written on Ok and on TooManyDigits: then it is the number rounded
+    /// up to the last place, or the largest of 18 digits for one that is larger still.
     static ParseResult Parse(std::string_view text, char separator, ExactDecimal& value);
 
     void Add(const ExactDecimal& other) noexcept;
@@ -43,6 +44,7 @@ public:
     friend bool operator==(const ExactDecimal& left, const ExactDecimal& right) noexcept = default;
 
 private:
+    void Set(std::uint64_t whole, std::string_view fraction) noexcept;
     void AddUnit(unsigned decimals) noexcept;
 
     // Base 10^17, the fraction first.

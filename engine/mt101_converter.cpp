@@ -276,10 +276,9 @@ RawAmount Mt101::CountingAmount()
         return m_amount;
     }
     RawAmount amount = m_orderedAmount;
-    ExactDecimal transferred;
-    if (ExactDecimal::Parse(m_amount.text, kDecimalComma, transferred) ==
-            ExactDecimal::ParseResult::Ok &&
-        !transferred.IsZero())
+    ExactDecimal transferred; // stays zero when it is no number
+    ExactDecimal::Parse(m_amount.text, kDecimalComma, transferred);
+    if (!transferred.IsZero())
     {
         Tell(Finding::FieldMalformed,
              "Field 32B must be zero with EQUI; the larger of 32B and 33B counts");

@@ -8,6 +8,13 @@ namespace
 
 constexpr std::size_t kShownCharacters = 40;
 
+// Too many digits have an upper bound: the order counts, and no limit is slipped under.
+bool HasValue(ExactDecimal::ParseResult result)
+{
+    return result == ExactDecimal::ParseResult::Ok ||
+           result == ExactDecimal::ParseResult::TooManyDigits;
+}
+
 std::string Shown(const std::string& text)
 {
     return text.size() <= kShownCharacters ? text : text.substr(0, kShownCharacters) + "...";
@@ -19,11 +26,8 @@ void KeepLarger(RawAmount& kept, const RawAmount& other, char separator)
 {
     ExactDecimal keptValue;
     ExactDecimal otherValue;
-    const bool otherReads =
-        ExactDecimal::Parse(other.text, separator, otherValue) == ExactDecimal::ParseResult::Ok;
-    const bool keptReads =
-        ExactDecimal::Parse(kept.text, separator, keptValue) == ExactDecimal::ParseResult::Ok;
-    if (otherReads && (!keptReads || otherValue > keptValue))
+    if (HasValue(ExactDecimal::Parse(other.text, separator, otherValue)) &&
+        (!HasValue(ExactDecimal::Parse(kept.text, separator, keptValue)) || otherValue > keptValue))
     {
         kept = other;
     }
@@ -32,18 +36,21 @@ void KeepLarger(RawAmount& kept, const RawAmount& other, char separator)
 bool ReadAmount(const RawAmount& amount, char separator, ConversionOutput& output,
                 std::uint64_t position, OrderRow& order)
 {
-    const auto tell = [&](Finding finding, const std::string& text)
-    {
-        output.AddError(position, order.record, finding, text);
-        return false;
-    };
     const ExactDecimal::ParseResult result =
         amount.present ? ExactDecimal::Parse(amount.text, separator, order.amount)
                        : ExactDecimal::ParseResult::Empty;
+    if (HasValue(result))
+    {
+        order.currency = amount.currency;
+    }
+    const auto tell = [&](Finding finding, const std::string& text)
+    {
+        output.AddError(position, order.record, finding, text);
+        return HasValue(result);
+    };
     switch (result)
     {
     case ExactDecimal::ParseResult::Ok:
-        order.currency = amount.currency;
         return true;
     case ExactDecimal::ParseResult::Empty:
         return tell(Finding::AmountMissing, "Order without an amount");
@@ -51,7 +58,8 @@ bool ReadAmount(const RawAmount& amount, char separator, ConversionOutput& outpu
         return tell(Finding::AmountMalformed, "Amount " + Shown(amount.text) + " is negative");
     case ExactDecimal::ParseResult::TooManyDigits:
         return tell(Finding::AmountTooLarge,
-                    "Amount " + Shown(amount.text) + " has too many digits");
+                    "Amount " + Shown(amount.text) + " has too many digits and counts as " +
+                        order.amount.ToText(order.amount.FractionDigits()));
     case ExactDecimal::ParseResult::NotANumber:
         break;
     }

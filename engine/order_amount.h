@@ -22,7 +22,8 @@ struct RawAmount
 void KeepLarger(RawAmount& kept, const RawAmount& other, char separator);
 
 /// Reads the amount into the order, with its currency. An amount that cannot be read is told as an
-/// error row; the order is then left out, and false returned.
+/// error row; the order is then left out, and false returned. One of too many digits is told, too,
+/// and counts as its upper bound.
 bool ReadAmount(const RawAmount& amount, char separator, ConversionOutput& output,
                 std::uint64_t position, OrderRow& order);
 
