@@ -30,7 +30,8 @@ struct Registrations
 /// Never destroyed: static objects of the host may revoke their classes.
 Registrations& TheRegistrations()
 {
-    static Registrations& registrations = *new Registrations;
+    alignas(Registrations) static unsigned char storage[sizeof(Registrations)];
+    static Registrations& registrations = *new (storage) Registrations;
     return registrations;
 }
 

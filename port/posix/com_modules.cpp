@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <dlfcn.h>
 #include <mutex>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -33,7 +34,8 @@ struct Modules
 /// Never destroyed: objects may be made while static objects are destroyed.
 Modules& TheModules()
 {
-    static Modules& modules = *new Modules;
+    alignas(Modules) static unsigned char storage[sizeof(Modules)];
+    static Modules& modules = *new (storage) Modules;
     return modules;
 }
 
@@ -138,9 +140,16 @@ ModuleHold::~ModuleHold()
 
 void CoFreeUnusedLibraries()
 {
-    // Closed outside the lock: a module's shutdown may let go of objects of another one.
-    for (void* const handle : port::TakeUnused())
+    try
     {
-        dlclose(handle);
+        // Closed outside the lock: a module's shutdown may let go of objects of another one.
+        for (void* const handle : port::TakeUnused())
+        {
+            dlclose(handle);
+        }
+    }
+    catch (const std::bad_alloc&)
+    {
+        return; // without memory they stay loaded until the next call
     }
 }

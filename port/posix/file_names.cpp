@@ -4,8 +4,11 @@
 #include "port/posix/system_error.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,10 +32,28 @@ bool MayBeDeleted(const char* nativePath)
     return true;
 }
 
-bool HasWildcard(const std::string& path)
+bool HasWildcard(const char* path)
 {
-    const std::size_t name = path.find_last_of('/') + 1; // npos + 1 is 0: the whole path
-    return path.find_first_of("*?", name) != std::string::npos;
+    const char* const separator = std::strrchr(path, '/');
+    return std::strpbrk(separator == nullptr ? path : separator + 1, "*?") != nullptr;
+}
+
+/// Takes no memory to delete a file: it is what cleans up when memory has run out. Raises
+/// std::bad_alloc on the way to a reason only.
+bool Delete(LPCSTR path)
+{
+    char native[PATH_MAX];
+    if (!port::TryNativePath(path, native, sizeof native) || HasWildcard(native))
+    {
+        SetLastError(ERROR_INVALID_NAME);
+        return false;
+    }
+    if (*native == '\0')
+    {
+        SetLastError(ERROR_PATH_NOT_FOUND);
+        return false;
+    }
+    return MayBeDeleted(native) && (unlink(native) == 0 || port::FailOnPath(native));
 }
 
 /// For file systems without the exchange in one step: a second name, then the first one goes.
@@ -59,22 +80,15 @@ bool FailOnMove(const std::string& from, const std::string& to)
 
 BOOL DeleteFileA(LPCSTR path)
 {
-    const std::string native = port::NativePath(path);
-    if (native.empty())
+    try
     {
-        SetLastError(ERROR_PATH_NOT_FOUND);
+        return Delete(path) ? TRUE : FALSE;
+    }
+    catch (const std::bad_alloc&)
+    {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return FALSE;
     }
-    if (HasWildcard(native))
-    {
-        SetLastError(ERROR_INVALID_NAME);
-        return FALSE;
-    }
-    if (!MayBeDeleted(native.c_str()))
-    {
-        return FALSE;
-    }
-    return unlink(native.c_str()) == 0 || port::FailOnPath(native.c_str()) ? TRUE : FALSE;
 }
 
 namespace port

@@ -1,6 +1,7 @@
 #include "port/posix/native_text.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace port
 {
@@ -80,6 +81,28 @@ bool TryTakeCharacter(std::string_view native, std::size_t& index, char32_t& cha
     return true;
 }
 
+constexpr std::size_t kLongestSequence = 3;
+
+/// Writes one character in UTF-8 and gives its length.
+std::size_t Encode(char32_t character, char (&sequence)[kLongestSequence])
+{
+    if (character < 0x80)
+    {
+        sequence[0] = static_cast<char>(character);
+        return 1;
+    }
+    if (character < 0x800)
+    {
+        sequence[0] = static_cast<char>(0xC0U | (character >> 6U));
+        sequence[1] = static_cast<char>(0x80U | (character & 0x3FU));
+        return 2;
+    }
+    sequence[0] = static_cast<char>(0xE0U | (character >> 12U));
+    sequence[1] = static_cast<char>(0x80U | ((character >> 6U) & 0x3FU));
+    sequence[2] = static_cast<char>(0x80U | (character & 0x3FU));
+    return 3;
+}
+
 } // namespace
 
 char NarrowCharacterOf(char32_t character)
@@ -94,24 +117,28 @@ std::string NativePath(const char* path)
     std::string native;
     for (const char* next = path == nullptr ? "" : path; *next != '\0'; ++next)
     {
-        const char32_t character = CharacterOf(static_cast<unsigned char>(*next));
-        if (character < 0x80)
-        {
-            native += static_cast<char>(character);
-        }
-        else if (character < 0x800)
-        {
-            native += static_cast<char>(0xC0U | (character >> 6U));
-            native += static_cast<char>(0x80U | (character & 0x3FU));
-        }
-        else
-        {
-            native += static_cast<char>(0xE0U | (character >> 12U));
-            native += static_cast<char>(0x80U | ((character >> 6U) & 0x3FU));
-            native += static_cast<char>(0x80U | (character & 0x3FU));
-        }
+        char sequence[kLongestSequence];
+        native.append(sequence, Encode(CharacterOf(static_cast<unsigned char>(*next)), sequence));
     }
     return native;
+}
+
+bool TryNativePath(const char* path, char* native, std::size_t capacity) noexcept
+{
+    std::size_t length = 0;
+    for (const char* next = path == nullptr ? "" : path; *next != '\0'; ++next)
+    {
+        char sequence[kLongestSequence];
+        const std::size_t size = Encode(CharacterOf(static_cast<unsigned char>(*next)), sequence);
+        if (size >= capacity - length)
+        {
+            return false;
+        }
+        std::memcpy(native + length, sequence, size);
+        length += size;
+    }
+    native[length] = '\0';
+    return true;
 }
 
 bool TryFromNative(std::string_view native, std::string& text)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,8 @@ namespace port
 /// The one function that turns a Windows-1252 path into the platform's own form, UTF-8. A null path
 /// is an empty one. The five undefined bytes are the C1 controls of the same number.
 std::string NativePath(const char* path);
+/// The same into a buffer, without memory of its own; false when it does not fit with its NUL.
+bool TryNativePath(const char* path, char* native, std::size_t capacity) noexcept;
 
 /// Windows-1252 of UTF-8 text. False when a byte is malformed or a character has no place; each of
 /// them is then a '?'.

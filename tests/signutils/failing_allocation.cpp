@@ -6,13 +6,43 @@
 namespace
 {
 
-thread_local bool t_failNext = false;
+enum class Failing
+{
+    None,
+    Once,
+    Always,
+};
+
+thread_local Failing t_failing = Failing::None;
+thread_local unsigned long t_spared = 0;
+thread_local bool t_used = false;
+
+void Arm(Failing failing, unsigned long spared)
+{
+    t_failing = failing;
+    t_spared = spared;
+    t_used = false;
+}
+
+bool MustFail()
+{
+    if (t_failing == Failing::None || t_spared-- > 0)
+    {
+        return false;
+    }
+    t_spared = 0;
+    t_used = true;
+    if (t_failing == Failing::Once)
+    {
+        t_failing = Failing::None;
+    }
+    return true;
+}
 
 void* Allocate(std::size_t size)
 {
-    if (t_failNext)
+    if (MustFail())
     {
-        t_failNext = false;
         throw std::bad_alloc();
     }
     if (void* const memory = std::malloc(size == 0 ? 1 : size); memory != nullptr)
@@ -57,19 +87,34 @@ void operator delete[](void* memory, std::size_t) noexcept
 namespace testing_support
 {
 
-FailNextAllocation::FailNextAllocation()
+FailNextAllocation::FailNextAllocation(unsigned long spared)
 {
-    t_failNext = true;
+    Arm(Failing::Once, spared);
 }
 
 FailNextAllocation::~FailNextAllocation()
 {
-    t_failNext = false;
+    t_failing = Failing::None;
 }
 
 bool FailNextAllocation::WasUsed() const
 {
-    return !t_failNext;
+    return t_used;
+}
+
+FailAllAllocations::FailAllAllocations(unsigned long spared)
+{
+    Arm(Failing::Always, spared);
+}
+
+FailAllAllocations::~FailAllAllocations()
+{
+    t_failing = Failing::None;
+}
+
+bool FailAllAllocations::WasUsed() const
+{
+    return t_used;
 }
 
 } // namespace testing_support

@@ -3,17 +3,29 @@
 namespace testing_support
 {
 
-/// Makes the calling thread's next allocation by operator new raise std::bad_alloc, once. What is
-/// not used up is disarmed at the end of the scope.
+/// Makes one allocation of the calling thread by operator new raise std::bad_alloc: the next, or
+/// the one behind as many as are spared. What is not used up is disarmed at the end of the scope.
 class FailNextAllocation
 {
 public:
-    FailNextAllocation();
+    explicit FailNextAllocation(unsigned long spared = 0);
     ~FailNextAllocation();
     FailNextAllocation(const FailNextAllocation&) = delete;
     FailNextAllocation& operator=(const FailNextAllocation&) = delete;
 
     /// Whether an allocation was refused.
+    bool WasUsed() const;
+};
+
+/// The same for that allocation and all behind it, as when memory has run out for good.
+class FailAllAllocations
+{
+public:
+    explicit FailAllAllocations(unsigned long spared = 0);
+    ~FailAllAllocations();
+    FailAllAllocations(const FailAllAllocations&) = delete;
+    FailAllAllocations& operator=(const FailAllAllocations&) = delete;
+
     bool WasUsed() const;
 };
 
