@@ -127,6 +127,7 @@ void ReadRules(CRecordset& rows, void* trace, const RuleSource& source, TArray<c
 void LoadRules(CDatabase& database, void* trace, const ContractKey& contract,
                TArray<cuidRule>& rules)
 {
+    RequireWithinLiterals(contract);
     CRecordset rows(database);
     ReadRules(rows, trace, {RuleQuery(contract), kRuleRow, kRuleLine, std::size(kRuleLine)}, rules);
     if (rules.GetCount() == 0)

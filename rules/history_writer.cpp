@@ -13,7 +13,9 @@ void HistoryWriter::WriteDecisions(const HistoryFacts& facts, const TArray<ruleS
 {
     for (int i = 0; i < decisions.GetCount(); ++i)
     {
-        m_database.ExecuteSQLW(DecisionRow(facts, *decisions.GetAt(i)).SafeGetString());
+        const ruleSign& decision = *decisions.GetAt(i);
+        RequireWithinLiterals(facts, decision);
+        m_database.ExecuteSQLW(DecisionRow(facts, decision).SafeGetString());
         ++written;
     }
 }
@@ -21,6 +23,7 @@ void HistoryWriter::WriteDecisions(const HistoryFacts& facts, const TArray<ruleS
 void HistoryWriter::WriteNoRule(const HistoryFacts& facts, const TSimpleStringW& motif,
                                 std::uint32_t& written)
 {
+    RequireWithinLiterals(facts, motif);
     m_database.ExecuteSQLW(NoRuleRow(facts, motif).SafeGetString());
     ++written;
 }

@@ -10,6 +10,11 @@
 namespace rules
 {
 
+// Texts that stand in a literal as they are may end it, which RequireWithinLiterals refuses by
+// raising CDBException*; to be called before the statement is run.
+
+void RequireWithinLiterals(const ContractKey& contract);
+
 /// The contract's rule lines.
 TSimpleStringW RuleQuery(const ContractKey& contract);
 extern const database::RowLayout kRuleRow;
@@ -26,6 +31,11 @@ struct HistoryFacts
     const wchar_t* signerList;
     std::uint32_t verdict;
 };
+
+/// Quotes in names and MOTIF are doubled, so these are refused only where the cut to their column
+/// parts the two halves of one.
+void RequireWithinLiterals(const HistoryFacts& facts, const ruleSign& decision);
+void RequireWithinLiterals(const HistoryFacts& facts, const TSimpleStringW& motif);
 
 /// The history row of one decision.
 TSimpleStringW DecisionRow(const HistoryFacts& facts, const ruleSign& decision);

@@ -3,6 +3,7 @@
 #include "database/cdatabase.h"
 #include "database/crecordset.h"
 #include "database/guard_database.h"
+#include "database/literal.h"
 #include "signers/holder_statements.h"
 #include "support/casefold.h"
 #include "support/checked_copy.h"
@@ -19,6 +20,11 @@ namespace
 
 constexpr int kLevel = 1;
 constexpr char kRuler[] = "---------------------------";
+
+void RequireCertificate(const wchar_t* certificateName)
+{
+    database::RequireWithinLiteral(certificateName, database::kUncut, "certificate name", "OpenW");
+}
 
 void TraceNarrowColumn(void* trace, const CRecordset& rows, const char* column, const char* label,
                        CTString& value)
@@ -116,6 +122,7 @@ int GetSignerNames(const HolderDirectory& directory, const wchar_t* certificateN
     database::GuardDatabase(
         [&]
         {
+            RequireCertificate(certificateName);
             const TSimpleStringW statement = HoldersOfCertificate(certificateName);
             CRecordset rows(*directory.database);
             rows.OpenW(CRecordset::kForwardOnly, statement.SafeGetString(), 0, &kHolderRow);
@@ -152,6 +159,12 @@ int GetSignerInfos(const HolderDirectory& directory, const char* holderId, int& 
     database::GuardDatabase(
         [&]
         {
+            database::RequireWithinLiteral(holderId, database::kUncut, "holder identifier",
+                                           "OpenW");
+            for (int i = 0; i < count; ++i)
+            {
+                RequireCertificate(signers->GetAt(i)->certificate.SafeGetString());
+            }
             const TSimpleStringW statement = CertificatesOfHolder(holderId, *signers, count);
             CRecordset rows(*directory.database);
             rows.OpenW(CRecordset::kForwardOnly, statement.SafeGetString(), 0, &kHolderRow);

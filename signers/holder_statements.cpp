@@ -28,7 +28,7 @@ TSimpleStringW HoldersOfCertificate(const wchar_t* certificateName)
         L"SELECT H.HUID, H.VPNAME, H.FNAME, H.LNAME, H.OPPOSITION, I.CN, I.SERIAL, I.EXPIRDATE "
         L"FROM SSR_HOLDER H, SSR_HOLDERID I "
         L"WHERE H.HUID=I.HUID AND LOWER(I.CN) = LOWER(N'%s')",
-        certificateName);
+        certificateName == nullptr ? L"" : certificateName);
     return statement;
 }
 
@@ -39,7 +39,7 @@ TSimpleStringW CertificatesOfHolder(const char* holderId, const TArray<signerInf
     statement.GenerateString(
         L"SELECT H.HUID, VPNAME, FNAME, LNAME, OPPOSITION, CN, SERIAL, EXPIRDATE "
         L"FROM SSR_HOLDER H, SSR_HOLDERID I WHERE H.HUID=I.HUID AND H.HUID='%S'",
-        holderId);
+        holderId == nullptr ? "" : holderId);
     statement += L" AND (";
     for (int i = 0; i < count; ++i)
     {

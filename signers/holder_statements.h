@@ -8,8 +8,8 @@
 namespace signers
 {
 
-// Certificate names and holder identifiers enter as they stand: a quote in one breaks the statement
-// and the look-up finds nobody.
+// Certificate names and holder identifiers enter as they stand, null as an empty one: what would
+// end its literal is refused beforehand (database/literal.h).
 
 /// The holders of one certificate.
 TSimpleStringW HoldersOfCertificate(const wchar_t* certificateName);

@@ -52,6 +52,58 @@ TEST_F(HolderFailures, QuoteInACertificateNameMakesTheLookUpOfTheHolderFail)
     ExpectOneDatabaseError();
 }
 
+TEST_F(HolderFailures, CertificateNameThatWouldAddAHolderFindsNobody)
+{
+    EXPECT_EQ(Names(L"x') UNION SELECT 'h','p','F','L','0','Eve','1','1'--"), 0);
+    ExpectBuffersUntouched();
+    ExpectOneDatabaseError();
+}
+
+TEST_F(HolderFailures, SignerThatWouldAddAHolderCompletesNobody)
+{
+    List({L"Eve", L"x')) UNION SELECT 'h','p','F','L','0','Eve','1','1'--"});
+
+    EXPECT_EQ(Infos("H1"), 0);
+    ExpectBuffersUntouched();
+    EXPECT_EQ(FirstNameOf(0), L"");
+    ExpectOneDatabaseError();
+}
+
+TEST_F(HolderFailures, HolderIdentifierThatWouldNameAnotherFindsNobody)
+{
+    bank.With(Holder(L"H1").Certificate(L"Ana Ruiz"));
+    List({L"Ana Ruiz"});
+
+    EXPECT_EQ(Infos("' OR H.HUID='H1"), 0);
+    ExpectBuffersUntouched();
+    EXPECT_EQ(FirstNameOf(0), L"");
+    ExpectOneDatabaseError();
+}
+
+TEST_F(HolderFailures, QuotesInPairsStandForOneEach)
+{
+    bank.With(Holder(L"H'1").Named(L"Pat", L"O'Brien").Certificate(L"Pat O'Brien"))
+        .With(Holder(L"H''2").Certificate(L"Bo Dahl"));
+    List({L"Bo Dahl", L"Pat O''Brien"});
+
+    EXPECT_EQ(Names(L"Pat O''Brien"), 1);
+    EXPECT_EQ(std::wstring(lastName), L"O'Brien");
+    EXPECT_EQ(Infos("H''''2"), 1);
+    EXPECT_EQ(FirstNameOf(0), L"First");
+    EXPECT_TRUE(problem.IsEmpty());
+}
+
+TEST_F(HolderFailures, NullNamesAreNotLookedUpAsAWord)
+{
+    bank.With(Holder(L"(null)").Certificate(L"(null)"));
+    List({L"(null)"});
+
+    EXPECT_EQ(Names(nullptr), 0);
+    EXPECT_EQ(Infos(nullptr), 0);
+    ExpectBuffersUntouched();
+    EXPECT_TRUE(problem.IsEmpty());
+}
+
 TEST_F(HolderFailures, MissingTableIsTracedAndAnsweredByZero)
 {
     tables.Execute(L"DROP TABLE SSR_HOLDERID");

@@ -69,6 +69,15 @@ TEST_F(HolderStatements, HolderIdentifiersAreWindows1252)
     EXPECT_NE(OfHolder("H\xE9\x80", 1).find(L"H.HUID='H\u00E9\u20AC' AND ("), std::wstring::npos);
 }
 
+TEST_F(HolderStatements, NullTextsCountAsEmpty)
+{
+    List(L"A");
+
+    EXPECT_TRUE(std::wstring(signers::HoldersOfCertificate(nullptr).SafeGetString())
+                    .ends_with(L"LOWER(I.CN) = LOWER(N'')"));
+    EXPECT_NE(OfHolder(nullptr, 1).find(L"H.HUID='' AND ("), std::wstring::npos);
+}
+
 TEST_F(HolderStatements, ColumnsAreBoundByTheirSchemaLengths)
 {
     const database::RowLayout& row = signers::kHolderRow;
