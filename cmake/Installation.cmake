@@ -15,13 +15,18 @@ install(EXPORT SignUtilsTargets
   DESTINATION "${package_folder}")
 
 # Rooms keep their names, so that "signutils/signutils.h" is found below the include folder. The
-# headers of port/ are no part of the others: a host includes them for itself.
+# headers of port/ and the engine's interfaces are no part of the others: a host that plugs in an
+# engine of its own includes them for itself.
 set(public_headers
+  amounts/engine_interfaces.h
   containers/shared_ref.h
   containers/tarray.h
   containers/tmutex.h
+  port/com.h
+  port/com_types.h
   port/crt.h
   port/export.h
+  port/kernel.h
   services/tag_rc.h
   signers/signer_info.h
   signutils/check_outcome.h
@@ -46,7 +51,7 @@ configure_package_config_file(
   INSTALL_DESTINATION "${package_folder}")
 write_basic_package_version_file(
   "${PROJECT_BINARY_DIR}/generated/SignUtilsConfigVersion.cmake"
-  COMPATIBILITY SameMajorVersion)
+  COMPATIBILITY SameMinorVersion)
 install(FILES
   "${PROJECT_BINARY_DIR}/generated/SignUtilsConfig.cmake"
   "${PROJECT_BINARY_DIR}/generated/SignUtilsConfigVersion.cmake"
