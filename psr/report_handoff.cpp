@@ -75,31 +75,20 @@ bool Announce(cmoncom& client, const char* target, tagADDFILE& record, tag_Rc& r
     return filed;
 }
 
-} // namespace
-
-std::uint32_t HandOnReport(void* trace, const TSimpleString& report, const char* extension,
-                           const char* service, const char* partner, const char* target, tag_Rc& rc,
-                           unsigned long* fileId)
-{
-    cmoncom client(1);
-    return HandOnReport(trace, client, report, extension, service, partner, target, rc, fileId);
-}
-
-std::uint32_t HandOnReport(void* trace, cmoncom& client, const TSimpleString& report,
-                           const char* extension, const char* service, const char* partner,
-                           const char* target, tag_Rc& rc, unsigned long* fileId)
+/// Writes the report to a temporary file, which the caller removes.
+[[nodiscard]] bool Save(void* trace, const TSimpleString& report, const char* extension,
+                        const char* service, const char* partner, TSimpleString& path)
 {
     TimeTraceDump(trace, "PREPFILE STATUS REPORT", 0, 0);
     TraceValue(trace, "Partner", partner, 1);
     TraceValue(trace, "Service", service, 1);
+    return report.SaveFile(nullptr, NeverNull(extension), path, 0);
+}
 
-    TSimpleString path;
-    if (!report.SaveFile(nullptr, NeverNull(extension), path, 0))
-    {
-        return kNotHandedOn;
-    }
-    const services::FileRemover temporary(path.SafeGetString());
-
+std::uint32_t HandOnFile(cmoncom& client, const TSimpleString& path, const char* extension,
+                         const char* service, const char* partner, const char* target, tag_Rc& rc,
+                         unsigned long* fileId)
+{
     tagADDFILE record =
         RecordOf(path, NeverNull(extension), NeverNull(service), NeverNull(partner));
     const bool targetGiven = target != nullptr && *target != '\0';
@@ -113,6 +102,36 @@ std::uint32_t HandOnReport(void* trace, cmoncom& client, const TSimpleString& re
         *fileId = given;
     }
     return kHandedOn;
+}
+
+} // namespace
+
+std::uint32_t HandOnReport(void* trace, const TSimpleString& report, const char* extension,
+                           const char* service, const char* partner, const char* target, tag_Rc& rc,
+                           unsigned long* fileId)
+{
+    TSimpleString path;
+    if (!Save(trace, report, extension, service, partner, path))
+    {
+        return kNotHandedOn;
+    }
+    const services::FileRemover temporary(path.SafeGetString());
+    // Made behind the file: a report that cannot be saved needs no service.
+    cmoncom client(1);
+    return HandOnFile(client, path, extension, service, partner, target, rc, fileId);
+}
+
+std::uint32_t HandOnReport(void* trace, cmoncom& client, const TSimpleString& report,
+                           const char* extension, const char* service, const char* partner,
+                           const char* target, tag_Rc& rc, unsigned long* fileId)
+{
+    TSimpleString path;
+    if (!Save(trace, report, extension, service, partner, path))
+    {
+        return kNotHandedOn;
+    }
+    const services::FileRemover temporary(path.SafeGetString());
+    return HandOnFile(client, path, extension, service, partner, target, rc, fileId);
 }
 
 } // namespace psr

@@ -50,7 +50,7 @@ bool ReplaceFileContents(const std::string& folder, const std::string& name, std
     {
         DeleteFileA(fresh.c_str());
     }
-    FileRemover remover(fresh);
+    FileRemover remover(fresh.c_str());
     if (!WriteNewFile(fresh, bytes) || !port::MoveFileReplacing(fresh.c_str(), path.c_str()))
     {
         return false;

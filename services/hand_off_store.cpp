@@ -83,7 +83,7 @@ std::optional<HandOffFailure> FileAs(const std::string& source, const std::strin
         SetLastError(ERROR_FILE_EXISTS);
         return NotWritable(unfinished);
     }
-    FileRemover remover(unfinished);
+    FileRemover remover(unfinished.c_str());
     if (std::optional<HandOffFailure> failure = CopyInto(source, unfinished))
     {
         return failure;
@@ -93,12 +93,13 @@ std::optional<HandOffFailure> FileAs(const std::string& source, const std::strin
         return NotWritable(target);
     }
     remover.Keep();
+    // What is reported as failed must not be fetched either.
+    FileRemover filed(target.c_str());
     if (!port::FlushFolder(folder.c_str()))
     {
-        // Reported as failed, so it must not be fetched either.
-        const FileRemover filed(target);
         return NotWritable(target);
     }
+    filed.Keep();
     return std::nullopt;
 }
 
