@@ -101,6 +101,7 @@ void Judge(const CheckInput& input, const TSimpleStringW& signerList, TArray<cui
     const SigningFacts facts = {
         {input.sessionDatabase.Get(), input.trace, &trail.problem, &trail.lookupsComplete},
         input.sessionSigners,
+        input.sessionSigners.GetCount(),
         signerList.SafeGetString(),
         input.contract.veu,
         input.order.totalAmount,

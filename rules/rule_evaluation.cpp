@@ -36,7 +36,6 @@ struct RuleCase
     cuidRule& rule;
     TSimpleStringW& journal;
     ruleSign decision;
-    int signerCount;
     int found1; ///< 1: the first holder is among the signers
     int found2;
 
@@ -69,7 +68,7 @@ Outcome CheckActive(RuleCase& subject)
 // Names the holder of the signer's certificate; a certificate of nobody leaves the signer empty.
 void NameSigner(RuleCase& subject, int index, holderSlot& holder, signerInfo& signer)
 {
-    if (index >= subject.signerCount)
+    if (index >= subject.facts.signerCount)
     {
         return;
     }
@@ -118,7 +117,7 @@ Outcome FindHolders(RuleCase& subject)
     // A copy, in which the look-ups mark the signers that are taken: one certificate serves one
     // holder of a rule, and the next rule starts afresh.
     TArray<signerInfo> working(kGrowBy);
-    for (int i = 0; i < subject.signerCount; ++i)
+    for (int i = 0; i < subject.facts.signerCount; ++i)
     {
         working.Add(*subject.facts.signers.GetAt(i));
     }
@@ -183,7 +182,7 @@ Outcome CheckOpposition(RuleCase& subject)
 // Warns only; the warning stays in the row unless a graver message takes its place.
 Outcome WarnOfTooManySigners(RuleCase& subject)
 {
-    if (subject.signerCount > 2 && !subject.facts.veu)
+    if (subject.facts.signerCount > 2 && !subject.facts.veu)
     {
         Show(subject, "warning", "too much signers !!!");
         subject.decision.message.GenerateString(kTooManySigners);
@@ -194,7 +193,7 @@ Outcome WarnOfTooManySigners(RuleCase& subject)
 
 Outcome CheckAlone(RuleCase& subject)
 {
-    if (subject.signerCount < 2 || subject.rule.alone == 0 || subject.facts.veu)
+    if (subject.facts.signerCount < 2 || subject.rule.alone == 0 || subject.facts.veu)
     {
         return Outcome::GoOn;
     }
@@ -207,7 +206,7 @@ Outcome CheckAlone(RuleCase& subject)
 Outcome CheckBothHolders(RuleCase& subject)
 {
     const bool both = subject.found1 != 0 && subject.found2 != 0;
-    if (subject.signerCount < 2 || both || subject.facts.veu)
+    if (subject.facts.signerCount < 2 || both || subject.facts.veu)
     {
         return Outcome::GoOn;
     }
@@ -231,12 +230,13 @@ Outcome RefuseProfile(RuleCase& subject, const char* finding, unsigned int messa
 Outcome CheckProfile(RuleCase& subject)
 {
     Show(subject, "CHECK PROFIL RULE-", kRuler);
-    if (subject.rule.profile == kSingleSignature && subject.signerCount > 1)
+    if (subject.rule.profile == kSingleSignature && subject.facts.signerCount > 1)
     {
         return RefuseProfile(subject, "PROFIL MISMATCH", kProfileMismatch);
     }
     // Distributed signatures arrive one by one: the second may still come.
-    if (subject.rule.profile == kDoubleSignature && subject.signerCount < 2 && !subject.facts.veu)
+    if (subject.rule.profile == kDoubleSignature && subject.facts.signerCount < 2 &&
+        !subject.facts.veu)
     {
         return RefuseProfile(subject,
                              "DOUBLE SIGNATURE EXIG\xC9"
@@ -355,7 +355,7 @@ void EvaluateRules(const SigningFacts& facts, TArray<cuidRule>& rules, TArray<ru
     for (int i = 0; i < rules.GetCount(); ++i)
     {
         cuidRule& rule = *rules.GetAt(i);
-        RuleCase subject{facts, rule, journal, ruleSign(), facts.signers.GetCount(), 0, 0};
+        RuleCase subject{facts, rule, journal, ruleSign(), 0, 0};
         subject.decision.cuid = rule.cuid;
         subject.decision.controlType = rule.tlevel;
         TSimpleString title;

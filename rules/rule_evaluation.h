@@ -14,6 +14,7 @@ struct SigningFacts
 {
     signers::HolderDirectory directory; ///< holds the trace handle too
     const TArray<signerInfo>& signers;  ///< the session's; stays as it is
+    int signerCount;                    ///< of them, read once: every rule judges the same signers
     const wchar_t* signerList;          ///< as the caller gave it
     bool veu;                           ///< distributed signatures, arriving one by one
     double totalAmount;

@@ -67,14 +67,24 @@ protected:
         }
     }
 
-    void Evaluate(std::initializer_list<cuidRule> lines)
+    void Evaluate(std::initializer_list<cuidRule> lines) { Evaluate(lines, signers.GetCount()); }
+
+    /// Judges the first `signerCount` signers.
+    void Evaluate(std::initializer_list<cuidRule> lines, int signerCount)
     {
         for (const cuidRule& line : lines)
         {
             ruleLines.Add(line);
         }
         const rules::SigningFacts facts = {
-            {&session, trace.Handle(), nullptr}, signers, signerList.c_str(), veu, total, largest};
+            {&session, trace.Handle(), nullptr},
+            signers,
+            signerCount,
+            signerList.c_str(),
+            veu,
+            total,
+            largest,
+        };
         rules::EvaluateRules(facts, ruleLines, decisions, journalText);
     }
 

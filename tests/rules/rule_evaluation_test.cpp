@@ -240,6 +240,15 @@ TEST_F(RuleEvaluation, EachRuleFindsTheSignersFree)
     EXPECT_TRUE(signers.GetAt(0)->firstName.IsEmpty()) << "the session's list stays as it is";
 }
 
+TEST_F(RuleEvaluation, EveryRuleJudgesTheSignersThatWereThereAtTheBeginning)
+{
+    SignedBy({L"Ana Ruiz", L"Bo Dahl"});
+    Evaluate({AloneRule("H1"), AloneRule("H2")}, 1);
+
+    EXPECT_EQ(Only().status, rules::kStatusSuccess) << "the second signature came too late";
+    EXPECT_STREQ(Only().signer1.certificate.SafeGetString(), L"Ana Ruiz");
+}
+
 TEST_F(RuleEvaluation, DecisionsKeepTheOrderOfTheRules)
 {
     SignedBy({L"Ana Ruiz"});
