@@ -59,17 +59,6 @@ Connection::Connection(const std::string& connexionString)
     SetUpSession(parsed);
 }
 
-Connection::~Connection()
-{
-    if (!m_connected)
-    {
-        return;
-    }
-    // A connection with an open transaction cannot be closed.
-    SQLEndTran(SQL_HANDLE_DBC, m_handle.Get(), SQL_ROLLBACK);
-    SQLDisconnect(m_handle.Get());
-}
-
 void Connection::Connect(const ConnectionString& connexionString)
 {
     const std::string driver = connexionString.Value("DRIVER");
@@ -113,7 +102,7 @@ void Connection::TryConnect(const ConnectionString& connexionString)
         const std::wstring shown = support::WideFromNarrow(connexionString.Masked());
         RaiseDriverError(result, SQL_HANDLE_DBC, m_handle.Get(), m_crossing, {kOpen, shown});
     }
-    m_connected = true;
+    m_disconnector.Connected();
 }
 
 void Connection::LearnProduct()
@@ -330,7 +319,7 @@ bool Connection::IsAlive() noexcept
 
 void Connection::Abandon() noexcept
 {
-    m_connected = false;
+    m_disconnector.Abandon();
     m_handle.Abandon();
     m_environment.Abandon();
 }

@@ -25,7 +25,6 @@ class Connection : public std::enable_shared_from_this<Connection>
 public:
     /// `connexionString` is Windows-1252.
     explicit Connection(const std::string& connexionString);
-    ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
@@ -75,15 +74,16 @@ private:
     TextCrossing m_crossing;
     const Dialect* m_dialect;
     bool m_bindsColumns = false;
-    bool m_connected = false;
     bool m_inTransaction = false;
     bool m_failed = false;
     bool m_sessionTouched = false; // ran something that may leave a setting behind
     std::string m_filePath;        // SQLite's file, UTF-8; empty for a database in memory
     port::FileIdentity m_file;
-    // The connection is freed before its environment: members go in reverse order.
+    // Disconnected, then freed, then its environment: members go in reverse order, those of a
+    // connection whose set-up failed too.
     EnvironmentHandle m_environment;
     ConnectionHandle m_handle;
+    Disconnector m_disconnector{m_handle};
 };
 
 } // namespace database

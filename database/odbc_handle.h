@@ -56,4 +56,31 @@ using EnvironmentHandle = OdbcHandle<SQL_HANDLE_ENV>;
 using ConnectionHandle = OdbcHandle<SQL_HANDLE_DBC>;
 using StatementHandle = OdbcHandle<SQL_HANDLE_STMT>;
 
+/// Disconnects a connection handle, which must outlive it: driver and server keep what a handle is
+/// freed with while connected.
+class Disconnector
+{
+public:
+    explicit Disconnector(const ConnectionHandle& handle) noexcept : m_handle(handle) {}
+    ~Disconnector()
+    {
+        if (m_connected)
+        {
+            // A connection with an open transaction cannot be closed.
+            SQLEndTran(SQL_HANDLE_DBC, m_handle.Get(), SQL_ROLLBACK);
+            SQLDisconnect(m_handle.Get());
+        }
+    }
+    Disconnector(const Disconnector&) = delete;
+    Disconnector& operator=(const Disconnector&) = delete;
+
+    void Connected() noexcept { m_connected = true; }
+    /// Leaves the connection as it is.
+    void Abandon() noexcept { m_connected = false; }
+
+private:
+    const ConnectionHandle& m_handle;
+    bool m_connected = false;
+};
+
 } // namespace database

@@ -1,0 +1,60 @@
+// What a connection leaves open, counted by the file system of descriptors, which Windows does not
+// have.
+
+#include "database/idle_pool.h"
+#include "tests/database/sqlite_file.h"
+#include "tests/signutils/failing_allocation.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <iterator>
+#include <new>
+
+using namespace database_tests;
+
+namespace
+{
+
+std::ptrdiff_t OpenDescriptors()
+{
+    return std::distance(std::filesystem::directory_iterator("/dev/fd"),
+                         std::filesystem::directory_iterator());
+}
+
+/// Whether the connection was opened.
+bool TryToOpen(const std::string& connexionString)
+{
+    CDatabase database;
+    try
+    {
+        return !FailureOf([&] { Open(database, connexionString); });
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+}
+
+TEST(OpenDescriptors, AreClosedWhereverTheOpeningRunsOutOfMemory)
+{
+    const SqliteFile file;
+    ASSERT_TRUE(TryToOpen(file.ConnexionString())) << "loads the driver, which stays";
+    database::EmptyIdlePool();
+    const std::ptrdiff_t before = OpenDescriptors();
+    unsigned long failed = 0;
+    bool refused = true;
+    for (unsigned long spared = 0; refused; ++spared)
+    {
+        {
+            const testing_support::FailNextAllocation noMemory(spared);
+            failed += TryToOpen(file.ConnexionString()) ? 0 : 1;
+            refused = noMemory.WasUsed();
+        }
+        database::EmptyIdlePool();
+        ASSERT_EQ(OpenDescriptors(), before) << "after " << spared << " allocations";
+    }
+    EXPECT_GT(failed, 0U);
+}
+
+} // namespace
