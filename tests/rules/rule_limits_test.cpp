@@ -50,6 +50,9 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr AmountCase kAmounts[] = {
     {"EqualToTheLimitPasses", 0, 1000.00, 1000.00, 1},
     {"OneCentAboveIsRefused", 0, 1000.01, 1.00, 2},
+    {"OneMillionthAboveIsRefused", 0, 1000.000001, 1.00, 2},
+    {"LargestOrderOneMillionthAboveIsRefused", 1, 1000.00, 1000.000001, 2},
+    {"OneUnitOfTheTablesAboveIsRefused", 0, 1000.0000001, 1.00, 2},
     {"LargestOrderIsNotCompared", 0, 1000.00, 1000.01, 1},
     {"LargestOrderEqualToTheLimitPasses", 1, 5000.00, 1000.00, 1},
     {"LargestOrderOneCentAboveIsRefused", 1, 1000.01, 1000.01, 2},
