@@ -75,6 +75,7 @@ Json AsJson(const Installation& done, const Connection& connection)
     object["foundVersion"] = done.tables.foundVersion;
     object["version"] = done.tables.version;
     object["createdTables"] = done.tables.createdTables;
+    object["takenTables"] = done.tables.takenTables;
     object["sample"] = nullptr;
     if (done.sample)
     {

@@ -3,6 +3,7 @@
 #include "database/cdatabase.h"
 #include "database/crecordset.h"
 #include "database/dialect.h"
+#include "schema/needed_columns.h"
 #include "schema/transaction.h"
 #include "support/numbers.h"
 
@@ -125,6 +126,22 @@ std::string Join(const std::vector<std::string>& names)
     return text;
 }
 
+// Creating what is missing would step over a stranger's table of the same name, and the first check
+// would fail on it.
+void RefuseForeignTables(CDatabase& database, const std::vector<std::string>& tables)
+{
+    for (const std::string& table : tables)
+    {
+        const std::vector<std::string> unreadable = UnreadableColumns(database, table);
+        if (!unreadable.empty())
+        {
+            throw SchemaError("the table " + table + " was there already, and these of its " +
+                              "columns are missing or cannot be read: " + Join(unreadable) +
+                              "; rename that table, or use another database");
+        }
+    }
+}
+
 } // namespace
 
 std::string InstallReport::Text() const
@@ -142,7 +159,8 @@ std::string InstallReport::Text() const
                now;
     }
     return "no schema was found; version " + now + " was installed" +
-           (createdTables.empty() ? "" : ", tables created: " + Join(createdTables));
+           (createdTables.empty() ? "" : ", tables created: " + Join(createdTables)) +
+           (takenTables.empty() ? "" : "; tables that were there already: " + Join(takenTables));
 }
 
 int CurrentVersion()
@@ -163,6 +181,7 @@ InstallReport Install(CDatabase& database)
 InstallReport Install(CDatabase& database, const std::vector<Script>& scripts)
 {
     const std::vector<std::string> before = ExistingTables(database);
+    RefuseForeignTables(database, before);
     InstallReport report;
     report.foundVersion = RecordedVersion(database, before);
     report.version = static_cast<int>(scripts.size());
@@ -184,8 +203,13 @@ InstallReport Install(CDatabase& database, const std::vector<Script>& scripts)
         {
             report.createdTables.push_back(table);
         }
+        else if (report.foundVersion == 0 && Contains(TableNames(), table))
+        {
+            report.takenTables.push_back(table);
+        }
     }
     std::sort(report.createdTables.begin(), report.createdTables.end());
+    std::sort(report.takenTables.begin(), report.takenTables.end());
     return report;
 }
 

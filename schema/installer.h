@@ -24,6 +24,7 @@ struct InstallReport
     int foundVersion = 0;                   ///< 0: no version was recorded
     int version = 0;                        ///< after the installation
     std::vector<std::string> createdTables; ///< in alphabetical order
+    std::vector<std::string> takenTables;   ///< ours by name, there before any version was recorded
 
     /// One line in plain words.
     std::string Text() const;
@@ -48,8 +49,8 @@ int InstalledVersion(CDatabase& database);
 /// Brings an open database to the current version. Drops nothing, creates what is missing and can
 /// be repeated; one transaction, which MariaDB alone ends at every statement that defines
 /// something, so that an installation broken off there is finished by the next one. Raises
-/// CDBException*, and SchemaError for a newer schema or a product without table definitions, having
-/// changed nothing.
+/// CDBException*, and SchemaError for a newer schema, a product without table definitions or tables
+/// of our names without our columns, having changed nothing.
 InstallReport Install(CDatabase& database);
 
 /// The same with scripts of the caller's own, numbered from 1 without a gap.

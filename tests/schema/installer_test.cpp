@@ -11,6 +11,7 @@
 using schema::InstallReport;
 using schema::Script;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_support::Bank;
 using testing_support::Holder;
@@ -32,6 +33,19 @@ protected:
         {
             m_database.Execute(L"DROP TABLE " + std::wstring(table.begin(), table.end()));
         }
+    }
+
+    std::string RefusalOfInstall()
+    {
+        try
+        {
+            schema::Install(m_library);
+        }
+        catch (const schema::SchemaError& refusal)
+        {
+            return refusal.what();
+        }
+        return "installed";
     }
 
     std::vector<Row> Tables()
@@ -135,6 +149,10 @@ TEST_F(Installer, FinishesAnInstallationThatRecordedNoVersion)
 
     EXPECT_EQ(report.foundVersion, 0);
     EXPECT_THAT(report.createdTables, ElementsAre("EVT_JOURNAL"));
+    EXPECT_THAT(report.Text(),
+                HasSubstr("tables created: EVT_JOURNAL; tables that were there already: "
+                          "HST_SIGNRULES, SSR_CONTRACT, SSR_CONTRACTCUR, SSR_CONTRACTRULE, "
+                          "SSR_HOLDER, SSR_HOLDERID, SSR_VERSION"));
     EXPECT_EQ(Versions().size(), 1U);
     EXPECT_EQ(m_database.Query(L"SELECT HUID FROM SSR_HOLDER").size(), 1U);
 }
@@ -214,6 +232,36 @@ TEST_F(Installer, RefusesANewerSchemaAndChangesNothing)
     }
     EXPECT_EQ(Tables().size(), schema::TableNames().size() - 1);
     EXPECT_EQ(Versions().size(), 2U);
+}
+
+TEST_F(Installer, RefusesATableOfOurNameWithoutOurColumnsAndChangesNothing)
+{
+    for (const std::string& table : schema::TableNames())
+    {
+        TakeAllTablesAway();
+        m_database.Execute(L"CREATE TABLE " + std::wstring(table.begin(), table.end()) +
+                           L" (x INTEGER)");
+
+        EXPECT_THAT(RefusalOfInstall(), HasSubstr("the table " + table +
+                                                  " was there already, and these of its "
+                                                  "columns are missing or cannot be read: "));
+
+        EXPECT_EQ(Tables().size(), 1U);
+        m_database.Execute(L"DROP TABLE " + std::wstring(table.begin(), table.end()));
+        schema::Install(m_library);
+    }
+}
+
+TEST_F(Installer, NamesTheColumnsThatAForeignTableLacks)
+{
+    TakeAllTablesAway();
+    m_database.Execute(L"CREATE TABLE SSR_HOLDER (HUID VARCHAR(64), LNAME VARCHAR(255), "
+                       L"VPNAME VARCHAR(8))");
+
+    EXPECT_EQ(RefusalOfInstall(),
+              "the table SSR_HOLDER was there already, and these of its columns are missing or "
+              "cannot be read: FNAME, OPPOSITION; rename that table, or use another database");
+    EXPECT_EQ(Tables().size(), 1U);
 }
 
 TEST_F(Installer, WritesTheTablesThatTheTestsUse)
