@@ -67,6 +67,7 @@ public:
         }
         catch (const CLI::ParseError& error)
         {
+            RefuseMissingValue(arguments);
             throw UsageRefusal(Printable(error.what()) +
                                ". Run signcheck --help, or signcheck COMMAND --help.");
         }
@@ -102,6 +103,8 @@ private:
         m_texts.emplace_back();
         CLI::Option* option = app.add_option(name, m_texts.back(), spec.help);
         option->type_name(spec.positional ? "" : spec.placeholder);
+        // Collect refuses a second value, and can name both.
+        option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
         return option;
     }
 
@@ -166,6 +169,45 @@ private:
                            ". A value with blanks stands in quotes." + help);
     }
 
+    static std::string FlagText(const CLI::Option& option, const OptionValue& value,
+                                const std::string& shown)
+    {
+        try
+        {
+            return option.as<bool>() ? kFlagOn : kFlagOff;
+        }
+        catch (const CLI::ParseError&)
+        {
+            throw UsageRefusal(value.origin + ": " + Quoted(value.text) +
+                               " is neither true nor false. Give " + shown + " alone, or as " +
+                               shown + "=false.");
+        }
+    }
+
+    [[noreturn]] static void RefuseRepeated(const OptionSpec& spec,
+                                            const std::vector<std::string>& given,
+                                            const std::string& origin)
+    {
+        // A connection string may hold a password.
+        const bool isSecret = std::string(spec.name) == "db";
+        throw UsageRefusal(
+            origin + " was given " + std::to_string(given.size()) + " times" +
+            (isSecret ? std::string() : ", as " + Quoted(given[0]) + " and " + Quoted(given[1])) +
+            ". Give it once.");
+    }
+
+    // The parser takes whatever follows as the value, so only the last argument can lack its own.
+    static void RefuseMissingValue(const std::vector<std::string>& arguments)
+    {
+        if (!arguments.empty() && arguments.back().rfind("--", 0) == 0)
+        {
+            const std::string shown = arguments.back().substr(0, arguments.back().find('='));
+            throw UsageRefusal("option " + Printable(shown) +
+                               " has no value: nothing follows it. Give the value behind " +
+                               Printable(shown) + ".");
+        }
+    }
+
     static void Collect(const ParsedCommand& parsed, OptionValues& values)
     {
         for (const auto& [spec, option] : parsed.options)
@@ -181,7 +223,11 @@ private:
             value.text = option->results().front();
             if (spec->kind == OptionKind::Flag)
             {
-                value.text = option->as<bool>() ? kFlagOn : kFlagOff;
+                value.text = FlagText(*option, value, shown);
+            }
+            else if (option->count() > 1)
+            {
+                RefuseRepeated(*spec, option->results(), value.origin);
             }
             else if (value.text.rfind("--", 0) == 0 &&
                      FindOption(*parsed.spec, value.text.substr(2)) != nullptr)

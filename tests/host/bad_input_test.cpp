@@ -64,14 +64,32 @@ TEST_F(BadInput, UnknownOptionDoesNotShowItsValue)
 
 TEST_F(BadInput, OptionWithoutItsValueIsNamed)
 {
-    EXPECT_THAT(RefusalOf(ValidAnd({"--request"})), HasSubstr("--request"));
+    EXPECT_THAT(RefusalOf(ValidAnd({"--request"})),
+                HasSubstr("option --request has no value: nothing follows it. Give the value "
+                          "behind --request."));
     EXPECT_THAT(RefusalOf(ValidAnd({"--request", "--veu"})),
                 HasSubstr("option --request has no value: --veu follows it"));
 }
 
 TEST_F(BadInput, OptionGivenTwiceIsNamed)
 {
-    EXPECT_THAT(RefusalOf(ValidAnd({"--partner", "DUPONTSA"})), HasSubstr("--partner"));
+    EXPECT_THAT(RefusalOf(ValidAnd({"--partner", "OTHER"})),
+                HasSubstr("option --partner was given 2 times, as 'DUPONTSA' and 'OTHER'. Give it "
+                          "once."));
+}
+
+TEST_F(BadInput, AConnectionStringGivenTwiceIsNotShown)
+{
+    EXPECT_THAT(
+        RefusalOf(ValidAnd({"--db", "Driver=X;PWD=s3cret"})),
+        AllOf(HasSubstr("option --db was given 2 times. Give it once."), Not(HasSubstr("s3cret"))));
+}
+
+TEST_F(BadInput, AFlagThatIsNeitherTrueNorFalse)
+{
+    EXPECT_THAT(RefusalOf(ValidAnd({"--veu=maybe"})),
+                HasSubstr("option --veu: 'maybe' is neither true nor false. Give --veu alone, or "
+                          "as --veu=false."));
 }
 
 TEST_F(BadInput, UnknownCommandIsNamedWithTheNearestOne)
