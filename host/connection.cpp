@@ -29,12 +29,14 @@ struct NeededTable
 {
     const char* name;
     const char* column;
+    bool isRead; ///< a check reads it; into the others it only writes, and its user may not read
 };
 
 constexpr NeededTable kNeededTables[] = {
-    {"SSR_CONTRACTCUR", "CUID"}, {"SSR_CONTRACTRULE", "CUID"}, {"SSR_CONTRACT", "CUID"},
-    {"SSR_HOLDER", "HUID"},      {"SSR_HOLDERID", "HUID"},     {"HST_SIGNRULES", "STATUT"},
-    {"EVT_JOURNAL", "EVENTKEY"},
+    {"SSR_CONTRACTCUR", "CUID", true},  {"SSR_CONTRACTRULE", "CUID", true},
+    {"SSR_CONTRACT", "CUID", true},     {"SSR_HOLDER", "HUID", true},
+    {"SSR_HOLDERID", "HUID", true},     {"HST_SIGNRULES", "STATUT", false},
+    {"EVT_JOURNAL", "EVENTKEY", false},
 };
 
 bool IsSqlite(const database::ConnectionString& connection)
@@ -71,6 +73,51 @@ void RequireEmbeddedFile(const Connection& connection)
                                     Quoted(support::Utf8FromNarrow(path)) +
                                     " is not there. Correct Database= in the connection string, "
                                     "or create it: signcheck init --db CONN.");
+}
+
+/// What came of reading no row of a table.
+struct TableProbe
+{
+    bool isMissing = false;
+    std::string reason; ///< the driver's text, UTF-8; empty when the table can be read
+};
+
+TableProbe Probe(CDatabase& database, const std::string& table, const std::string& column)
+{
+    const std::string statement = "SELECT " + column + " FROM " + table + " WHERE 1=0";
+    TableProbe probe;
+    database::GuardDatabase(
+        [&]
+        {
+            CRecordset rows(database);
+            rows.OpenW(CRecordset::kForwardOnly, support::WideFromNarrow(statement).c_str(), 0);
+        },
+        [&probe](const CDBException& raised)
+        {
+            probe.reason = support::Utf8FromNarrow(raised.GetText());
+            probe.isMissing = std::string(raised.GetState()) == kTableMissing ||
+                              probe.reason.find("no such table") != std::string::npos;
+        },
+        [&probe] { probe.reason = "unknown error"; });
+    return probe;
+}
+
+[[noreturn]] void RefuseMissing(const Connection& connection, const std::string& table)
+{
+    throw Refusal(kCouldNotRun, connection.origin + ": the database " + Quoted(connection.shown) +
+                                    " has no table " + table +
+                                    ". Create the tables first: run signcheck init --db CONN.");
+}
+
+[[noreturn]] void RefuseUnreadable(const Connection& connection, const std::string& table,
+                                   const std::string& reason)
+{
+    throw Refusal(kCouldNotRun,
+                  connection.origin + ": table " + table + " of the database " +
+                      Quoted(connection.shown) +
+                      " cannot be read: " + Printable(Redacted(reason, connection)) +
+                      ". Check that it is a database of signcheck init, unharmed, and that the "
+                      "user may read the table.");
 }
 
 } // namespace
@@ -148,28 +195,9 @@ void OpenDatabase(CDatabase& database, const Connection& connection, bool mayCre
 void RequireTable(CDatabase& database, const Connection& connection, const std::string& table,
                   const std::string& column)
 {
-    const std::string statement = "SELECT " + column + " FROM " + table + " WHERE 1=0";
-    bool isMissing = false;
-    std::string reason;
-    database::GuardDatabase(
-        [&]
-        {
-            CRecordset rows(database);
-            rows.OpenW(CRecordset::kForwardOnly, support::WideFromNarrow(statement).c_str(), 0);
-        },
-        [&](const CDBException& raised)
-        {
-            reason = support::Utf8FromNarrow(raised.GetText());
-            isMissing = std::string(raised.GetState()) == kTableMissing ||
-                        reason.find("no such table") != std::string::npos;
-        },
-        [&reason] { reason = "unknown error"; });
-    if (isMissing)
+    if (Probe(database, table, column).isMissing)
     {
-        throw Refusal(kCouldNotRun, connection.origin + ": the database " +
-                                        Quoted(connection.shown) + " has no table " + table +
-                                        ". Create the tables first: run signcheck init --db "
-                                        "CONN.");
+        RefuseMissing(connection, table);
     }
 }
 
@@ -178,7 +206,16 @@ void OpenRulesDatabase(CDatabase& database, const Connection& connection)
     OpenDatabase(database, connection, false);
     for (const NeededTable& table : kNeededTables)
     {
-        RequireTable(database, connection, table.name, table.column);
+        const TableProbe probe = Probe(database, table.name, table.column);
+        if (probe.isMissing)
+        {
+            RefuseMissing(connection, table.name);
+        }
+        // Else the check would judge without rules, and answer that there are none.
+        if (table.isRead && !probe.reason.empty())
+        {
+            RefuseUnreadable(connection, table.name, probe.reason);
+        }
     }
 }
 

@@ -27,8 +27,8 @@ std::string Redacted(std::string message, const Connection& connection);
 /// not there yet may be created.
 void OpenDatabase(CDatabase& database, const Connection& connection, bool mayCreate);
 
-/// Opens the database and makes sure that it holds the tables of a check. Raises Refusal with
-/// kCouldNotRun that points to signcheck init.
+/// Opens the database and makes sure that it holds the tables of a check and that those with rules
+/// can be read. Raises Refusal with kCouldNotRun and a remedy.
 void OpenRulesDatabase(CDatabase& database, const Connection& connection);
 
 /// Raises Refusal with kCouldNotRun when the table is missing. A table that may not be read is

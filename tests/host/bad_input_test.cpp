@@ -164,6 +164,28 @@ TEST_F(BadInput, DatabaseWithoutTablesPointsToInit)
     EXPECT_FALSE(std::filesystem::exists(m_folder.Path("handoff")));
 }
 
+TEST_F(BadInput, AFileThatIsNoDatabaseIsNotJudged)
+{
+    const std::string path = m_folder.Write("notes.db", std::string(4096, 'x'));
+
+    EXPECT_THAT(RefusalOf(With(Valid(), "--db", "Driver=SQLite3;Database=" + path), 3),
+                AllOf(HasSubstr("option --db"), HasSubstr("not a database"), HasSubstr(path)));
+    EXPECT_EQ(ReadWholeFile(path), std::string(4096, 'x'));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("spool")));
+}
+
+TEST_F(BadInput, ATruncatedDatabaseIsNotJudged)
+{
+    const std::string path = m_folder.Path("whole.db");
+    const std::string db = "Driver=SQLite3;Database=" + path;
+    ASSERT_EQ(RunSigncheck({"init", "--db", db, "--sample"}).status, 0);
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2);
+
+    EXPECT_THAT(RefusalOf(With(Valid(), "--db", db), 3),
+                AllOf(HasSubstr("cannot be read"), HasSubstr("malformed"), HasSubstr(path)));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("spool")));
+}
+
 TEST_F(BadInput, AConnectionThatFailsHandsNoReportOn)
 {
     auto arguments = With(Valid(), "--db", "Driver=NoSuchDriver");
