@@ -112,6 +112,32 @@ TEST_F(HolderFailures, MissingTableIsTracedAndAnsweredByZero)
     ExpectOneDatabaseError();
 }
 
+// SQLite takes an expression of a thousand levels, one for each signer and a few more.
+TEST_F(HolderFailures, SignersBeyondWhatTheProductTakesAreAFailedLookUp)
+{
+    if (!RunsOnSqlite())
+    {
+        GTEST_SKIP() << "needs a product that limits the depth of an expression";
+    }
+    bank.With(Holder(L"H1").Named(L"Ana", L"Ruiz").Certificate(L"Ana Ruiz"));
+    List({L"Ana Ruiz"});
+    while (list.GetCount() < 900)
+    {
+        List({L"Nobody"});
+    }
+    EXPECT_EQ(Infos("H1"), 1);
+    EXPECT_TRUE(problem.IsEmpty());
+
+    list.GetAt(0)->firstName = L"";
+    while (list.GetCount() < 1100)
+    {
+        List({L"Nobody"});
+    }
+    EXPECT_EQ(Infos("H1"), 0);
+    EXPECT_EQ(FirstNameOf(0), L"");
+    ExpectOneDatabaseError();
+}
+
 TEST_F(HolderFailures, LookUpsWorkAgainAfterAFailure)
 {
     bank.With(Holder(L"H1").Named(L"Ana", L"Ruiz").Certificate(L"Ana Ruiz"));
