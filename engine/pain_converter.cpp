@@ -3,8 +3,8 @@
 #include "engine/control_totals.h"
 #include "engine/failure.h"
 #include "engine/order_amount.h"
+#include "engine/pain_text.h"
 #include "engine/xml_stream.h"
-#include "support/codepage.h"
 #include "support/format.h"
 
 #include <algorithm>
@@ -17,29 +17,6 @@ namespace engine
 namespace
 {
 
-// More than any text of the message may have. What stands in a group is written with each of its
-// orders, so a long one would multiply.
-constexpr std::size_t kLongestText = 512;
-
-std::string Narrow(std::string_view utf8)
-{
-    return support::NarrowFromWide(support::WideFromUtf8(utf8));
-}
-
-std::string Trimmed(const std::string& text)
-{
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    return first == std::string::npos
-               ? std::string()
-               : text.substr(first, text.find_last_not_of(kBlanks) - first + 1U);
-}
-
-std::string Shortened(const std::string& text)
-{
-    return text.substr(0, kLongestText);
-}
-
 // Texts that are compared or added: cut, they would be others.
 bool IsNumber(PainField field)
 {
@@ -47,24 +24,6 @@ bool IsNumber(PainField field)
         PainField::FileCount, PainField::FileSum,          PainField::GroupCount,
         PainField::GroupSum,  PainField::InstructedAmount, PainField::EquivalentAmount};
     return std::find(kNumbers.begin(), kNumbers.end(), field) != kNumbers.end();
-}
-
-// "2026-03-29" or "2026-03-29T10:00:00" as 20260329; anything else gives an empty text.
-std::string PlainDate(const std::string& text)
-{
-    if (text.size() < 10 || text[4] != '-' || text[7] != '-')
-    {
-        return {};
-    }
-    std::string date = text.substr(0, 4) + text.substr(5, 2) + text.substr(8, 2);
-    const bool digits =
-        std::all_of(date.begin(), date.end(), [](char c) { return c >= '0' && c <= '9'; });
-    return digits ? date : std::string();
-}
-
-bool IsUrgentService(const std::string& code)
-{
-    return code == "URGP" || code == "SDVA" || code == "PRPT";
 }
 
 class PainHandler final : public XmlHandler
