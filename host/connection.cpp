@@ -23,6 +23,7 @@ constexpr const char* kPasswordKeys[] = {"PWD", "PASSWORD"};
 constexpr const char* kHidden = "***";
 // A shorter password could stand in any word, and hiding it would garble the message.
 constexpr std::size_t kShortestHiddenInMessages = 3;
+constexpr const char* kInMemory = ":memory:";
 constexpr const char* kTableMissing = "42S02";
 
 struct NeededTable
@@ -137,6 +138,14 @@ Connection ConnectionFrom(const OptionValues& values)
         throw UsageRefusal(value->origin + ": " + parts.Fault() +
                            " Give one such as \"Driver=SQLite3;Database=signutils.db\".");
     }
+    // The driver would make a file named after the whole connection string.
+    if (IsSqlite(parts) && parts.Value("DSN").empty() && parts.Value("FILEDSN").empty() &&
+        parts.Value("DATABASE").empty())
+    {
+        throw UsageRefusal(value->origin + ": the connection string " + Quoted(parts.Masked()) +
+                           " names no database file. Give one as Database=, such as "
+                           "\"Driver=SQLite3;Database=signutils.db\".");
+    }
     Connection connection;
     connection.origin = value->origin;
     connection.shown = parts.Masked();
@@ -149,6 +158,16 @@ Connection ConnectionFrom(const OptionValues& values)
                                            "another password.");
     }
     return connection;
+}
+
+void RefuseDatabaseInMemory(const Connection& connection)
+{
+    const database::ConnectionString parts(connection.text);
+    if (IsSqlite(parts) && parts.Value("DATABASE").find(kInMemory) != std::string::npos)
+    {
+        throw UsageRefusal(connection.origin + ": the database " + Quoted(connection.shown) +
+                           " ends with this command. Name a file as Database=.");
+    }
 }
 
 std::string Redacted(std::string message, const Connection& connection)

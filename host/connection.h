@@ -20,6 +20,9 @@ struct Connection
 /// Raises UsageRefusal when none was given or it is empty.
 Connection ConnectionFrom(const OptionValues& values);
 
+/// Raises UsageRefusal for an embedded database without a file, which no later command would find.
+void RefuseDatabaseInMemory(const Connection& connection);
+
 /// A driver's message (UTF-8) without the password of the connection string, should it quote it.
 std::string Redacted(std::string message, const Connection& connection);
 

@@ -90,6 +90,7 @@ Json AsJson(const Installation& done, const Connection& connection)
 int RunInit(const OptionValues& values)
 {
     const Connection connection = ConnectionFrom(values);
+    RefuseDatabaseInMemory(connection);
     CDatabase database;
     OpenDatabase(database, connection, true);
     const Installation done = InstallInto(database, connection, values.IsOn("sample"));

@@ -55,6 +55,19 @@ TEST(Connection, EmptyOnesAreRefused)
     EXPECT_THAT(RefusalOf("  "), HasSubstr("empty"));
 }
 
+TEST(Connection, AnEmbeddedDatabaseWithoutAFileIsRefused)
+{
+    for (const std::string text :
+         {"Driver=SQLite3", "Driver={SQLite3};Database=", "DRIVER=sqlite3;Timeout=100;PWD=s3cret"})
+    {
+        EXPECT_THAT(RefusalOf(text),
+                    AllOf(HasSubstr("option --db"), HasSubstr("names no database file"),
+                          HasSubstr("Database="), Not(HasSubstr("s3cret"))));
+    }
+    EXPECT_EQ(ConnectionOf("DSN=Bank").text, "DSN=Bank");
+    EXPECT_EQ(ConnectionOf("Driver=SQLite3;DSN=Bank").text, "Driver=SQLite3;DSN=Bank");
+}
+
 TEST(Connection, BrokenOnesAreRefusedWithoutTheirPassword)
 {
     EXPECT_THAT(RefusalOf("Driver=X;PWD=top;secret"),

@@ -70,6 +70,31 @@ TEST(InitOnANewerSchema, IsRefusedAndChangesNothing)
     EXPECT_TRUE(database.Query(L"SELECT HUID FROM SSR_HOLDER").empty());
 }
 
+TEST_F(Init, ADatabaseInMemoryIsRefused)
+{
+    const Answer answer = RunSigncheck({"init", "--db", "Driver=SQLite3;Database=:memory:"});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("option --db"), HasSubstr(":memory:"),
+                                     HasSubstr("Name a file as Database=")));
+    EXPECT_EQ(answer.output, "");
+}
+
+TEST_F(Init, ATableOfOurNameWithoutOurColumnsIsRefused)
+{
+    TestDatabase database;
+    database.Execute(L"DROP TABLE SSR_VERSION");
+    database.Execute(L"DROP TABLE SSR_HOLDER");
+    database.Execute(L"CREATE TABLE SSR_HOLDER (x INTEGER)");
+
+    const Answer answer = RunSigncheck({"init", "--db", database.ConnexionString()});
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("SSR_HOLDER was there already"), HasSubstr("HUID"),
+                                     HasSubstr("Nothing was changed")));
+    EXPECT_EQ(answer.output, "");
+}
+
 TEST_F(Init, AFolderThatIsNotThereIsRefused)
 {
     const Answer answer = RunSigncheck(
