@@ -4,9 +4,11 @@
 #include "host/option_readers.h"
 #include "host/output.h"
 #include "host/query_options.h"
+#include "host/refusal.h"
 #include "host/report_store.h"
 #include "host/table.h"
 #include "host/text.h"
+#include "port/files.h"
 #include "support/codepage.h"
 #include "support/folders.h"
 
@@ -100,7 +102,23 @@ std::string Shown(const StoredReport& report)
 std::string StoreFrom(const OptionValues& values)
 {
     const OptionValue* folder = values.Find("hand-off");
-    return folder == nullptr ? support::HandOffFolder() : NarrowText(*folder);
+    if (folder == nullptr)
+    {
+        return support::HandOffFolder();
+    }
+    if (folder->text.empty())
+    {
+        throw UsageRefusal(folder->origin +
+                           ": the value is empty. Name the folder of the hand-off store.");
+    }
+    const std::string store = NarrowText(*folder);
+    if (!port::FolderExists(store.c_str()))
+    {
+        throw Refusal(kCouldNotRun, folder->origin + ": there is no folder " +
+                                        Quoted(folder->text) +
+                                        ". Name the folder of the hand-off store.");
+    }
+    return store;
 }
 
 } // namespace

@@ -32,7 +32,8 @@ protected:
         arguments = With(arguments, "--client", client);
         arguments.insert(arguments.end(),
                          {"--order-id", orderId, "--request", request, "--psr-service", "STATUS",
-                          "--party", "QZBKFRPP", "--message-id", "RPT-" + orderId});
+                          "--party", "QZBKFRPP", "--message-name", "pain.001.001.03",
+                          "--message-id", "RPT-" + orderId});
         EXPECT_LE(RunSigncheck(arguments).status, 2);
     }
 
@@ -212,7 +213,22 @@ TEST_F(Queries, ReportFilters)
     EXPECT_EQ(Ask({"reports", "--service", "STATUS"})["reports"].size(), 2U);
     EXPECT_EQ(Ask({"reports", "--until", "2001-01-01"})["reports"].size(), 0U);
     EXPECT_EQ(Ask({"reports", "--since", "2001-01-01"})["reports"].size(), 2U);
-    EXPECT_EQ(Ask({"reports", "--hand-off", m_folder.Path("none")})["reports"].size(), 0U);
+}
+
+TEST_F(Queries, ReportsOfAFolderThatIsNoneAreRefused)
+{
+    const std::string path = m_folder.Path("none");
+
+    const Answer missing = RunSigncheck({"reports", "--hand-off", path});
+    const Answer noFolder = RunSigncheck({"reports", "--hand-off", m_order});
+    const Answer empty = RunSigncheck({"reports", "--hand-off", ""});
+
+    EXPECT_EQ(missing.status, 3);
+    EXPECT_THAT(missing.errors, HasSubstr("option --hand-off: there is no folder '" + path + "'"));
+    EXPECT_EQ(noFolder.status, 3);
+    EXPECT_THAT(noFolder.errors, HasSubstr("there is no folder '" + m_order + "'"));
+    EXPECT_EQ(empty.status, 64);
+    EXPECT_THAT(empty.errors, HasSubstr("option --hand-off: the value is empty"));
 }
 
 TEST_F(Queries, ReportsPrintTheirDocumentsWhenAsked)
