@@ -5,6 +5,7 @@
 #include "host/order_path.h"
 #include "host/refusal.h"
 #include "host/text.h"
+#include "services/hand_off_name.h"
 #include "support/codepage.h"
 
 #include <algorithm>
@@ -19,6 +20,8 @@ namespace
 constexpr std::size_t kServiceLength = 8;
 constexpr std::size_t kHandOffLength = 260;
 constexpr std::size_t kLogPathLength = 259;
+// The longest identifier that a status report may hold.
+constexpr std::size_t kReportTextLength = 35;
 constexpr std::size_t kOrderIdKept = 10;
 constexpr std::size_t kFileNameKept = 256;
 // The contract tables keep signed numbers.
@@ -91,14 +94,61 @@ void ReadAmounts(const OptionValues& values, CheckRequest& request)
     request.currency = form.currency;
 }
 
+struct ReportField
+{
+    const char* option;
+    const char* example;
+    std::string CheckRequest::*part;
+};
+
+// What a status report cannot do without.
+constexpr ReportField kReportFields[] = {
+    {"party", "--party QZBKFRPP", &CheckRequest::party},
+    {"order-id", "--order-id A001", &CheckRequest::orderId},
+    {"message-name", "--message-name pain.001.001.03", &CheckRequest::messageName},
+    {"message-id", "--message-id RPT-1", &CheckRequest::messageId},
+};
+
+std::string RequiredReportText(const OptionValues& values, const ReportField& field)
+{
+    const OptionValue* value = values.Find(field.option);
+    if (value == nullptr || value->text.empty())
+    {
+        throw UsageRefusal(std::string("option --") + field.option +
+                           (value == nullptr ? " is missing" : ": the value is empty") +
+                           ", but --psr-service asks for a status report, which needs it. Give it "
+                           "as " +
+                           field.example + ", or leave --psr-service out.");
+    }
+    return NarrowTextUpTo(*value, kReportTextLength);
+}
+
+// Both name a folder of the hand-off store, which refuses the same.
+void RefuseOutsideStore(const OptionValue& value)
+{
+    if (!services::IsStoreName(NarrowText(value)))
+    {
+        throw UsageRefusal(value.origin + ": " + Quoted(value.text) +
+                           " cannot name a folder of the hand-off store, where status reports "
+                           "go. Give letters and digits.");
+    }
+}
+
 void ReadReport(const OptionValues& values, CheckRequest& request)
 {
     request.psrService = UpTo(values, "psr-service", kServiceLength);
-    request.party = OptionalNarrowText(values, "party");
-    request.orderId = OptionalNarrowText(values, "order-id");
-    request.messageName = OptionalNarrowText(values, "message-name");
-    request.messageId = OptionalNarrowText(values, "message-id");
     request.handOff = UpTo(values, "hand-off", kHandOffLength);
+    const bool isAskedFor = !request.psrService.empty();
+    for (const ReportField& field : kReportFields)
+    {
+        request.*field.part = isAskedFor ? RequiredReportText(values, field)
+                                         : OptionalNarrowText(values, field.option);
+    }
+    if (isAskedFor)
+    {
+        RefuseOutsideStore(*values.Find("psr-service"));
+        RefuseOutsideStore(*values.Find("partner"));
+    }
 }
 
 bool HasApostrophe(const std::string& text)

@@ -41,6 +41,10 @@ protected:
         return arguments;
     }
 
+    const std::vector<std::string> m_report = {
+        "--psr-service", "STATUS",         "--party",         "QZBKFRPP",     "--order-id",
+        "A001",          "--message-name", "pain.001.001.03", "--message-id", "RPT-1"};
+
     std::vector<std::string> ForFile(const std::string& path) const
     {
         auto arguments = Valid();
@@ -189,7 +193,8 @@ TEST_F(BadInput, ATruncatedDatabaseIsNotJudged)
 TEST_F(BadInput, AConnectionThatFailsHandsNoReportOn)
 {
     auto arguments = With(Valid(), "--db", "Driver=NoSuchDriver");
-    arguments.insert(arguments.end(), {"--psr-service", "STATUS", "--json"});
+    arguments.insert(arguments.end(), m_report.begin(), m_report.end());
+    arguments.emplace_back("--json");
 
     const Answer answer = RunSigncheck(arguments);
 
@@ -210,6 +215,42 @@ TEST_F(BadInput, ContractIdentifiersLongerThanEightCharacters)
     }
     EXPECT_THAT(RefusalOf(ValidAnd({"--psr-service", "NINECHARS"})),
                 HasSubstr("option --psr-service: 'NINECHARS' has 9 characters"));
+}
+
+TEST_F(BadInput, AStatusReportWithoutOneOfItsTextsIsRefused)
+{
+    for (const std::string option : {"--party", "--order-id", "--message-name", "--message-id"})
+    {
+        EXPECT_THAT(RefusalOf(Without(ValidAnd(m_report), option)),
+                    AllOf(HasSubstr("option " + option + " is missing, but --psr-service"),
+                          HasSubstr("Give it as " + option + " ")));
+        EXPECT_THAT(RefusalOf(With(ValidAnd(m_report), option, "")),
+                    HasSubstr("option " + option + ": the value is empty"));
+    }
+}
+
+TEST_F(BadInput, AStatusReportWithATextOfMoreThan35CharactersIsRefused)
+{
+    for (const std::string option : {"--party", "--order-id", "--message-name", "--message-id"})
+    {
+        EXPECT_THAT(
+            RefusalOf(With(ValidAnd(m_report), option, std::string(36, 'x'))),
+            AllOf(HasSubstr("option " + option), HasSubstr("36 characters. Give at most 35.")));
+    }
+}
+
+TEST_F(BadInput, AReportServiceOrPartnerOutsideTheStoreIsRefused)
+{
+    for (const std::string name : {"/", "..", ".", "../x", "a\\b"})
+    {
+        EXPECT_THAT(
+            RefusalOf(With(ValidAnd(m_report), "--psr-service", name)),
+            AllOf(HasSubstr("option --psr-service: '" + name + "'"), HasSubstr("hand-off store")));
+        EXPECT_THAT(RefusalOf(With(ValidAnd(m_report), "--partner", name)),
+                    HasSubstr("option --partner: '" + name + "'"));
+    }
+    EXPECT_THAT(RefusalOf(With(ValidAnd(m_report), "--psr-service", "a\x01")),
+                AllOf(HasSubstr("option --psr-service"), HasSubstr("control character")));
 }
 
 TEST_F(BadInput, EmptyContractIdentifiers)
