@@ -91,6 +91,29 @@ Leftovers OfferLines(std::string_view lines,
     return left;
 }
 
+/// Takes back what was appended, on every way out, unless it is kept: what is reported as lost must
+/// not turn up later. More than trying cannot be done.
+class AppendUndo
+{
+public:
+    AppendUndo(port::File& file, std::int64_t before) noexcept : m_file(&file), m_before(before) {}
+    ~AppendUndo()
+    {
+        if (m_file != nullptr)
+        {
+            static_cast<void>(m_file->Truncate(m_before));
+        }
+    }
+    AppendUndo(const AppendUndo&) = delete;
+    AppendUndo& operator=(const AppendUndo&) = delete;
+
+    void Keep() noexcept { m_file = nullptr; }
+
+private:
+    port::File* m_file;
+    std::int64_t m_before;
+};
+
 } // namespace
 
 EventSpool::EventSpool(std::string folder, std::string_view connection)
@@ -153,14 +176,14 @@ bool EventSpool::AppendBytes(const std::string& path, std::string bytes) const
     {
         bytes.insert(0, "\n");
     }
-    if (file.Write(bytes.data(), bytes.size()) && file.Flush() &&
-        (before > 0 || port::FlushFolder(m_folder.c_str())))
+    AppendUndo undo(file, before);
+    const bool kept = file.Write(bytes.data(), bytes.size()) && file.Flush() &&
+                      (before > 0 || port::FlushFolder(m_folder.c_str()));
+    if (kept)
     {
-        return true;
+        undo.Keep();
     }
-    // What is reported as lost must not turn up later; more than trying cannot be done.
-    static_cast<void>(file.Truncate(before));
-    return false;
+    return kept;
 }
 
 void EventSpool::Deliver(const std::function<Delivery(const EventRecord&)>& offer) const

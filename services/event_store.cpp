@@ -9,7 +9,7 @@
 #include "support/cttime.h"
 #include "support/folders.h"
 
-#include <cstring>
+#include <new>
 
 namespace services
 {
@@ -69,8 +69,15 @@ EventOutcome EventStore::WriteBehindSpool(const EventRecord& event)
         // Out of order is better than lost.
         return Insert(event) == Delivery::Delivered ? EventOutcome::Written : EventOutcome::Lost;
     }
-    DeliverSpool();
-    return m_spool.Holds(event.key) ? EventOutcome::Spooled : EventOutcome::Written;
+    try
+    {
+        DeliverSpool();
+        return m_spool.Holds(event.key) ? EventOutcome::Spooled : EventOutcome::Written;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return EventOutcome::Spooled; // it is safe there, and its key keeps it from being doubled
+    }
 }
 
 void EventStore::DeliverSpool()

@@ -38,7 +38,16 @@ void AuditTrail::LogEvent(unsigned short level, const wchar_t* message)
     static_assert(JournalState::NotDue < JournalState::Written &&
                   JournalState::Written < JournalState::Spooled &&
                   JournalState::Spooled < JournalState::Lost);
-    m_state = std::max(m_state, Write(level, message));
+    JournalState state = JournalState::Lost;
+    try
+    {
+        state = Write(level, message);
+    }
+    catch (const std::bad_alloc&)
+    {
+        TraceValue(m_session.m_trace, "Error", "No memory for the audit event", 1);
+    }
+    m_state = std::max(m_state, state);
 }
 
 void AuditTrail::ConnectOnFirstUse()
@@ -50,14 +59,16 @@ void AuditTrail::ConnectOnFirstUse()
     unsigned long status = 0;
     try
     {
-        m_session.m_events.Emplace(kJournalSource, status);
+        // Once for the session; events of a client that could not connect are spooled.
+        m_session.m_events.Emplace(kJournalSource, status)
+            .Connect(m_session.m_connexionString.SafeGetString());
     }
     catch (const std::bad_alloc&)
     {
-        return; // without a client the event is lost, the check goes on
+        // This event is lost and the check goes on; the next one connects anew. A client that is
+        // left half connected does not know which database its events are meant for.
+        m_session.m_events.Reset();
     }
-    // Once for the session; events of a client that could not connect are spooled.
-    m_session.m_events.Get()->Connect(m_session.m_connexionString.SafeGetString());
 }
 
 JournalState AuditTrail::Write(unsigned short level, const wchar_t* message)

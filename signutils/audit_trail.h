@@ -14,7 +14,8 @@ class AuditTrail final : public rules::AuditJournal
 public:
     explicit AuditTrail(SignUtils& session) : m_session(session) {}
 
-    /// Writes one event; no failure reaches the caller but want of memory for the texts.
+    /// Writes one event. No failure reaches the caller; an event that there is no memory for is
+    /// lost.
     void LogEvent(unsigned short level, const wchar_t* message) override;
 
     /// The worst of the events so far, so that none that was lost is hidden by a later one.
