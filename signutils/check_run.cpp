@@ -1,10 +1,14 @@
 #include "signutils/check_run.h"
 
 #include "containers/shared_ref_impl.h"
-#include "rules/check_signatures.h"
+#include "database/cdatabase.h"
 #include "signutils/signutils.h"
 #include "support/checked_copy.h"
 #include "support/trace.h"
+
+#include <cmath>
+#include <new>
+#include <utility>
 
 namespace
 {
@@ -14,7 +18,27 @@ constexpr unsigned int kReportFailed = 10735;
 constexpr unsigned short kInformation = 0;
 constexpr unsigned short kError = 1;
 constexpr int kRejected = 0;
+
+constexpr char kCutShort[] = "The check was ended by an exception";
+constexpr char kNotFinite[] = "The given amounts are not both finite numbers";
+constexpr char kNotSaved[] = "The report cannot be written to a temporary file";
+
 constexpr std::size_t kErrorTextSize = 256;
+
+/// Keeps a text for the outcome, or none where there is no memory: what the check has recorded does
+/// not fail because of it.
+template <typename Text, typename Source>
+void Keep(Text& kept, const Source& text) noexcept
+{
+    try
+    {
+        kept = text;
+    }
+    catch (const std::bad_alloc&)
+    {
+        kept.Empty();
+    }
+}
 
 } // namespace
 
@@ -26,6 +50,35 @@ CheckRun::CheckRun(SignUtils& session, const char* fileName, const wchar_t* sign
       m_fileName(fileName == nullptr ? "" : fileName), m_signers(signers == nullptr ? L"" : signers)
 {
     m_outcome = CheckOutcome();
+    m_outcome.verdict = rules::kVerdictFailed;
+}
+
+CheckRun::~CheckRun()
+{
+    m_outcome.ran = m_trail.ran;
+    m_outcome.rulesComplete = m_trail.rulesComplete;
+    m_outcome.lookupsComplete = m_trail.lookupsComplete;
+    m_outcome.problem = std::move(m_trail.problem);
+    m_outcome.rowsDue = m_trail.rowsDue;
+    m_outcome.rowsWritten = m_trail.rowsWritten;
+    m_outcome.reasonCode = std::move(m_reasonCode);
+    m_outcome.reasonText = std::move(m_reasonText);
+    m_outcome.journal = m_audit.GetState();
+    if (m_ended)
+    {
+        return;
+    }
+    // Nobody knows how far the connection came; the next check opens one of its own.
+    m_session.m_database.Reset();
+    // Judged rules owe an event, and so does a report; an exception leaves the last one unwritten.
+    if (m_outcome.ran || m_outcome.report != ReportState::NotDue)
+    {
+        m_outcome.journal = JournalState::Lost;
+    }
+    if (m_outcome.problem.IsEmpty())
+    {
+        Keep(m_outcome.problem, kCutShort);
+    }
 }
 
 std::uint32_t CheckRun::JudgeFile()
@@ -36,13 +89,11 @@ std::uint32_t CheckRun::JudgeFile()
 
     SettleAmounts();
     const std::uint32_t verdict = CheckSignatures(m_reasonCode, m_reasonText);
-    m_outcome.reasonCode = m_reasonCode;
-    m_outcome.reasonText = m_reasonText;
     if (verdict >= rules::kVerdictFailed && m_session.m_psrService[0] != '\0')
     {
         Answer();
     }
-    m_outcome.journal = m_audit.GetState();
+    m_ended = true;
     return verdict;
 }
 
@@ -52,17 +103,17 @@ std::uint32_t CheckRun::JudgeRules(TSimpleString& reasonCode, TSimpleStringW& re
     m_totalAmount = totalAmount;
     m_maxOrderAmount = maxOrderAmount;
     support::TruncatingCopy(m_currency, sizeof m_currency, currency);
-    m_outcome.amountsKnown = true;
+    JudgeGivenAmounts();
     RecordAmounts();
 
     const std::uint32_t verdict = CheckSignatures(reasonCode, reasonText);
     // On other ways out the reasons are what the caller had in them.
-    if (m_outcome.ran && verdict != rules::kVerdictSuccess)
+    if (m_trail.ran && verdict != rules::kVerdictSuccess)
     {
-        m_outcome.reasonCode = reasonCode;
-        m_outcome.reasonText = reasonText;
+        Keep(m_reasonCode, reasonCode);
+        Keep(m_reasonText, reasonText);
     }
-    m_outcome.journal = m_audit.GetState();
+    m_ended = true;
     return verdict;
 }
 
@@ -84,7 +135,7 @@ void CheckRun::WorkOutAmounts()
     char errorText[kErrorTextSize] = {};
     m_outcome.amountsKnown = m_session.GetMaxAmountFile(m_fileName, m_totalAmount, m_maxOrderAmount,
                                                         m_orderCount, m_currency, errorText) != 0;
-    m_outcome.amountsProblem = errorText;
+    Keep(m_outcome.amountsProblem, errorText);
     if (m_outcome.amountsKnown)
     {
         return;
@@ -101,15 +152,25 @@ void CheckRun::TakeGivenAmounts()
     m_maxOrderAmount = m_session.m_maxOrderAmount;
     support::CheckedCopy(m_currency, sizeof m_currency, m_session.m_currency.SafeGetString(),
                          sizeof m_currency - 1);
-    m_outcome.amountsKnown = true;
+    JudgeGivenAmounts();
 }
 
-void CheckRun::RecordAmounts()
+void CheckRun::JudgeGivenAmounts() noexcept
+{
+    // The rules are judged all the same, and no limit refuses a NaN.
+    m_outcome.amountsKnown = std::isfinite(m_totalAmount) && std::isfinite(m_maxOrderAmount);
+    if (!m_outcome.amountsKnown)
+    {
+        Keep(m_outcome.amountsProblem, kNotFinite);
+    }
+}
+
+void CheckRun::RecordAmounts() noexcept
 {
     m_outcome.totalAmount = m_totalAmount;
     m_outcome.maxOrderAmount = m_maxOrderAmount;
     m_outcome.orderCount = m_orderCount;
-    m_outcome.currency = m_currency;
+    Keep(m_outcome.currency, m_currency);
 }
 
 std::uint32_t CheckRun::CheckSignatures(TSimpleString& reasonCode, TSimpleStringW& reasonText)
@@ -128,25 +189,17 @@ std::uint32_t CheckRun::CheckSignatures(TSimpleString& reasonCode, TSimpleString
                                      *m_session.m_signers.Get(),
                                      m_session.m_database,
                                      m_audit};
-    rules::CheckTrail trail;
-    const std::uint32_t verdict = rules::CheckSignatures(input, reasonCode, reasonText, trail);
-    m_outcome.verdict = verdict;
-    m_outcome.ran = trail.ran;
-    m_outcome.rulesComplete = trail.rulesComplete;
-    m_outcome.problem = trail.problem;
-    m_outcome.rowsDue = trail.rowsDue;
-    m_outcome.rowsWritten = trail.rowsWritten;
-    return verdict;
+    m_outcome.verdict = rules::CheckSignatures(input, reasonCode, reasonText, m_trail);
+    return m_outcome.verdict;
 }
 
 void CheckRun::Answer()
 {
+    m_outcome.report = ReportState::NotHandedOn;
     if (WriteReport() && HandOnReport())
     {
-        m_outcome.report = ReportState::HandedOn;
         return;
     }
-    m_outcome.report = ReportState::NotHandedOn;
     TSimpleStringW failure;
     failure.LoadStringA(kReportFailed);
     m_audit.LogEvent(kError, failure.SafeGetString());
@@ -181,8 +234,10 @@ bool CheckRun::HandOnReport()
                                          &fileId) != 0)
     {
         TraceValue(m_session.m_trace, "AddPaymentStatusReport Error", "Function error", 1);
+        Keep(m_outcome.reportProblem, *rc.text != '\0' ? rc.text : kNotSaved);
         return false;
     }
+    m_outcome.report = ReportState::HandedOn;
     m_outcome.reportFileId = fileId;
     m_session.m_extraInfo.GenerateString("PSR Generated in %s=%d", m_session.m_psrService,
                                          static_cast<int>(fileId));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "rules/check_signatures.h"
 #include "signutils/audit_trail.h"
 #include "signutils/check_outcome.h"
 #include "support/tsimplestring.h"
@@ -13,12 +14,16 @@ namespace signutils
 {
 
 /// One check of a session. What is worked out here stays here: the session's own settings are not
-/// changed, and its last outcome is only written.
+/// changed, and its last outcome is only written, at the latest by the destructor: that of a check
+/// which an exception ends tells as much as there is to tell.
 class CheckRun
 {
 public:
     /// Resets the session's last outcome. The texts may be null and are borrowed for the check.
     CheckRun(SignUtils& session, const char* fileName, const wchar_t* signers);
+    ~CheckRun();
+    CheckRun(const CheckRun&) = delete;
+    CheckRun& operator=(const CheckRun&) = delete;
 
     /// Amounts, rules and, after a refusal, the status report; returns the verdict.
     std::uint32_t JudgeFile();
@@ -36,11 +41,14 @@ private:
     void Answer();
     [[nodiscard]] bool WriteReport();
     [[nodiscard]] bool HandOnReport();
-    void RecordAmounts();
+    void JudgeGivenAmounts() noexcept;
+    void RecordAmounts() noexcept;
 
     SignUtils& m_session;
     CheckOutcome& m_outcome;
     AuditTrail m_audit;
+    rules::CheckTrail m_trail;
+    bool m_ended = false; ///< with a verdict, not by an exception
     const char* m_fileName;
     const wchar_t* m_signers;
     double m_totalAmount = 0.0;

@@ -2,10 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+#include <limits>
 #include <string>
 
 using namespace testing_support;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 namespace
 {
@@ -20,6 +23,7 @@ TEST_F(LastCheck, FreshSessionHasRunNothing)
     const CheckOutcome& outcome = session.GetLastCheck();
     EXPECT_FALSE(outcome.ran);
     EXPECT_FALSE(outcome.rulesComplete);
+    EXPECT_FALSE(outcome.lookupsComplete);
     EXPECT_FALSE(outcome.amountsKnown);
     EXPECT_EQ(outcome.verdict, 0U);
     EXPECT_EQ(outcome.rowsDue, 0U);
@@ -37,6 +41,7 @@ TEST_F(LastCheck, TellsASuccessWhole)
     const CheckOutcome& outcome = session.GetLastCheck();
     EXPECT_TRUE(outcome.ran);
     EXPECT_TRUE(outcome.rulesComplete);
+    EXPECT_TRUE(outcome.lookupsComplete);
     EXPECT_TRUE(outcome.amountsKnown);
     EXPECT_EQ(outcome.verdict, kSuccess);
     EXPECT_TRUE(outcome.problem.IsEmpty()) << outcome.problem.SafeGetString();
@@ -189,6 +194,114 @@ TEST_F(LastCheck, AmountsThatCannotBeWorkedOutAreTold)
     EXPECT_FALSE(outcome.amountsProblem.IsEmpty());
     EXPECT_EQ(outcome.totalAmount, 0.0);
     EXPECT_TRUE(outcome.currency.IsEmpty());
+}
+
+TEST_F(LastCheck, GivenAmountsThatAreNotFiniteAreNotKnown)
+{
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    const double infinite = std::numeric_limits<double>::infinity();
+    struct
+    {
+        double total;
+        double largest;
+        unsigned long verdict;
+    } const cases[] = {
+        {notANumber, 1.00, kSuccess}, {1.00, notANumber, kSuccess}, {infinite, 1.00, kRefused},
+        {1.00, infinite, kSuccess},   {-infinite, 1.00, kSuccess},
+    };
+    for (const auto& each : cases)
+    {
+        SignUtils session;
+        Prepare(session);
+        session.SetAmountInfo(each.total, each.largest, "EUR");
+        EXPECT_EQ(session.CheckSignRules("order.xml", L"Ana Ruiz"), each.verdict)
+            << each.total << " / " << each.largest;
+
+        const CheckOutcome& outcome = session.GetLastCheck();
+        EXPECT_TRUE(outcome.ran);
+        EXPECT_FALSE(outcome.amountsKnown) << each.total << " / " << each.largest;
+        EXPECT_STREQ(outcome.amountsProblem.SafeGetString(),
+                     "The given amounts are not both finite numbers");
+    }
+}
+
+TEST_F(LastCheck, AmountsOfRulesAloneThatAreNotFiniteAreNotKnown)
+{
+    SignUtils session;
+    Prepare(session);
+    TSimpleString reasonCode;
+    TSimpleStringW reasonText;
+    EXPECT_EQ(session.CheckSignRulesFor(reasonCode, reasonText, L"Ana Ruiz", "order.xml",
+                                        std::numeric_limits<double>::quiet_NaN(), 1.00, "EUR"),
+              kSuccess);
+    EXPECT_FALSE(session.GetLastCheck().amountsKnown);
+    EXPECT_TRUE(std::isnan(session.GetLastCheck().totalAmount));
+    EXPECT_STREQ(session.GetLastCheck().amountsProblem.SafeGetString(),
+                 "The given amounts are not both finite numbers");
+}
+
+TEST_F(LastCheck, LookUpThatCouldNotBeReadIsTold)
+{
+    m_database.Execute(L"DROP TABLE SSR_HOLDERID");
+    SignUtils session;
+    Prepare(session);
+    session.CheckSignRules("order.xml", L"Ana Ruiz");
+
+    EXPECT_TRUE(session.GetLastCheck().ran);
+    EXPECT_TRUE(session.GetLastCheck().rulesComplete);
+    EXPECT_FALSE(session.GetLastCheck().lookupsComplete);
+    EXPECT_FALSE(session.GetLastCheck().problem.IsEmpty());
+}
+
+TEST_F(LastCheck, ReasonWhyAReportWasNotHandedOnIsTold)
+{
+    SignUtils session;
+    Prepare(session);
+    session.SetAmountInfo(1000.01, 1.00, "EUR");
+    session.SetPSRWarning("STATUS");
+    const std::string store = m_folder.Write("no folder", "a file stands where the store should");
+    session.SetContractInfo(1, 9, "PARTNER1", "SERVICE1", "CLIENT1", 1, store.c_str());
+    EXPECT_EQ(session.CheckSignRules("order.xml", L"Ana Ruiz"), kRefused);
+
+    const CheckOutcome& outcome = session.GetLastCheck();
+    EXPECT_EQ(outcome.report, ReportState::NotHandedOn);
+    EXPECT_THAT(std::string(outcome.reportProblem.SafeGetString()), HasSubstr(store));
+    EXPECT_THAT(std::string(outcome.reportProblem.SafeGetString()), Not(HasSubstr("\n")));
+
+    session.SetContractInfo(1, 9, "PARTNER1", "SERVICE1", "CLIENT1", 1, "");
+    session.CheckSignRules("order.xml", L"");
+    EXPECT_EQ(outcome.report, ReportState::HandedOn);
+    EXPECT_TRUE(outcome.reportProblem.IsEmpty());
+}
+
+TEST_F(LastCheck, NameThatTheStoreRefusesIsTold)
+{
+    SignUtils session;
+    Prepare(session);
+    session.SetContractInfo(1, 9, "..", "SERVICE1", "CLIENT1", 1, "");
+    session.SetConnexionString("");
+    session.SetPSRWarning("STATUS");
+    EXPECT_EQ(session.CheckSignRules("order.xml", L"Ana Ruiz"), kRefused);
+
+    EXPECT_THAT(std::string(session.GetLastCheck().reportProblem.SafeGetString()),
+                HasSubstr("partner"));
+}
+
+TEST_F(LastCheck, ReportThatCannotBeSavedIsTold)
+{
+    const std::string missing = m_folder.Path("missing");
+    const ScopedEnvironment posix("TMPDIR", missing.c_str());
+    const ScopedEnvironment windows("TMP", missing.c_str());
+    const ScopedEnvironment windowsToo("TEMP", missing.c_str());
+    SignUtils session;
+    Prepare(session);
+    session.SetAmountInfo(1000.01, 1.00, "EUR");
+    session.SetPSRWarning("STATUS");
+    EXPECT_EQ(session.CheckSignRules("order.xml", L"Ana Ruiz"), kRefused);
+
+    EXPECT_EQ(session.GetLastCheck().report, ReportState::NotHandedOn);
+    EXPECT_STREQ(session.GetLastCheck().reportProblem.SafeGetString(),
+                 "The report cannot be written to a temporary file");
 }
 
 TEST_F(LastCheck, IsResetWhenACheckStarts)
