@@ -7,6 +7,7 @@
 #include "host/text.h"
 #include "services/hand_off_name.h"
 #include "support/codepage.h"
+#include "support/folders.h"
 
 #include <algorithm>
 #include <limits>
@@ -211,6 +212,11 @@ CheckRequest ReadCheckRequest(const OptionValues& values)
     request.logFile = UpTo(values, "log", kLogPathLength);
     request.traceFile = OptionalNarrowText(values, "trace");
     return request;
+}
+
+std::string HandOffStore(const CheckRequest& request)
+{
+    return request.handOff.empty() ? support::HandOffFolder() : request.handOff;
 }
 
 std::vector<std::string> WarningsBefore(const CheckRequest& request)

@@ -44,6 +44,9 @@ struct CheckRequest
 /// Reads and validates the settings of a check. Raises UsageRefusal.
 CheckRequest ReadCheckRequest(const OptionValues& values);
 
+/// The folder that status reports are handed on to, in Windows-1252.
+std::string HandOffStore(const CheckRequest& request);
+
 /// What the host must say before the check runs, such as an apostrophe that will cost the history
 /// row; each text names option, value and what follows.
 std::vector<std::string> WarningsBefore(const CheckRequest& request);

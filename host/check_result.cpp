@@ -2,6 +2,7 @@
 
 #include "host/exit_status.h"
 #include "host/text.h"
+#include "support/codepage.h"
 
 namespace host
 {
@@ -12,9 +13,12 @@ namespace
 constexpr unsigned int kVerdictNoRule = 0;
 constexpr unsigned int kVerdictSuccess = 1;
 
+// The cause as the end of a sentence; a driver's text may bring a full stop of its own.
 std::string BecauseOf(const std::string& problem)
 {
-    return problem.empty() ? std::string(".") : ": " + Printable(problem) + ".";
+    const std::string cause = Printable(problem);
+    const std::size_t last = cause.find_last_not_of(" .");
+    return last == std::string::npos ? std::string(".") : ": " + cause.substr(0, last + 1) + ".";
 }
 
 void WarnOfReport(const CheckRequest& request, const CheckResult& result,
@@ -26,9 +30,11 @@ void WarnOfReport(const CheckRequest& request, const CheckResult& result,
     }
     if (!result.reportHandedOn)
     {
-        warnings.push_back("the status report was written but NOT handed on" +
+        warnings.push_back("the status report was written but NOT handed on to service " +
+                           Quoted(support::Utf8FromNarrow(request.psrService)) + " of the store " +
+                           Quoted(support::Utf8FromNarrow(HandOffStore(request))) +
                            BecauseOf(result.problem) +
-                           " Check that the hand-off folder is there and writable.");
+                           " Check that the store is a folder and writable.");
     }
     else if (!result.ran)
     {

@@ -130,7 +130,10 @@ TEST_F(CheckOutput, AReportThatCannotBeHandedOnIsTold)
     const Answer answer = RunSigncheck(arguments);
 
     EXPECT_EQ(answer.status, 1);
-    EXPECT_THAT(answer.errors, HasSubstr("WARNING: the status report was written but NOT handed"));
+    EXPECT_THAT(answer.errors,
+                HasSubstr("WARNING: the status report was written but NOT handed on to service "
+                          "'STATUS' of the store '" +
+                          m_order + "'"));
     EXPECT_TRUE(answer.Json()["report"].is_string());
     EXPECT_TRUE(answer.Json()["reportFile"].is_null());
 }

@@ -120,6 +120,16 @@ TEST(CheckWarnings, AReportThatWasNotHandedOnIsTold)
     EXPECT_THAT(host::CheckInWords(request, result), HasSubstr("written, but not handed on"));
 }
 
+TEST(CheckWarnings, ACauseWithAFullStopHasOne)
+{
+    auto result = Ran(2);
+    result.rowsDue = 2;
+    result.problem = "connection lost. ";
+
+    EXPECT_THAT(host::WarningsAfter({}, result),
+                Contains(HasSubstr("NOT written: connection lost. The verdict stands")));
+}
+
 TEST(CheckInWords, NeverShowsControlCharactersOfTheData)
 {
     auto result = Ran(2);
