@@ -6,12 +6,12 @@
 #include "host/journal_reader.h"
 #include "host/output.h"
 #include "host/refusal.h"
+#include "host/schema_version.h"
 #include "host/text.h"
 #include "port/files.h"
 #include "signutils/signutils.h"
 #include "support/codepage.h"
 #include "support/cttime.h"
-#include "support/folders.h"
 
 #include <nlohmann/json.hpp>
 
@@ -104,9 +104,8 @@ std::string NameOf(JournalState state)
 // Where the hand-off service keeps the report.
 std::string ReportPath(const CheckRequest& request, unsigned long fileId)
 {
-    const std::string store = request.handOff.empty() ? support::HandOffFolder() : request.handOff;
     const std::string folder =
-        port::JoinPath(port::JoinPath(store, request.psrService), request.partner);
+        port::JoinPath(port::JoinPath(HandOffStore(request), request.psrService), request.partner);
     const std::string path = port::JoinPath(folder, std::to_string(fileId) + kReportEnding);
     return port::FileExists(path.c_str()) ? support::Utf8FromNarrow(path) : std::string();
 }
@@ -200,6 +199,12 @@ int RunCheck(const OptionValues& values)
     try
     {
         OpenRulesDatabase(database, request.connection);
+        if (std::string warning = CheckSchemaVersion(database, request.connection);
+            !warning.empty())
+        {
+            Warn(warning);
+            warnings.push_back(std::move(warning));
+        }
     }
     catch (const Refusal& refusal)
     {
