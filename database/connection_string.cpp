@@ -104,9 +104,12 @@ std::size_t ConnectionString::ReadEntry(std::string_view text, std::size_t at)
     {
         if (!Trimmed(text.substr(at, semicolon - at)).empty())
         {
-            m_fault = "The connection string has no '=' in the part behind entry " +
-                      std::to_string(m_entries.size()) +
-                      "; a value with a semicolon must stand in braces.";
+            m_fault = m_entries.empty()
+                          ? std::string("The connection string has no '=' in its first part; it is "
+                                        "made of KEY=value parts, joined by semicolons.")
+                          : "The connection string has no '=' in the part behind entry " +
+                                std::to_string(m_entries.size()) +
+                                "; a value with a semicolon must stand in braces.";
         }
         return semicolon == std::string_view::npos ? text.size() : semicolon + 1;
     }
@@ -151,6 +154,19 @@ std::string ConnectionString::Value(std::string_view key) const
         }
     }
     return {};
+}
+
+std::vector<std::string> ConnectionString::Secrets() const
+{
+    std::vector<std::string> secrets;
+    for (const Entry& each : m_entries)
+    {
+        if (IsSecret(each.key, each.raw))
+        {
+            secrets.push_back(WithoutBraces(each.raw));
+        }
+    }
+    return secrets;
 }
 
 std::string ConnectionString::Masked() const

@@ -19,6 +19,9 @@ public:
     /// The value of a key without its braces, empty when there is none. Case does not count.
     std::string Value(std::string_view key) const;
 
+    /// The values that no message may show, without their braces.
+    std::vector<std::string> Secrets() const;
+
     /// The text for messages, every password masked; only for a text without a fault, because
     /// in a broken one a password may stand anywhere.
     std::string Masked() const;

@@ -19,7 +19,6 @@ namespace host
 namespace
 {
 
-constexpr const char* kPasswordKeys[] = {"PWD", "PASSWORD"};
 constexpr const char* kHidden = "***";
 // A shorter password could stand in any word, and hiding it would garble the message.
 constexpr std::size_t kShortestHiddenInMessages = 3;
@@ -52,13 +51,25 @@ bool IsSqlite(const database::ConnectionString& connection)
     return driver.find("sqlite") != std::string::npos;
 }
 
-[[noreturn]] void RefuseOpen(const Connection& connection, const std::string& reason)
+// States of the driver manager, which found no driver or could not load it.
+bool IsDriverMissing(const std::string& state)
 {
+    return state.rfind("IM", 0) == 0 || state == "01000";
+}
+
+[[noreturn]] void RefuseOpen(const Connection& connection, const std::string& reason,
+                             const std::string& state)
+{
+    const bool isFileAtFault =
+        IsSqlite(database::ConnectionString(connection.text)) && !IsDriverMissing(state);
     throw Refusal(kCouldNotRun,
                   connection.origin + ": the database " + Quoted(connection.shown) +
                       " cannot be opened: " + Printable(Redacted(reason, connection)) +
-                      ". Correct the connection string; odbcinst -q -d lists the drivers that are "
-                      "installed.");
+                      (isFileAtFault
+                           ? ". Correct Database= in the connection string: its folder must be "
+                             "there and writable."
+                           : ". Correct the connection string; odbcinst -q -d lists the drivers "
+                             "that are installed."));
 }
 
 // An embedded database is created by opening it, which a check must not do.
@@ -173,9 +184,9 @@ void RefuseDatabaseInMemory(const Connection& connection)
 std::string Redacted(std::string message, const Connection& connection)
 {
     const database::ConnectionString parts(connection.text);
-    for (const char* key : kPasswordKeys)
+    for (const std::string& secret : parts.Secrets())
     {
-        const std::string password = support::Utf8FromNarrow(parts.Value(key));
+        const std::string password = support::Utf8FromNarrow(secret);
         if (password.size() < kShortestHiddenInMessages)
         {
             continue;
@@ -197,17 +208,21 @@ void OpenDatabase(CDatabase& database, const Connection& connection, bool mayCre
         RequireEmbeddedFile(connection);
     }
     std::string reason;
+    std::string state;
     const bool opened = database::GuardDatabase(
         [&] {
             database.OpenEx(connection.text.c_str(),
                             CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
         },
-        [&reason](const CDBException& raised)
-        { reason = support::Utf8FromNarrow(raised.GetText()); },
+        [&](const CDBException& raised)
+        {
+            reason = support::Utf8FromNarrow(raised.GetText());
+            state = raised.GetState();
+        },
         [&reason] { reason = "unknown error"; });
     if (!opened)
     {
-        RefuseOpen(connection, reason);
+        RefuseOpen(connection, reason, state);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "host/query.h"
 #include "host/query_options.h"
 #include "host/table.h"
+#include "host/text.h"
 #include "support/codepage.h"
 #include "support/messages.h"
 #include "support/numbers.h"
@@ -131,13 +132,14 @@ std::string AsTable(const std::vector<QueryRow>& rows)
     table.AddColumn("TOTAL", Table::Align::Right);
     table.AddColumn("LARGEST", Table::Align::Right);
     table.AddColumn("REASON", Table::Align::Left, kReasonWidth);
-    table.AddColumn("FILE", Table::Align::Left, kFileWidth);
+    table.AddColumn("FILE");
     for (const QueryRow& row : rows)
     {
         table.AddRow({row.at("ROWNO"), row.at("DATETIME"), VerdictName(row.at("STATUT")),
                       row.at("VPNAME") + "/" + row.at("VFNAME") + "/" + row.at("VCNAME"),
                       row.at("ORDERID"), Signers(row), Amount(row.at("TOTAL")),
-                      Amount(row.at("MAXORDER")), Reason(row.at("MOTIF")), row.at("FILENAME")});
+                      Amount(row.at("MAXORDER")), Reason(row.at("MOTIF")),
+                      ShortenedPath(row.at("FILENAME"), kFileWidth)});
     }
     return table.Text();
 }

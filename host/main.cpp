@@ -4,15 +4,21 @@
 #include "host/exit_status.h"
 #include "host/output.h"
 #include "host/refusal.h"
+#include "host/text.h"
+#include "support/casefold.h"
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 
 namespace
 {
 
 constexpr const char* kConnectionVariable = "SIGNCHECK_DB";
+constexpr const char* kLanguageVariable = "SIGNUTILS_LANG";
+constexpr const char* kLanguages[] = {"", "en", "fr"};
 
 // What was given first stays: command line, then environment, then file.
 void CompleteSettings(const host::CommandSpec& command, host::OptionValues& values)
@@ -26,6 +32,20 @@ void CompleteSettings(const host::CommandSpec& command, host::OptionValues& valu
     {
         const host::OptionValue copy = *path;
         host::AddFromConfigFile(copy, command, values);
+    }
+}
+
+void WarnOfUnknownLanguage()
+{
+    const std::string language = host::EnvironmentVariable(kLanguageVariable);
+    const bool isKnown =
+        std::any_of(std::begin(kLanguages), std::end(kLanguages),
+                    [&language](const char* known)
+                    { return support::EqualIgnoringAsciiCase(language.c_str(), known); });
+    if (!isKnown)
+    {
+        host::Warn(std::string(kLanguageVariable) + ": " + host::Quoted(language) +
+                   " is an unknown language; messages are in English. Set en or fr.");
     }
 }
 
@@ -50,6 +70,7 @@ int Run(const std::vector<std::string>& arguments)
             host::Print(line.helpText);
             return host::kDone;
         }
+        WarnOfUnknownLanguage();
         CompleteSettings(*line.command, line.values);
         asJson = line.values.IsOn("json");
         return line.command->run(line.values);

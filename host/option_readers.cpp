@@ -102,7 +102,7 @@ std::string ContractIdentifier(const OptionValue& value)
     return narrow;
 }
 
-std::uint32_t WholeNumber(const OptionValue& value, std::uint32_t largest)
+std::uint32_t WholeNumber(const OptionValue& value, std::uint32_t largest, std::uint32_t smallest)
 {
     const bool isDigits = !value.text.empty() && value.text.size() <= kMostDigits &&
                           value.text.find_first_not_of("0123456789") == std::string::npos;
@@ -111,11 +111,11 @@ std::uint32_t WholeNumber(const OptionValue& value, std::uint32_t largest)
     {
         number = number * 10 + static_cast<std::uint64_t>(digit - '0');
     }
-    if (!isDigits || number > largest)
+    if (!isDigits || number < smallest || number > largest)
     {
         throw UsageRefusal(value.origin + ": " + Quoted(value.text) +
-                           " is not a whole number from 0 to " + std::to_string(largest) +
-                           ". Give digits only, such as 9.");
+                           " is not a whole number from " + std::to_string(smallest) + " to " +
+                           std::to_string(largest) + ". Give digits only, such as 9.");
     }
     return static_cast<std::uint32_t>(number);
 }

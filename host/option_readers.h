@@ -31,7 +31,8 @@ std::string NarrowTextUpTo(const OptionValue& value, std::size_t longest);
 /// look-up of the rules.
 std::string ContractIdentifier(const OptionValue& value);
 
-/// A whole number of digits only, at most `largest`.
-std::uint32_t WholeNumber(const OptionValue& value, std::uint32_t largest);
+/// A whole number of digits only, from `smallest` to `largest`.
+std::uint32_t WholeNumber(const OptionValue& value, std::uint32_t largest,
+                          std::uint32_t smallest = 0);
 
 } // namespace host

@@ -5,6 +5,8 @@
 #include "host/text.h"
 #include "port/files.h"
 
+#include <filesystem>
+
 namespace host
 {
 
@@ -18,6 +20,12 @@ std::string ExistingFilePath(const OptionValue& value, const std::string& what)
     }
     if (!port::FileExists(path.c_str()))
     {
+        std::error_code none;
+        if (std::filesystem::exists(std::u8string(value.text.begin(), value.text.end()), none))
+        {
+            throw UsageRefusal(value.origin + ": " + Quoted(value.text) +
+                               " is no regular file. Give the path of " + what + ".");
+        }
         throw UsageRefusal(value.origin + ": there is no file " + Quoted(value.text) +
                            ". Give the path of " + what + ".");
     }

@@ -132,12 +132,7 @@ std::size_t LimitFrom(const OptionValues& values)
     {
         return kDefaultLimit;
     }
-    const std::uint32_t limit = WholeNumber(*value, kLargestLimit);
-    if (limit == 0)
-    {
-        throw UsageRefusal(value->origin + ": 0 would show nothing. Give 1 or more.");
-    }
-    return limit;
+    return WholeNumber(*value, kLargestLimit, 1);
 }
 
 int ChoiceFrom(const OptionValue& value, const Choice* choices, std::size_t count)

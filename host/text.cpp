@@ -147,6 +147,30 @@ std::string CutTo(std::string_view utf8, std::size_t count)
     return cut;
 }
 
+std::string ShortenedPath(std::string_view utf8, std::size_t width)
+{
+    const std::string path = Printable(utf8);
+    if (DisplayWidth(path) <= width)
+    {
+        return path;
+    }
+    const std::u32string letters = CodePoints(path);
+    std::string kept;
+    std::size_t keptFromSeparator = 0;
+    for (std::size_t index = letters.size(); index > 0; --index)
+    {
+        const char32_t letter = letters[index - 1];
+        std::string longer = Utf8FromCodePoint(letter) + kept;
+        if (DisplayWidth(longer) + 1 > width)
+        {
+            break;
+        }
+        kept = std::move(longer);
+        keptFromSeparator = letter == U'/' || letter == U'\\' ? kept.size() : keptFromSeparator;
+    }
+    return "…" + kept.substr(keptFromSeparator == 0 ? 0 : kept.size() - keptFromSeparator);
+}
+
 std::string Quoted(std::string_view utf8)
 {
     const std::string shown = Printable(utf8);

@@ -21,6 +21,10 @@ std::string Printable(std::string_view utf8);
 /// At most the first `count` characters.
 std::string CutTo(std::string_view utf8, std::size_t count);
 
+/// A path of at most `width` columns: its beginning gives way to "…", at a separator where one is
+/// near enough.
+std::string ShortenedPath(std::string_view utf8, std::size_t width);
+
 /// The value in quotes for a message, printable and cut where it is very long.
 std::string Quoted(std::string_view utf8);
 

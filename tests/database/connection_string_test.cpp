@@ -55,8 +55,8 @@ const Fault kFaults[] = {
     {"Empty", "", "The connection string is empty."},
     {"Blank", " \t", "The connection string is empty."},
     {"NoEqualsSign", "hello",
-     "The connection string has no '=' in the part behind entry 0; a value with a semicolon must "
-     "stand in braces."},
+     "The connection string has no '=' in its first part; it is made of KEY=value parts, joined by "
+     "semicolons."},
     {"SemicolonInAPassword", "DRIVER=X;PWD=sec;ret",
      "The connection string has no '=' in the part behind entry 2; a value with a semicolon must "
      "stand in braces."},

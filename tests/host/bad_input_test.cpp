@@ -128,6 +128,12 @@ TEST_F(BadInput, FolderInsteadOfAnOrderFile)
                 HasSubstr("argument FILE: '" + m_folder.Path() + "' is a folder"));
 }
 
+TEST_F(BadInput, ADeviceInsteadOfAnOrderFile)
+{
+    EXPECT_THAT(RefusalOf(ForFile("/dev/null")),
+                HasSubstr("argument FILE: '/dev/null' is no regular file. Give the path"));
+}
+
 TEST_F(BadInput, EmptyConnectionString)
 {
     EXPECT_THAT(RefusalOf(With(Valid(), "--db", "")),

@@ -82,6 +82,20 @@ TEST(Connection, CharactersWithoutPlaceAreRefusedWithoutThePassword)
                 AllOf(HasSubstr("password"), Not(HasSubstr("Жopa"))));
 }
 
+TEST(Connection, ATextThatIsNoneIsToldItsForm)
+{
+    EXPECT_THAT(RefusalOf("hello"),
+                AllOf(HasSubstr("option --db: The connection string has no '='"),
+                      HasSubstr("KEY=value"), HasSubstr("Give one such as \"Driver=SQLite3;")));
+}
+
+TEST(Connection, DriverMessagesLoseEverySecret)
+{
+    const auto connection = ConnectionOf("Driver=X;AccessToken=t0ken;SSLPassword={s3}}cret}");
+
+    EXPECT_EQ(host::Redacted("t0ken and s3}cret failed", connection), "*** and *** failed");
+}
+
 TEST(Connection, AMissingOneIsExplained)
 {
     try

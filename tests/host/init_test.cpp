@@ -11,6 +11,7 @@ namespace
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 class Init : public testing::Test
 {
@@ -101,7 +102,8 @@ TEST_F(Init, AFolderThatIsNotThereIsRefused)
         {"init", "--db", "Driver=SQLite3;Database=" + m_folder.Path("none") + "/bank.db"});
 
     EXPECT_EQ(answer.status, 3);
-    EXPECT_THAT(answer.errors, HasSubstr("option --db"));
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("option --db"), HasSubstr("Correct Database="),
+                                     Not(HasSubstr("odbcinst"))));
 }
 
 } // namespace

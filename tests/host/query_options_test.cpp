@@ -94,4 +94,14 @@ TEST(Conditions, NoneGiveNoClause)
     EXPECT_EQ(host::Conditions().Clause(), "");
 }
 
+TEST(Limit, RefusalNamesTheRangeThatIsTaken)
+{
+    for (const std::string text : {"-1", "0"})
+    {
+        EXPECT_THAT(
+            RefusalOf([&text] { host::LimitFrom(Given("limit", text)); }),
+            HasSubstr("option --limit: '" + text + "' is not a whole number from 1 to 1000000."));
+    }
+}
+
 } // namespace

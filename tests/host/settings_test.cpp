@@ -107,5 +107,23 @@ TEST_F(Settings, HelpAndVersionGoToStandardOutput)
     EXPECT_THAT(version.output, HasSubstr("signcheck "));
 }
 
+TEST_F(Settings, AnUnknownLanguageWarns)
+{
+    const ScopedEnvironment language("SIGNUTILS_LANG", "de");
+
+    const Answer answer = RunSigncheck(CheckOf("Élodie Lefèvre"));
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_EQ(answer.errors, "signcheck: WARNING: SIGNUTILS_LANG: 'de' is an unknown language; "
+                             "messages are in English. Set en or fr.\n");
+}
+
+TEST_F(Settings, AKnownLanguageDoesNotWarn)
+{
+    const ScopedEnvironment language("SIGNUTILS_LANG", "FR");
+
+    EXPECT_EQ(RunSigncheck(CheckOf("Élodie Lefèvre")).errors, "");
+}
+
 } // namespace
 } // namespace testing_support

@@ -69,4 +69,13 @@ TEST(Suggestion, NamesTheNearestCandidate)
     EXPECT_EQ(host::Nearest("colour", names), "");
 }
 
+TEST(ShortenedPath, LosesItsBeginningAtASeparator)
+{
+    EXPECT_EQ(host::ShortenedPath("/orders/a.xml", 13), "/orders/a.xml");
+    EXPECT_EQ(host::ShortenedPath("/srv/bank/orders/a.xml", 16), "…/orders/a.xml");
+    EXPECT_EQ(host::ShortenedPath("C:\\bank\\orders\\a.xml", 16), "…\\orders\\a.xml");
+    EXPECT_EQ(host::ShortenedPath("/srv/é/a.xml", 8), "…/a.xml");
+    EXPECT_EQ(host::ShortenedPath("averylongname.xml", 8), "…ame.xml");
+}
+
 } // namespace
