@@ -119,6 +119,8 @@ CheckResult ResultOf(const SignUtils& session, unsigned long verdict, const Chec
     result.verdict = static_cast<unsigned int>(verdict);
     result.ran = outcome.ran;
     result.rulesComplete = outcome.rulesComplete;
+    // Nothing was looked up where the check did not run.
+    result.lookupsComplete = outcome.lookupsComplete || !outcome.ran;
     result.amountsKnown = outcome.amountsKnown;
     result.reasonCode = narrow(outcome.reasonCode);
     result.reasonText = support::Utf8FromWide(outcome.reasonText.SafeGetString());
@@ -131,6 +133,7 @@ CheckResult ResultOf(const SignUtils& session, unsigned long verdict, const Chec
     {
         // The session holds the document as it was handed on, in UTF-8.
         result.report = session.GetPSRWarning().SafeGetString();
+        result.reportProblem = narrow(outcome.reportProblem);
         result.reportHandedOn = outcome.report == ReportState::HandedOn;
     }
     if (result.reportHandedOn)

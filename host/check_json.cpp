@@ -65,6 +65,7 @@ Json CheckAsJson(const CheckRequest& request, const CheckResult& result)
     object["reasonText"] = result.reasonText;
     object["findings"] = result.findings;
     object["rulesComplete"] = result.rulesComplete;
+    object["lookupsComplete"] = result.lookupsComplete;
     object["problem"] = TextOrNull(result.problem);
     object["contract"] = ContractAsJson(request);
     object["orderId"] = support::Utf8FromNarrow(request.orderId);

@@ -33,7 +33,7 @@ void WarnOfReport(const CheckRequest& request, const CheckResult& result,
         warnings.push_back("the status report was written but NOT handed on to service " +
                            Quoted(support::Utf8FromNarrow(request.psrService)) + " of the store " +
                            Quoted(support::Utf8FromNarrow(HandOffStore(request))) +
-                           BecauseOf(result.problem) +
+                           BecauseOf(result.reportProblem) +
                            " Check that the store is a folder and writable.");
     }
     else if (!result.ran)
@@ -94,6 +94,11 @@ std::vector<std::string> WarningsAfter(const CheckRequest& request, const CheckR
     {
         warnings.push_back("not all rules of the contract could be read" +
                            BecauseOf(result.problem) + " The verdict rests on those that were.");
+    }
+    if (!result.lookupsComplete)
+    {
+        warnings.push_back("not all holders of the signers could be looked up" +
+                           BecauseOf(result.problem) + " Rules may not have found their signers.");
     }
     if (!result.amountsKnown)
     {

@@ -19,7 +19,8 @@ struct CheckResult
     std::optional<unsigned int> verdict; ///< none when the library was not asked
     bool ran = false;
     bool rulesComplete = false;
-    bool amountsKnown = true; ///< they are, until an amount had to be worked out and was not
+    bool lookupsComplete = true; ///< every holder look-up could be read
+    bool amountsKnown = true;    ///< they are, until an amount had to be worked out and was not
     std::string reasonCode;
     std::string reasonText;
     std::string problem;
@@ -31,6 +32,7 @@ struct CheckResult
     std::string extraInfo;
     std::optional<std::string> report; ///< the document, when one was made
     bool reportHandedOn = false;
+    std::string reportProblem; ///< why it was not
     unsigned long reportFileId = 0;
     std::string reportPath; ///< empty when it was not handed on
     std::vector<std::string> warnings;

@@ -44,6 +44,7 @@ TEST_F(CheckOutput, JsonHasEveryField)
     EXPECT_THAT(json["reasonText"].get<std::string>(), HasSubstr("Lefèvre"));
     EXPECT_EQ(json["findings"].size(), 1U);
     EXPECT_EQ(json["rulesComplete"], true);
+    EXPECT_EQ(json["lookupsComplete"], true);
     EXPECT_TRUE(json["problem"].is_null());
     EXPECT_EQ(json["contract"]["partner"], "DUPONTSA");
     EXPECT_EQ(json["contract"]["side"], "server");
@@ -133,7 +134,7 @@ TEST_F(CheckOutput, AReportThatCannotBeHandedOnIsTold)
     EXPECT_THAT(answer.errors,
                 HasSubstr("WARNING: the status report was written but NOT handed on to service "
                           "'STATUS' of the store '" +
-                          m_order + "'"));
+                          m_order + "': "));
     EXPECT_TRUE(answer.Json()["report"].is_string());
     EXPECT_TRUE(answer.Json()["reportFile"].is_null());
 }

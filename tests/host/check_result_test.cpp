@@ -109,14 +109,29 @@ TEST(CheckWarnings, RulesThatCouldNotAllBeReadAreTold)
     EXPECT_THAT(host::WarningsAfter({}, result), Contains(HasSubstr("not all rules")));
 }
 
+TEST(CheckWarnings, HoldersThatCouldNotAllBeLookedUpAreTold)
+{
+    auto result = Ran(0);
+    result.lookupsComplete = false;
+    result.problem = "disk I/O error";
+
+    EXPECT_THAT(host::WarningsAfter({}, result),
+                Contains(HasSubstr("could be looked up: disk I/O error. Rules may not")));
+    EXPECT_EQ(host::CheckAsJson({}, result)["lookupsComplete"], false);
+}
+
 TEST(CheckWarnings, AReportThatWasNotHandedOnIsTold)
 {
     host::CheckRequest request;
     request.psrService = "STATUS";
     auto result = Ran(2);
     result.report = "<Document/>";
+    request.handOff = "/store";
+    result.reportProblem = "No space left";
 
-    EXPECT_THAT(host::WarningsAfter(request, result), Contains(HasSubstr("NOT handed on")));
+    EXPECT_THAT(host::WarningsAfter(request, result),
+                Contains(HasSubstr("NOT handed on to service 'STATUS' of the store '/store': No "
+                                   "space left. Check that")));
     EXPECT_THAT(host::CheckInWords(request, result), HasSubstr("written, but not handed on"));
 }
 
