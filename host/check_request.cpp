@@ -5,9 +5,9 @@
 #include "host/order_path.h"
 #include "host/refusal.h"
 #include "host/text.h"
-#include "services/hand_off_name.h"
 #include "support/codepage.h"
 #include "support/folders.h"
+#include "support/store_name.h"
 
 #include <algorithm>
 #include <limits>
@@ -127,7 +127,7 @@ std::string RequiredReportText(const OptionValues& values, const ReportField& fi
 // Both name a folder of the hand-off store, which refuses the same.
 void RefuseOutsideStore(const OptionValue& value)
 {
-    if (!services::IsStoreName(NarrowText(value)))
+    if (!support::IsStoreName(NarrowText(value)))
     {
         throw UsageRefusal(value.origin + ": " + Quoted(value.text) +
                            " cannot name a folder of the hand-off store, where status reports "

@@ -49,8 +49,8 @@ void TraceContract(const CheckInput& input)
     TraceValue(input.trace, "VEU      ", contract.veu ? "YES" : "NO", kLevel);
 }
 
-// Opens the session's connection unless it is open. A connection that could not be opened is let
-// go, so that the next check tries again.
+// Opens the session's connection unless it is open. One that could not be opened never becomes the
+// session's, so that the next check tries again.
 [[nodiscard]] bool ReachDatabase(const CheckInput& input, CheckTrail& trail)
 {
     if (input.connexionString == nullptr || *input.connexionString == '\0')
@@ -62,20 +62,17 @@ void TraceContract(const CheckInput& input)
     {
         return true;
     }
-    const bool opened = database::GuardDatabase(
+    return database::GuardDatabase(
         [&]
         {
-            input.sessionDatabase.Emplace().OpenEx(
-                input.connexionString, CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
+            SharedRef<CDatabase> connection;
+            connection.Emplace().OpenEx(input.connexionString,
+                                        CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
+            input.sessionDatabase = connection;
         },
         [&](const CDBException& raised)
         { TraceProblem(input, trail, "Exception", raised.GetText()); },
         [&] { TraceProblem(input, trail, "Exception", kUnknown); });
-    if (!opened)
-    {
-        input.sessionDatabase.Reset();
-    }
-    return opened;
 }
 
 // False when the check cannot go on. After a database error it goes on with the rules read so far.

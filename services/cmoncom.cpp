@@ -1,12 +1,12 @@
 #include "services/cmoncom.h"
 
 #include "services/field_text.h"
-#include "services/hand_off_name.h"
 #include "services/hand_off_store.h"
 #include "services/system_error.h"
 #include "support/checked_copy.h"
 #include "support/folders.h"
 #include "support/format.h"
+#include "support/store_name.h"
 
 namespace
 {
@@ -25,7 +25,7 @@ tag_Rc RecordOf(const HandOffFailure& failure)
 
 std::optional<HandOffFailure> RefusedName(const char* kind, const std::string& name)
 {
-    if (services::IsStoreName(name))
+    if (support::IsStoreName(name))
     {
         return std::nullopt;
     }
@@ -57,7 +57,7 @@ services::HandOffItem ItemOf(const tagADDFILE& record)
 {
     const std::string path = services::FieldText(record.filePath);
     return {services::FieldText(record.service), services::FieldText(record.partner),
-            services::ExtensionOf(path), path};
+            support::ExtensionOf(path), path};
 }
 
 std::string StoreFolder(const char* target)

@@ -1,10 +1,10 @@
-#include "services/hand_off_name.h"
+#include "support/store_name.h"
 
 #include "port/files.h"
 
 #include <algorithm>
 
-namespace services
+namespace support
 {
 
 namespace
@@ -64,4 +64,4 @@ std::string ExtensionOf(std::string_view path)
     return point == std::string_view::npos ? std::string() : std::string(name.substr(point + 1));
 }
 
-} // namespace services
+} // namespace support

@@ -1,5 +1,5 @@
 #include "services/field_text.h"
-#include "services/hand_off_name.h"
+#include "support/store_name.h"
 
 #include "port/files.h"
 
@@ -23,7 +23,7 @@ class StoreName : public testing::TestWithParam<NameCase>
 
 TEST_P(StoreName, IsAcceptedOnlyWhenItStaysInItsFolder)
 {
-    EXPECT_EQ(services::IsStoreName(GetParam().text), GetParam().accepted);
+    EXPECT_EQ(support::IsStoreName(GetParam().text), GetParam().accepted);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -58,12 +58,12 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ExtensionOf, IsWhatFollowsTheLastPointOfTheLastElement)
 {
     const std::string separator(1, port::PathSeparator());
-    EXPECT_EQ(services::ExtensionOf("report.psr"), "psr");
-    EXPECT_EQ(services::ExtensionOf(separator + "tmp" + separator + "a.b.hac"), "hac");
-    EXPECT_EQ(services::ExtensionOf(separator + "folder.d" + separator + "report"), "");
-    EXPECT_EQ(services::ExtensionOf("report"), "");
-    EXPECT_EQ(services::ExtensionOf("report."), "");
-    EXPECT_EQ(services::ExtensionOf(""), "");
+    EXPECT_EQ(support::ExtensionOf("report.psr"), "psr");
+    EXPECT_EQ(support::ExtensionOf(separator + "tmp" + separator + "a.b.hac"), "hac");
+    EXPECT_EQ(support::ExtensionOf(separator + "folder.d" + separator + "report"), "");
+    EXPECT_EQ(support::ExtensionOf("report"), "");
+    EXPECT_EQ(support::ExtensionOf("report."), "");
+    EXPECT_EQ(support::ExtensionOf(""), "");
 }
 
 TEST(FieldText, EndsAtTheNulOrWithTheField)
@@ -71,9 +71,9 @@ TEST(FieldText, EndsAtTheNulOrWithTheField)
     const char full[4] = {'A', 'B', 'C', 'D'};
     const char ended[4] = {'A', 'B', '\0', 'D'};
     const char empty[4] = {};
-    EXPECT_EQ(services::FieldText(full), "ABCD");
-    EXPECT_EQ(services::FieldText(ended), "AB");
-    EXPECT_EQ(services::FieldText(empty), "");
+    EXPECT_EQ(support::FieldText(full), "ABCD");
+    EXPECT_EQ(support::FieldText(ended), "AB");
+    EXPECT_EQ(support::FieldText(empty), "");
 }
 
 } // namespace

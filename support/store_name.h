@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace services
+namespace support
 {
 
 /// Whether a text may become one element of a path in the store. The answer is the same on every
@@ -15,4 +15,4 @@ bool IsStoreName(std::string_view name);
 /// What follows the last point of a path's last element; empty without one.
 std::string ExtensionOf(std::string_view path);
 
-} // namespace services
+} // namespace support
