@@ -2,6 +2,8 @@
 cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/headers.cmake")
 
+list(FILTER public_headers EXCLUDE REGEX "^port/(com|com_types|kernel)\\.h$")
+list(REMOVE_ITEM public_headers amounts/engine_interfaces.h)
 foreach(direction IN ITEMS forward backward)
   set(includes "")
   foreach(header IN LISTS public_headers)

@@ -1,4 +1,3 @@
-#include "services/field_text.h"
 #include "support/store_name.h"
 
 #include "port/files.h"
@@ -64,16 +63,6 @@ TEST(ExtensionOf, IsWhatFollowsTheLastPointOfTheLastElement)
     EXPECT_EQ(support::ExtensionOf("report"), "");
     EXPECT_EQ(support::ExtensionOf("report."), "");
     EXPECT_EQ(support::ExtensionOf(""), "");
-}
-
-TEST(FieldText, EndsAtTheNulOrWithTheField)
-{
-    const char full[4] = {'A', 'B', 'C', 'D'};
-    const char ended[4] = {'A', 'B', '\0', 'D'};
-    const char empty[4] = {};
-    EXPECT_EQ(support::FieldText(full), "ABCD");
-    EXPECT_EQ(support::FieldText(ended), "AB");
-    EXPECT_EQ(support::FieldText(empty), "");
 }
 
 } // namespace
