@@ -10,7 +10,7 @@ namespace amounts
 namespace
 {
 
-constexpr std::size_t kBlockSize = 64U * 1024U;
+constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
 constexpr char kEndOfFile = 0x1A;
 
 } // namespace

@@ -225,7 +225,7 @@ bool TVeuFile::AddDisplayItem(const char* section, int number)
     }
     item->label = ReadLabel(section, number);
     m_displayItems.Add(item.get());
-    item.release();
+    static_cast<void>(item.release()); // the array holds it now
     return true;
 }
 

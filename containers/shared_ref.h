@@ -10,7 +10,10 @@ class SharedRef
 public:
     SharedRef() noexcept = default;
     SharedRef(const SharedRef& other) noexcept;
-    SharedRef& operator=(const SharedRef& other) noexcept;
+    /// Assigning a reference to itself changes nothing.
+    SharedRef& operator=(
+        const SharedRef&
+            other) noexcept; // NOLINT(bugprone-unhandled-self-assignment,cert-oop54-cpp): by way of a copy
     ~SharedRef();
 
     /// The object, null when there is none.

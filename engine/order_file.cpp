@@ -12,7 +12,7 @@ namespace engine
 namespace
 {
 
-constexpr std::size_t kBlockSize = 64U * 1024U;
+constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
 // Within so many bytes the first part of a message tells its kind.
 constexpr std::size_t kPartHeader = 1024;
 

@@ -14,7 +14,7 @@ namespace engine
 namespace
 {
 
-constexpr std::size_t kBufferSize = 64U * 1024U;
+constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 constexpr std::size_t kColumnWidth = 16;
 constexpr std::string_view kLineEnd = "\r\n";
 

@@ -22,9 +22,9 @@ namespace
 {
 
 constexpr unsigned kMostNesting = 256;
-constexpr std::size_t kLongestText = 1024U * 1024U;
+constexpr std::size_t kLongestText = std::size_t{1024} * 1024;
 // The parser keeps a tag, comment, instruction or CDATA section until its end is there.
-constexpr std::ptrdiff_t kLongestMarkup = 256 * 1024;
+constexpr std::ptrdiff_t kLongestMarkup = std::ptrdiff_t{256} * 1024;
 // The parser keeps every name and namespace that it met, and gets slower with each.
 constexpr int kMostNames = 10'000;
 // Each attribute is compared with those before it.

@@ -123,7 +123,7 @@ private:
             throw UsageRefusal("no command was given. Name one of: init, check, history, events, "
                                "reports; signcheck --help tells what they do.");
         }
-        if (stray.front().rfind("-", 0) == 0)
+        if (stray.front().starts_with('-'))
         {
             throw UsageRefusal("unknown option " + Quoted(stray.front()) +
                                " before the command. Name the command first: signcheck COMMAND "

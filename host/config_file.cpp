@@ -16,7 +16,7 @@ namespace host
 namespace
 {
 
-constexpr std::int64_t kLargestFile = 1024 * 1024;
+constexpr std::int64_t kLargestFile = std::int64_t{1024} * 1024;
 
 /// Where in the file a message points to.
 struct Place

@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr const char* kEnding = ".psr";
-constexpr std::int64_t kLargestReport = 1024 * 1024;
+constexpr std::int64_t kLargestReport = std::int64_t{1024} * 1024;
 
 struct ReportElement
 {

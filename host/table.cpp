@@ -121,6 +121,7 @@ std::string Table::Text() const
         }
     }
     std::vector<std::string> ruler;
+    ruler.reserve(widths.size());
     for (const std::size_t width : widths)
     {
         ruler.emplace_back(width, '-');
