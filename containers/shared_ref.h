@@ -10,10 +10,9 @@ class SharedRef
 public:
     SharedRef() noexcept = default;
     SharedRef(const SharedRef& other) noexcept;
-    /// Assigning a reference to itself changes nothing.
-    SharedRef& operator=(
-        const SharedRef&
-            other) noexcept; // NOLINT(bugprone-unhandled-self-assignment,cert-oop54-cpp): by way of a copy
+    /// Assigning a reference to itself changes nothing: it goes by way of a copy.
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp)
+    SharedRef& operator=(const SharedRef& other) noexcept;
     ~SharedRef();
 
     /// The object, null when there is none.
