@@ -1,0 +1,104 @@
+#include "host/swift_message.h"
+
+#include <algorithm>
+#include <array>
+
+namespace host
+{
+
+namespace
+{
+
+// What may stand between field 20 and field 28D: the other fields of the message's first part.
+constexpr std::array<std::string_view, 11> kFieldsBetween = {
+    "21R", "50C", "50L", "50F", "50G", "50H", "51A", "52A", "52C", "30", "25"};
+
+bool IsDigit(char character)
+{
+    return character >= '0' && character <= '9';
+}
+
+std::string_view TakeLine(std::string_view& bytes)
+{
+    const std::size_t end = std::min(bytes.find('\n'), bytes.size());
+    const std::string_view line = bytes.substr(0, end);
+    bytes.remove_prefix(std::min(end + 1U, bytes.size()));
+    return line;
+}
+
+// "{2:I101…" or "{2:O101…".
+std::string TypeOfBlocks(std::string_view line)
+{
+    constexpr std::size_t kTypeAt = 4;
+    const std::size_t block = line.find("{2:");
+    if (block == std::string_view::npos || line.size() < block + kTypeAt + 3U)
+    {
+        return {};
+    }
+    const std::string_view type = line.substr(block + kTypeAt, 3);
+    return std::all_of(type.begin(), type.end(), IsDigit) ? std::string(type) : std::string();
+}
+
+// The tag of a line ":20:…" or ":28D:…"; empty for a continuation line.
+std::string_view TagOf(std::string_view line)
+{
+    if (const std::size_t text = line.find("{4:"); text != std::string_view::npos)
+    {
+        line.remove_prefix(text + 3U);
+    }
+    if (!line.starts_with(':'))
+    {
+        return {};
+    }
+    const std::size_t end = line.find(':', 1);
+    if (end == std::string_view::npos || end < 3 || end > 4)
+    {
+        return {};
+    }
+    const std::string_view tag = line.substr(1, end - 1U);
+    const bool isTag =
+        IsDigit(tag[0]) && IsDigit(tag[1]) && (tag.size() == 2 || (tag[2] >= 'A' && tag[2] <= 'Z'));
+    return isTag ? tag : std::string_view();
+}
+
+} // namespace
+
+std::string SwiftMessageType(std::string_view bytes)
+{
+    bool begun = false;
+    while (!bytes.empty())
+    {
+        const std::string_view line = TakeLine(bytes);
+        if (std::string type = TypeOfBlocks(line); !begun && !type.empty())
+        {
+            return type;
+        }
+        const std::string_view tag = TagOf(line);
+        if (tag.empty())
+        {
+            continue;
+        }
+        if (!begun)
+        {
+            // The reader of the format takes whatever stands before the first field for no part
+            // of the message; the first field has to be the one that opens it.
+            begun = tag == "20";
+            if (!begun)
+            {
+                return {};
+            }
+        }
+        else if (tag == "28D")
+        {
+            return std::string(kSwiftMt101);
+        }
+        else if (std::find(kFieldsBetween.begin(), kFieldsBetween.end(), tag) ==
+                 kFieldsBetween.end())
+        {
+            return {};
+        }
+    }
+    return {};
+}
+
+} // namespace host
