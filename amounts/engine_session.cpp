@@ -17,7 +17,6 @@ namespace
 
 // In-process, local and remote server together.
 constexpr DWORD kAnyServer = 21;
-constexpr int kBucketCount = 16;
 constexpr std::uint32_t kDatabaseErrorNumber = 0xA45001A;
 constexpr const char* kErrorTag = "ExecWorkFmt";
 constexpr const wchar_t* kTreatmentSeparator = L" | ";

@@ -15,6 +15,9 @@ namespace amounts
 class EngineSession
 {
 public:
+    /// Of each of its two text tables.
+    static constexpr int kBucketCount = 61;
+
     EngineSession(const char* fileName, const char* format1, const char* format2);
     ~EngineSession();
     EngineSession(const EngineSession&) = delete;

@@ -42,7 +42,8 @@ struct Key
 
 constexpr Key<RemittanceColumns> kRemittanceKeys[] = {
     {"all_IsCredit", nullptr, &RemittanceColumns::isCredit},
-    {"rem_DateExecution", &RemittanceColumns::executionDate, nullptr},
+    // Spelt as profile files in use spell it.
+    {"rem_DateExecuction", &RemittanceColumns::executionDate, nullptr},
     {kAccountKey, &RemittanceColumns::accountNumber, nullptr},
     {"rem_isBankCodeBICOrig", nullptr, &RemittanceColumns::isBankCodeBic},
     {"rem_isAccountIBANOrig", nullptr, &RemittanceColumns::isAccountIban},

@@ -1,4 +1,5 @@
 #include "amounts/com_guards.h"
+#include "amounts/engine_session.h"
 #include "amounts/format_conversion.h"
 #include "port/kernel.h"
 #include "support/odbc_errors.h"
@@ -53,6 +54,9 @@ TEST(EngineBridge, ConversionTakesItsStepsInOrder)
                                        "FMTGetNbTrt", "SetOptions 21", kExecCall, "ReleaseWork",
                                        "Close 7", "ReleaseRun"}));
 }
+
+// Sixty-one, as the tables of a conversion have always had.
+static_assert(amounts::EngineSession::kBucketCount == 61);
 
 TEST(EngineBridge, MissingFormatsOrFileMakeNoComObject)
 {

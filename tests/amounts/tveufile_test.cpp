@@ -180,7 +180,7 @@ TEST_F(VeuFile, MissingAndEmptyKeysTellNothingAndGiveDefaults)
 
 TEST_F(VeuFile, RemittanceSectionReadsEveryKey)
 {
-    TVeuFile& file = Open("[rem]\r\nall_IsCredit=F\r\nrem_DateExecution=$CTL_EXEC_DATE\r\n"
+    TVeuFile& file = Open("[rem]\r\nall_IsCredit=F\r\nrem_DateExecuction=$CTL_EXEC_DATE\r\n"
                           "rem_AccountNumberOrig=$COMPTE\r\nrem_isBankCodeBICOrig=F\r\n"
                           "rem_isAccountIBANOrig=F\r\nrem_BankCodeOrig=$BANQUE\r\n"
                           "rem_ReferenceRemise=#NbOrders\r\nrem_OrderParty=$RAISONSOC\r\n"
@@ -200,6 +200,13 @@ TEST_F(VeuFile, RemittanceSectionReadsEveryKey)
     EXPECT_STREQ(file.GetCountry(), "DEU");
     EXPECT_FALSE(file.IsAccountMultiColumn());
     EXPECT_FALSE(file.IsAccountRib());
+}
+
+TEST_F(VeuFile, ExecutionDateIsReadByItsKeysOwnSpellingAlone)
+{
+    TVeuFile& file = Open("[rem]\r\nrem_DateExecution=$CTL_EXEC_DATE\r\nrem_Country=-\r\n");
+    EXPECT_EQ(Told([&] { file.LoadRemittanceSection("rem"); }), "");
+    EXPECT_EQ(file.GetRemittanceColumns().executionDate, -1);
 }
 
 TEST_F(VeuFile, AbsentCountryIsResolvedAsFrAndToldAsNotFound)
