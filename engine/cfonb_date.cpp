@@ -21,11 +21,6 @@ int Number(std::string_view digits)
     return number;
 }
 
-bool IsAllDigits(std::string_view zone)
-{
-    return IsDigits(zone) && zone.find(' ') == std::string_view::npos;
-}
-
 std::string Date(int year, int month, int day)
 {
     if (month < 1 || month > 12 || day < 1 || day > 31)
@@ -39,7 +34,7 @@ std::string Date(int year, int month, int day)
 
 std::string DateOfOneDigitYear(std::string_view zone, int thisYear)
 {
-    if (zone.size() != 5 || !IsAllDigits(zone))
+    if (zone.size() != 5 || !IsDigits(zone))
     {
         return {};
     }
@@ -64,7 +59,7 @@ std::string DateOfOneDigitYear(std::string_view zone)
 
 std::string DateOfTwoDigitYear(std::string_view zone)
 {
-    if (zone.size() != 6 || !IsAllDigits(zone))
+    if (zone.size() != 6 || !IsDigits(zone))
     {
         return {};
     }
@@ -75,7 +70,7 @@ std::string DateOfTwoDigitYear(std::string_view zone)
 
 std::string DateOfFourDigitYear(std::string_view zone)
 {
-    if (zone.size() != 8 || !IsAllDigits(zone))
+    if (zone.size() != 8 || !IsDigits(zone))
     {
         return {};
     }

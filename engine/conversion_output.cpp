@@ -17,6 +17,8 @@ constexpr unsigned kUsualDecimals = 2;
 constexpr std::size_t kShownCharacters = 40;
 // An amount unit is 10^-7: a reader would scale more decimals wrongly.
 constexpr unsigned kMostDecimals = 7;
+// The largest amount of one row that a reader can weigh: 2^63 - 1 amount units.
+constexpr const char* kLargestWeighed = "922337203685.477580";
 // Marks a row that counts; readers stop at the first row without it.
 constexpr std::string_view kBody = "1";
 // What stands for a currency that the file leaves out: a row's currency is never empty.
@@ -120,6 +122,23 @@ void ConversionOutput::AddOrder(const OrderRow& order)
     ++m_orderCount;
 }
 
+// The check then weighs less than the file holds.
+void ConversionOutput::CheckTotal(const std::string& currency, const ExactDecimal& total)
+{
+    static const ExactDecimal largest = []
+    {
+        ExactDecimal value;
+        ExactDecimal::Parse(kLargestWeighed, '.', value);
+        return value;
+    }();
+    if (total > largest)
+    {
+        AddError(m_position, m_head.record, Finding::AmountTooLarge,
+                 "The total of " + total.ToText(WrittenDecimals(currency, total)) + " " + currency +
+                     " is weighed as " + kLargestWeighed);
+    }
+}
+
 void ConversionOutput::EndRemittance()
 {
     if (!m_inRemittance)
@@ -128,6 +147,7 @@ void ConversionOutput::EndRemittance()
     }
     for (const auto& [currency, sum] : m_remittanceSums)
     {
+        CheckTotal(currency, sum.total);
         m_remittances.Row({m_head.record, kBody,
                            sum.total.ToText(WrittenDecimals(currency, sum.total)), currency});
         m_details.Row({m_head.record, kBody, m_head.controlReference, m_head.executionDate,
@@ -163,6 +183,10 @@ void ConversionOutput::WriteTotals()
 void ConversionOutput::Publish()
 {
     EndRemittance();
+    if (m_orderCount == 0)
+    {
+        AddError(m_position, "", Finding::EmptyFile, "The file holds no order");
+    }
     WriteTotals();
     const std::array<WorkFile*, 6> files = {&m_remittances, &m_orders, &m_details,
                                             &m_totals,      &m_errors, &m_main};

@@ -50,6 +50,7 @@ private:
     using Sums = std::map<std::string, CurrencySum>;
 
     void CheckCurrency(const OrderRow& order);
+    void CheckTotal(const std::string& currency, const ExactDecimal& total);
     void WriteTotals();
 
     WorkFile m_main;

@@ -88,7 +88,7 @@ ExactDecimal::ParseResult ExactDecimal::Parse(std::string_view text, char separa
     fraction = fraction.substr(0, fraction.find_last_not_of('0') + 1U);
     if (whole.size() > kIntegerDigits)
     {
-        value.Set(PowerOfTen(kIntegerDigits) - 1U, {});
+        value = Largest();
         return ParseResult::TooManyDigits;
     }
     value.Set(ToNumber(whole), fraction.substr(0, kFractionDigits));
@@ -98,6 +98,13 @@ ExactDecimal::ParseResult ExactDecimal::Parse(std::string_view text, char separa
         return ParseResult::TooManyDigits;
     }
     return ParseResult::Ok;
+}
+
+ExactDecimal ExactDecimal::Largest() noexcept
+{
+    ExactDecimal largest;
+    largest.Set(PowerOfTen(kIntegerDigits) - 1U, {});
+    return largest;
 }
 
 void ExactDecimal::Set(std::uint64_t whole, std::string_view fraction) noexcept

@@ -26,9 +26,12 @@ public:
         TooManyDigits,
     };
 
+    /// The largest number that one reading can give.
+    static ExactDecimal Largest() noexcept;
+
     /// Reads digits with at most one separator, blanks and line ends around them and a leading plus
     /// sign allowed. `value` is written on Ok and on TooManyDigits: then it is the number rounded
-    /// up to the last place, or the largest of 18 digits for one that is larger still.
+    /// up to the last place, or Largest() for one that is larger still.
     static ParseResult Parse(std::string_view text, char separator, ExactDecimal& value);
 
     void Add(const ExactDecimal& other) noexcept;

@@ -25,7 +25,6 @@ std::string_view TrimBlanks(std::string_view text)
 
 bool IsDigits(std::string_view zone)
 {
-    zone = TrimBlanks(zone);
     return !zone.empty() &&
            std::all_of(zone.begin(), zone.end(), [](char c) { return c >= '0' && c <= '9'; });
 }

@@ -54,7 +54,7 @@ private:
     bool m_separated;
 };
 
-/// Digits, blanks at the ends allowed; an empty zone and anything else give false.
+/// Digits alone; an empty zone gives false.
 bool IsDigits(std::string_view zone);
 
 } // namespace engine

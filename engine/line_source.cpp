@@ -12,6 +12,7 @@ namespace
 {
 
 constexpr char kEndOfFile = 0x1A;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // of UTF-8
 
 } // namespace
 
@@ -21,6 +22,11 @@ bool LineSource::Load()
     {
         m_block = m_file.NextBlock();
         m_ended = m_block.empty();
+        if (m_atStart && m_block.starts_with(kByteOrderMark))
+        {
+            m_block.remove_prefix(kByteOrderMark.size());
+        }
+        m_atStart = false;
         if (const std::size_t mark = m_block.find(kEndOfFile); mark != std::string_view::npos)
         {
             m_behindMark = m_block.substr(mark);

@@ -10,7 +10,8 @@
 namespace engine
 {
 
-/// The lines or fixed-length records of an order file, in constant memory. 0x1A ends the file.
+/// The lines or fixed-length records of an order file, in constant memory. 0x1A ends the file; a
+/// byte order mark at its start is passed over.
 class LineSource
 {
 public:
@@ -40,6 +41,7 @@ private:
     OrderFile& m_file;
     std::string_view m_block;
     std::string_view m_behindMark;
+    bool m_atStart = true;
     bool m_ended = false;
     bool m_marked = false;
     std::uint64_t m_number = 0;

@@ -1,12 +1,16 @@
 #include "engine/mt101_converter.h"
 
+#include "engine/cfonb_date.h"
 #include "engine/failure.h"
+#include "engine/mt_amounts.h"
+#include "engine/mt_chain.h"
 #include "engine/mt_fields.h"
-#include "engine/order_amount.h"
+#include "engine/mt_parties.h"
 #include "support/format.h"
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,54 +20,18 @@ namespace engine
 namespace
 {
 
-constexpr char kDecimalComma = ',';
 constexpr std::array<std::string_view, 4> kPreciousMetals = {"XAU", "XAG", "XPD", "XPT"};
 
-// What an ordering customer or beneficiary field holds.
-struct Party
+bool IsPreciousMetal(std::string_view currency)
 {
-    std::string account;
-    std::string name;
-};
-
-// "/account" on the first line, then a name or an identifier; numbered lines "1/NAME" in option F.
-Party ReadParty(const MtField& field)
-{
-    Party party;
-    for (const std::string& line : field.lines)
-    {
-        if (line.empty())
-        {
-            continue;
-        }
-        if (line.front() == '/' && party.account.empty() && party.name.empty())
-        {
-            party.account = line.substr(1);
-        }
-        else if (party.name.empty())
-        {
-            party.name = line.starts_with("1/") ? line.substr(2) : line;
-        }
-    }
-    return party;
+    return std::find(kPreciousMetals.begin(), kPreciousMetals.end(), currency) !=
+           kPreciousMetals.end();
 }
 
-std::string JoinLines(const MtField& field)
+// Field 50 in these options holds the debit account; it may stand before the orders or in each.
+bool IsOrderingCustomer(std::string_view tag)
 {
-    std::string text;
-    for (const std::string& line : field.lines)
-    {
-        text += text.empty() ? line : " " + line;
-    }
-    return text;
-}
-
-// "YYMMDD" of this century.
-std::string ExecutionDate(const std::string& text)
-{
-    const bool digits =
-        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-    return text.size() == 6 && digits ? "20" + text : std::string();
+    return tag == "50F" || tag == "50G" || tag == "50H";
 }
 
 class Mt101
@@ -73,36 +41,45 @@ public:
 
     void Take(const MtField& field);
     void Finish();
-    bool FoundMessage() const noexcept { return m_messages > 0; }
+    bool FoundMessage() const noexcept { return m_found; }
 
 private:
-    void BeginMessage(const MtField& field);
-    void BeginOrder(const MtField& field);
+    void MoveTo(std::uint64_t position);
+    void BeginMessage(std::uint64_t position, const std::string& reference);
+    void BeginOrder(std::uint64_t position, const std::string& reference);
+    void BeginUnannounced(const MtField& field);
     void EndOrder();
     void EndMessage();
     void TakeOfMessage(const MtField& field);
+    void TakeChainIndex(const std::string& text);
+    void TakeExecutionDate(const std::string& text);
     void TakeOfOrder(const MtField& field);
-    void TakeAmount(const MtField& field, RawAmount& amount);
-    RawAmount CountingAmount();
+    void TakeInstruction(const std::string& code);
+    void TakeOwnAccount(const MtField& field);
+    void ReadCountingAmount();
+    void CheckCurrency();
     void OpenRemittance();
     std::string Record() const;
     void Tell(Finding finding, const std::string& text);
+    void Tell(const std::optional<MtProblem>& problem);
 
     ConversionOutput& m_output;
-    std::uint64_t m_position = 0;
+    std::uint64_t m_position = 0; // line that error rows name
+    bool m_found = false;         // a field 20
     std::uint64_t m_messages = 0;
+    std::uint64_t m_messagePosition = 0;
     std::uint64_t m_ordersInMessage = 0;
+    std::uint64_t m_orderPosition = 0;
+    MtChain m_chain;
     bool m_inMessage = false;
     bool m_inOrder = false;
     bool m_remittanceOpen = false;
-    bool m_oneCurrency = false; // field 21R: all amounts of the message in one currency
-    bool m_equivalent = false;
+    bool m_oneCurrency = false; // field 21R: all fields 32B of the message in one currency
     std::string m_firstCurrency;
     RemittanceHead m_head;
     OrderRow m_order;
     std::string m_orderOwnAccount;
-    RawAmount m_amount;
-    RawAmount m_orderedAmount; // 33B
+    MtOrderAmounts m_amounts;
 };
 
 std::string Mt101::Record() const
@@ -115,35 +92,69 @@ void Mt101::Tell(Finding finding, const std::string& text)
     m_output.AddError(m_position, Record(), finding, text);
 }
 
-void Mt101::Take(const MtField& field)
+void Mt101::Tell(const std::optional<MtProblem>& problem)
 {
-    m_position = field.position;
-    m_output.SetPosition(m_position);
-    if (field.tag == "20")
+    if (problem.has_value())
     {
-        BeginMessage(field);
-    }
-    else if (!m_inMessage)
-    {
-        return;
-    }
-    else if (field.tag == "21")
-    {
-        BeginOrder(field);
-    }
-    else if (m_inOrder)
-    {
-        TakeOfOrder(field);
-    }
-    else
-    {
-        TakeOfMessage(field);
+        Tell(problem->finding, problem->text);
     }
 }
 
-void Mt101::BeginMessage(const MtField& field)
+void Mt101::MoveTo(std::uint64_t position)
+{
+    m_position = position;
+    m_output.SetPosition(position);
+}
+
+void Mt101::Take(const MtField& field)
+{
+    MoveTo(field.position);
+    const std::string_view tag = field.tag;
+    if (tag == "20")
+    {
+        m_found = true;
+        BeginMessage(field.position, field.lines.front());
+        return;
+    }
+    if (!m_inOrder && (tag == "32B" || (!m_inMessage && tag == "21")))
+    {
+        BeginUnannounced(field);
+    }
+    if (!m_inMessage)
+    {
+        return;
+    }
+    if (tag == "21")
+    {
+        BeginOrder(field.position, field.lines.front());
+    }
+    else
+    {
+        m_inOrder ? TakeOfOrder(field) : TakeOfMessage(field);
+    }
+}
+
+// An order whose opening fields are missing counts all the same: a limit must not be slipped under
+// by leaving them out.
+void Mt101::BeginUnannounced(const MtField& field)
+{
+    if (!m_inMessage)
+    {
+        BeginMessage(field.position, "");
+        Tell(Finding::FieldMissing, "Order without a field 20 before it");
+    }
+    if (field.tag == "32B")
+    {
+        BeginOrder(field.position, "");
+        Tell(Finding::FieldMissing, "Order without a field 21");
+    }
+}
+
+void Mt101::BeginMessage(std::uint64_t position, const std::string& reference)
 {
     EndMessage();
+    MoveTo(position);
+    m_messagePosition = position;
     ++m_messages;
     m_ordersInMessage = 0;
     m_inMessage = true;
@@ -152,29 +163,29 @@ void Mt101::BeginMessage(const MtField& field)
     m_firstCurrency.clear();
     m_head = RemittanceHead();
     m_head.record = std::to_string(m_messages);
-    m_head.controlReference = field.lines.front();
-    m_head.reference = field.lines.front();
+    m_head.controlReference = reference;
+    m_head.reference = reference;
 }
 
 void Mt101::TakeOfMessage(const MtField& field)
 {
     const std::string_view tag = field.tag;
-    if (tag == "30")
+    if (tag == "28D")
     {
-        m_head.executionDate = ExecutionDate(field.lines.front());
-        if (m_head.executionDate.empty())
-        {
-            Tell(Finding::FieldMalformed, "Field 30 holds no date YYMMDD: " + field.lines.front());
-        }
+        TakeChainIndex(field.lines.front());
+    }
+    else if (tag == "30")
+    {
+        TakeExecutionDate(field.lines.front());
     }
     else if (tag == "21R")
     {
         m_oneCurrency = true;
         m_head.reference = field.lines.front();
     }
-    else if (tag == "50F" || tag == "50G" || tag == "50H")
+    else if (IsOrderingCustomer(tag))
     {
-        const Party party = ReadParty(field);
+        const MtParty party = ReadParty(field);
         m_head.account = party.account;
         m_head.name = party.name;
     }
@@ -184,7 +195,33 @@ void Mt101::TakeOfMessage(const MtField& field)
     }
     else if (tag == "52A" || tag == "52C")
     {
-        m_head.bankCode = field.lines.back();
+        m_head.bankCode = ReadBank(field).code;
+    }
+}
+
+void Mt101::TakeChainIndex(const std::string& text)
+{
+    switch (m_chain.Take(text))
+    {
+    case MtChain::Result::Follows:
+        break;
+    case MtChain::Result::OutOfOrder:
+        Tell(Finding::MessageChain,
+             "Message " + m_chain.Position() + " does not continue those before it");
+        break;
+    case MtChain::Result::Malformed:
+        Tell(Finding::FieldMalformed, "Field 28D holds no index of a chain: " + text);
+        break;
+    }
+}
+
+// "YYMMDD" of this century.
+void Mt101::TakeExecutionDate(const std::string& text)
+{
+    m_head.executionDate = DateOfFourDigitYear("20" + text);
+    if (m_head.executionDate.empty())
+    {
+        Tell(Finding::FieldMalformed, "Field 30 holds no date YYMMDD: " + text);
     }
 }
 
@@ -197,51 +234,46 @@ void Mt101::OpenRemittance()
     }
 }
 
-void Mt101::BeginOrder(const MtField& field)
+void Mt101::BeginOrder(std::uint64_t position, const std::string& reference)
 {
     EndOrder();
+    MoveTo(position);
     OpenRemittance();
+    m_orderPosition = position;
     ++m_ordersInMessage;
     m_inOrder = true;
-    m_equivalent = false;
     m_orderOwnAccount.clear();
-    m_amount = RawAmount();
-    m_orderedAmount = RawAmount();
+    m_amounts = MtOrderAmounts();
     m_order = OrderRow();
     m_order.record = Record();
-    m_order.reference = field.lines.front();
-    m_order.transactionReference = field.lines.front();
+    m_order.reference = reference;
+    m_order.transactionReference = reference;
 }
 
 void Mt101::TakeOfOrder(const MtField& field)
 {
     const std::string_view tag = field.tag;
-    if (tag == "32B")
+    if (tag == "32B" || tag == "33B")
     {
-        TakeAmount(field, m_amount);
-    }
-    else if (tag == "33B")
-    {
-        TakeAmount(field, m_orderedAmount);
+        Tell(m_amounts.Take(field));
     }
     else if (tag == "23E")
     {
-        const std::string& code = field.lines.front();
-        m_order.urgent = m_order.urgent || code.starts_with("URGP") || code.starts_with("RTGS");
-        m_equivalent = m_equivalent || code.starts_with("EQUI");
+        TakeInstruction(field.lines.front());
     }
-    else if (tag == "50F" || tag == "50G" || tag == "50H")
+    else if (IsOrderingCustomer(tag))
     {
-        m_orderOwnAccount = ReadParty(field).account;
+        TakeOwnAccount(field);
     }
     else if (tag == "57A" || tag == "57C" || tag == "57D")
     {
-        m_order.bankCode = tag == "57D" ? std::string() : field.lines.back();
-        m_order.bankName = tag == "57D" ? JoinLines(field) : std::string();
+        const MtBank bank = ReadBank(field);
+        m_order.bankCode = bank.code;
+        m_order.bankName = bank.name;
     }
     else if (tag == "59" || tag == "59A" || tag == "59F")
     {
-        const Party party = ReadParty(field);
+        const MtParty party = ReadParty(field);
         m_order.account = party.account;
         m_order.name = party.name;
     }
@@ -251,40 +283,46 @@ void Mt101::TakeOfOrder(const MtField& field)
     }
 }
 
-// Three letters, then digits with a decimal comma.
-void Mt101::TakeAmount(const MtField& field, RawAmount& amount)
+void Mt101::TakeInstruction(const std::string& code)
 {
-    constexpr std::size_t kCodeLength = 3;
-    const std::string& text = field.lines.front();
-    const RawAmount read{text.size() > kCodeLength ? text.substr(kCodeLength) : std::string(),
-                         text.substr(0, kCodeLength), true};
-    if (!amount.present)
-    {
-        amount = read;
-        return;
-    }
-    Tell(Finding::RecordMalformed,
-         "Second field " + field.tag + " in one order; the larger one counts");
-    KeepLarger(amount, read, kDecimalComma);
+    m_order.urgent = m_order.urgent || code.starts_with("URGP") || code.starts_with("RTGS");
+    m_amounts.TakeInstruction(code);
 }
 
-// With EQUI the amount of 32B is zero and the ordered one stands in 33B.
-RawAmount Mt101::CountingAmount()
+void Mt101::TakeOwnAccount(const MtField& field)
 {
-    if (!m_equivalent || !m_orderedAmount.present)
+    m_orderOwnAccount = ReadParty(field).account;
+    if (!m_head.account.empty())
     {
-        return m_amount;
+        Tell(Finding::RecordOutOfPlace,
+             "Field " + field.tag + " stands before the orders and in one of them");
     }
-    RawAmount amount = m_orderedAmount;
-    ExactDecimal transferred; // stays zero when it is no number
-    ExactDecimal::Parse(m_amount.text, kDecimalComma, transferred);
-    if (!transferred.IsZero())
+}
+
+void Mt101::CheckCurrency()
+{
+    if (IsPreciousMetal(m_order.currency))
     {
-        Tell(Finding::FieldMalformed,
-             "Field 32B must be zero with EQUI; the larger of 32B and 33B counts");
-        KeepLarger(amount, m_amount, kDecimalComma);
+        Tell(Finding::CurrencyUnknown, "Currency " + m_order.currency + " is not allowed here");
     }
-    return amount;
+    if (m_firstCurrency.empty())
+    {
+        m_firstCurrency = m_amounts.TransferCurrency();
+    }
+    else if (m_oneCurrency && m_amounts.TransferCurrency() != m_firstCurrency)
+    {
+        Tell(Finding::FieldMalformed, "Field 21R demands one currency; " +
+                                          m_amounts.TransferCurrency() + " differs from " +
+                                          m_firstCurrency);
+    }
+}
+
+void Mt101::ReadCountingAmount()
+{
+    std::optional<MtProblem> problem;
+    const RawAmount amount = m_amounts.Counting(problem);
+    Tell(problem);
+    ReadAmount(amount, MtOrderAmounts::kDecimalComma, m_output, m_position, m_order);
 }
 
 void Mt101::EndOrder()
@@ -294,24 +332,9 @@ void Mt101::EndOrder()
         return;
     }
     m_inOrder = false;
-    if (!ReadAmount(CountingAmount(), kDecimalComma, m_output, m_position, m_order))
-    {
-        return;
-    }
-    if (std::find(kPreciousMetals.begin(), kPreciousMetals.end(), m_order.currency) !=
-        kPreciousMetals.end())
-    {
-        Tell(Finding::CurrencyUnknown, "Currency " + m_order.currency + " is not allowed here");
-    }
-    if (m_firstCurrency.empty())
-    {
-        m_firstCurrency = m_order.currency;
-    }
-    else if (m_oneCurrency && m_order.currency != m_firstCurrency)
-    {
-        Tell(Finding::FieldMalformed, "Field 21R demands one currency; " + m_order.currency +
-                                          " differs from " + m_firstCurrency);
-    }
+    MoveTo(m_orderPosition);
+    ReadCountingAmount();
+    CheckCurrency();
     m_order.executionDate = m_head.executionDate;
     m_order.debitAccount = m_orderOwnAccount.empty() ? m_head.account : m_orderOwnAccount;
     m_order.creditAccount = m_order.account;
@@ -325,6 +348,7 @@ void Mt101::EndMessage()
         return;
     }
     EndOrder();
+    MoveTo(m_messagePosition);
     if (m_ordersInMessage == 0)
     {
         Tell(Finding::EmptyGroup, "Message without an order");
@@ -336,6 +360,11 @@ void Mt101::EndMessage()
 void Mt101::Finish()
 {
     EndMessage();
+    if (m_chain.IsOpen())
+    {
+        Tell(Finding::MessageChain,
+             "The last message is " + m_chain.Position() + " of its chain: others are missing");
+    }
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "engine/control_totals.h"
 #include "engine/failure.h"
 #include "engine/order_amount.h"
+#include "engine/pain_records.h"
 #include "engine/pain_text.h"
 #include "engine/xml_stream.h"
 #include "support/format.h"
@@ -24,6 +25,17 @@ bool IsNumber(PainField field)
         PainField::FileCount, PainField::FileSum,          PainField::GroupCount,
         PainField::GroupSum,  PainField::InstructedAmount, PainField::EquivalentAmount};
     return std::find(kNumbers.begin(), kNumbers.end(), field) != kNumbers.end();
+}
+
+PainMessage OtherMessage(PainMessage message)
+{
+    return message == PainMessage::CreditTransfer ? PainMessage::DirectDebit
+                                                  : PainMessage::CreditTransfer;
+}
+
+const char* NameOf(PainMessage message)
+{
+    return message == PainMessage::CreditTransfer ? "pain.001" : "pain.008";
 }
 
 class PainHandler final : public XmlHandler
@@ -51,9 +63,8 @@ private:
     void EndOrder();
     void Store(PainField field);
     void StoreOfFile(PainField field, const std::string& text);
-    void StoreOfGroup(PainField field, const std::string& text);
-    void StoreOfOrder(PainField field, const std::string& text);
     void TakeAmount(const std::string& text);
+    void TakeExecutionDate(const std::string& text);
     void OpenRemittance();
     std::string OrderRecord() const;
     std::string GroupRecord() const;
@@ -73,17 +84,13 @@ private:
     std::uint64_t m_group = 0;
     std::uint64_t m_orderInGroup = 0;
     ControlTotals m_fileTotals;
-    ControlTotals m_groupTotals;
     std::string m_sender;
     std::string m_messageId;
 
-    RemittanceHead m_head;
+    PainGroup m_payments;
     bool m_remittanceOpen = false;
-    bool m_groupUrgent = false;
-    OrderRow m_order;
-    bool m_orderUrgent = false;
+    PainOrder m_order;
     std::string m_amountCurrency; // of the amount being read
-    RawAmount m_amount;
 };
 
 std::string PainHandler::GroupRecord() const
@@ -104,6 +111,13 @@ void PainHandler::StartElement(std::string_view name, const Attributes& attribut
         if (IsPainMessageElement(m_message, name))
         {
             BeginMessage();
+        }
+        else if (const PainMessage other = OtherMessage(m_message);
+                 IsPainMessageElement(other, name))
+        {
+            m_output.AddError(m_line, "", Finding::RecordOutOfPlace,
+                              std::string("A ") + NameOf(other) +
+                                  " message in the file is passed over");
         }
         return;
     }
@@ -195,13 +209,11 @@ void PainHandler::BeginGroup()
 {
     ++m_group;
     m_orderInGroup = 0;
-    m_groupTotals = ControlTotals();
-    m_head = RemittanceHead();
-    m_head.record = GroupRecord();
-    m_head.sender = m_sender;
-    m_head.controlReference = m_messageId;
+    m_payments = PainGroup();
+    m_payments.head.record = GroupRecord();
+    m_payments.head.sender = m_sender;
+    m_payments.head.controlReference = m_messageId;
     m_remittanceOpen = false;
-    m_groupUrgent = false;
 }
 
 // The head's elements stand before the first order.
@@ -209,7 +221,7 @@ void PainHandler::OpenRemittance()
 {
     if (!m_remittanceOpen)
     {
-        m_output.BeginRemittance(m_head);
+        m_output.BeginRemittance(m_payments.head);
         m_remittanceOpen = true;
     }
 }
@@ -223,49 +235,52 @@ void PainHandler::EndGroup()
         m_output.AddError(m_line, GroupRecord(), Finding::EmptyGroup,
                           "Payment group without an order");
     }
-    m_groupTotals.Compare(m_output, m_line, GroupRecord(), {Finding::GroupCount, Finding::GroupSum},
-                          "payment group");
+    m_payments.totals.Compare(m_output, m_line, GroupRecord(),
+                              {Finding::GroupCount, Finding::GroupSum}, "payment group");
 }
 
 void PainHandler::BeginOrder()
 {
     OpenRemittance();
     ++m_orderInGroup;
-    m_order = OrderRow();
-    m_order.record = OrderRecord();
-    m_orderUrgent = false;
-    m_amount = RawAmount();
+    m_order = PainOrder();
+    m_order.row.record = OrderRecord();
 }
 
 void PainHandler::EndOrder()
 {
+    OrderRow& row = m_order.row;
+    const RemittanceHead& head = m_payments.head;
     m_fileTotals.CountOrder();
-    m_groupTotals.CountOrder();
-    if (!ReadAmount(m_amount, '.', m_output, m_line, m_order))
+    m_payments.totals.CountOrder();
+    if (ReadAmount(m_order.amount, '.', m_output, m_line, row))
     {
-        return;
+        m_fileTotals.Add(row.amount);
+        m_payments.totals.Add(row.amount);
     }
-    m_fileTotals.Add(m_order.amount);
-    m_groupTotals.Add(m_order.amount);
-    m_order.urgent = m_orderUrgent || m_groupUrgent;
-    m_order.executionDate = m_head.executionDate;
+    if (row.transactionReference.empty())
+    {
+        row.transactionReference = row.reference;
+    }
+    row.urgent = row.urgent || m_payments.urgent;
+    row.executionDate = head.executionDate;
     const bool transfer = m_message == PainMessage::CreditTransfer;
-    m_order.debitAccount = transfer ? m_head.account : m_order.account;
-    m_order.creditAccount = transfer ? m_order.account : m_head.account;
-    m_output.AddOrder(m_order);
+    row.debitAccount = transfer ? head.account : row.account;
+    row.creditAccount = transfer ? row.account : head.account;
+    m_output.AddOrder(row);
 }
 
 void PainHandler::TakeAmount(const std::string& text)
 {
     const RawAmount amount{text, m_amountCurrency, true};
-    if (!m_amount.present)
+    if (!m_order.amount.present)
     {
-        m_amount = amount;
+        m_order.amount = amount;
         return;
     }
     m_output.AddError(m_line, OrderRecord(), Finding::RecordMalformed,
                       "Second amount in one order; the larger one counts");
-    KeepLarger(m_amount, amount, '.');
+    KeepLarger(m_order.amount, amount, '.');
 }
 
 void PainHandler::Store(PainField field)
@@ -276,9 +291,21 @@ void PainHandler::Store(PainField field)
     }
     const std::string whole = Trimmed(Narrow(m_text));
     const std::string text = IsNumber(field) ? whole : Shortened(whole);
-    StoreOfFile(field, text);
-    StoreOfGroup(field, text);
-    StoreOfOrder(field, text);
+    switch (field)
+    {
+    case PainField::ExecutionDate:
+        TakeExecutionDate(text);
+        break;
+    case PainField::InstructedAmount:
+    case PainField::EquivalentAmount:
+        TakeAmount(text);
+        break;
+    default:
+        StoreOfFile(field, text);
+        m_payments.Take(field, text);
+        m_order.Take(field, text);
+        break;
+    }
 }
 
 void PainHandler::StoreOfFile(PainField field, const std::string& text)
@@ -302,96 +329,17 @@ void PainHandler::StoreOfFile(PainField field, const std::string& text)
     }
 }
 
-void PainHandler::StoreOfGroup(PainField field, const std::string& text)
+void PainHandler::TakeExecutionDate(const std::string& text)
 {
-    switch (field)
+    if (text.empty())
     {
-    case PainField::GroupId:
-        m_head.reference = text;
-        break;
-    case PainField::GroupCount:
-        m_groupTotals.StateCount(text);
-        break;
-    case PainField::GroupSum:
-        m_groupTotals.StateSum(text);
-        break;
-    case PainField::GroupPriority:
-        m_groupUrgent = m_groupUrgent || text == "HIGH";
-        break;
-    case PainField::GroupService:
-        m_groupUrgent = m_groupUrgent || IsUrgentService(text);
-        break;
-    case PainField::GroupInstrument:
-        m_groupUrgent = m_groupUrgent || text == "INST";
-        break;
-    case PainField::ExecutionDate:
-        // The choice of later versions closes after its child: an empty text is no date.
-        m_head.executionDate = text.empty() ? m_head.executionDate : PlainDate(text);
-        break;
-    case PainField::OwnName:
-        m_head.name = text;
-        break;
-    case PainField::OwnAccount:
-        m_head.account = text;
-        break;
-    case PainField::OwnAccountCurrency:
-        m_head.currency = text;
-        break;
-    case PainField::OwnBank:
-        m_head.bankCode = text;
-        break;
-    default:
-        break;
+        return; // the choice of later versions closes after its child
     }
-}
-
-void PainHandler::StoreOfOrder(PainField field, const std::string& text)
-{
-    switch (field)
+    m_payments.head.executionDate = PlainDate(text);
+    if (m_payments.head.executionDate.empty())
     {
-    case PainField::EndToEndId:
-        m_order.reference = text;
-        break;
-    case PainField::InstructionId:
-        m_order.transactionReference = text;
-        break;
-    case PainField::OrderPriority:
-        m_orderUrgent = m_orderUrgent || text == "HIGH";
-        break;
-    case PainField::OrderService:
-        m_orderUrgent = m_orderUrgent || IsUrgentService(text);
-        break;
-    case PainField::OrderInstrument:
-        m_orderUrgent = m_orderUrgent || text == "INST";
-        break;
-    case PainField::InstructedAmount:
-    case PainField::EquivalentAmount:
-        TakeAmount(text);
-        break;
-    case PainField::Name:
-        m_order.name = text;
-        break;
-    case PainField::Account:
-        m_order.account = text;
-        break;
-    case PainField::Bank:
-        m_order.bankCode = text;
-        break;
-    case PainField::BankName:
-        m_order.bankName = text;
-        break;
-    case PainField::RemittanceText:
-        m_order.label += m_order.label.empty() ? text : " " + text;
-        m_order.label = Shortened(m_order.label);
-        break;
-    case PainField::RemittanceReference:
-        if (m_order.label.empty())
-        {
-            m_order.label = text;
-        }
-        break;
-    default:
-        break;
+        m_output.AddError(m_line, GroupRecord(), Finding::FieldMalformed,
+                          "The execution date " + Shortened(text) + " is none");
     }
 }
 
@@ -403,10 +351,9 @@ void ConvertPain(PainMessage message, OrderFile& file, ConversionOutput& output)
     ParseXml(file, handler);
     if (!handler.FoundMessage())
     {
-        throw Failure(
-            FailureNumber::NotThisFormat,
-            support::FormatA("Order file %s holds no %s message", file.Path().c_str(),
-                             message == PainMessage::CreditTransfer ? "pain.001" : "pain.008"));
+        throw Failure(FailureNumber::NotThisFormat,
+                      support::FormatA("Order file %s holds no %s message", file.Path().c_str(),
+                                       NameOf(message)));
     }
 }
 

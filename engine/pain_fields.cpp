@@ -17,23 +17,35 @@ void Add(Entries& entries, const std::string& path, PainField field)
     entries.push_back({path, field});
 }
 
-// IBAN or another form; BBAN, UPIC and PrtryAcct stood in the first versions.
-void AddAccount(Entries& entries, const std::string& account, PainField field)
+// BBAN, UPIC and PrtryAcct stood in the first versions.
+void AddAccount(Entries& entries, const std::string& account, PainField iban, PainField other)
 {
-    for (const char* const form :
-         {"/Id/IBAN", "/Id/Othr/Id", "/Id/BBAN", "/Id/UPIC", "/Id/PrtryAcct/Id"})
+    Add(entries, account + "/Id/IBAN", iban);
+    for (const char* const form : {"/Id/Othr/Id", "/Id/BBAN", "/Id/UPIC", "/Id/PrtryAcct/Id"})
     {
-        Add(entries, account + form, field);
+        Add(entries, account + form, other);
     }
 }
 
-void AddBank(Entries& entries, const std::string& agent, PainField code)
+// A bank may be named in several forms at once. CmbndId and PrtryId stood in the first versions.
+void AddBank(Entries& entries, const std::string& agent, PainField code, PainField other)
 {
-    for (const char* const form :
-         {"/FinInstnId/BICFI", "/FinInstnId/BIC", "/FinInstnId/ClrSysMmbId/MmbId",
-          "/FinInstnId/ClrSysMmbId/Id", "/FinInstnId/CmbndId/BIC", "/FinInstnId/Othr/Id"})
+    for (const char* const form : {"/BICFI", "/BIC", "/CmbndId/BIC"})
     {
-        Add(entries, agent + form, code);
+        Add(entries, agent + "/FinInstnId" + form, code);
+    }
+    for (const char* const form : {"/ClrSysMmbId/MmbId", "/ClrSysMmbId/Id", "/Othr/Id",
+                                   "/CmbndId/ClrSysMmbId/Id", "/PrtryId/Id"})
+    {
+        Add(entries, agent + "/FinInstnId" + form, other);
+    }
+}
+
+void AddBankName(Entries& entries, const std::string& agent, PainField name)
+{
+    for (const char* const form : {"/Nm", "/NmAndAdr/Nm", "/CmbndId/Nm"})
+    {
+        Add(entries, agent + "/FinInstnId" + form, name);
     }
 }
 
@@ -63,9 +75,9 @@ void AddGroup(Entries& entries, const std::string& own)
     AddPaymentType(entries, "PmtInf", PainField::GroupPriority, PainField::GroupService,
                    PainField::GroupInstrument);
     Add(entries, "PmtInf/" + own + "/Nm", PainField::OwnName);
-    AddAccount(entries, "PmtInf/" + own + "Acct", PainField::OwnAccount);
+    AddAccount(entries, "PmtInf/" + own + "Acct", PainField::OwnIban, PainField::OwnOtherAccount);
     Add(entries, "PmtInf/" + own + "Acct/Ccy", PainField::OwnAccountCurrency);
-    AddBank(entries, "PmtInf/" + own + "Agt", PainField::OwnBank);
+    AddBank(entries, "PmtInf/" + own + "Agt", PainField::OwnBank, PainField::OwnOtherBank);
 }
 
 void AddOrder(Entries& entries, const std::string& order, const std::string& other)
@@ -76,10 +88,9 @@ void AddOrder(Entries& entries, const std::string& order, const std::string& oth
     AddPaymentType(entries, order, PainField::OrderPriority, PainField::OrderService,
                    PainField::OrderInstrument);
     Add(entries, order + "/" + other + "/Nm", PainField::Name);
-    AddAccount(entries, order + "/" + other + "Acct", PainField::Account);
-    AddBank(entries, order + "/" + other + "Agt", PainField::Bank);
-    Add(entries, order + "/" + other + "Agt/FinInstnId/Nm", PainField::BankName);
-    Add(entries, order + "/" + other + "Agt/FinInstnId/NmAndAdr/Nm", PainField::BankName);
+    AddAccount(entries, order + "/" + other + "Acct", PainField::Iban, PainField::OtherAccount);
+    AddBank(entries, order + "/" + other + "Agt", PainField::Bank, PainField::OtherBank);
+    AddBankName(entries, order + "/" + other + "Agt", PainField::BankName);
     Add(entries, order + "/RmtInf/Ustrd", PainField::RemittanceText);
     Add(entries, order + "/RmtInf/Strd/CdtrRefInf/Ref", PainField::RemittanceReference);
     Add(entries, order + "/RmtInf/Strd/CdtrRefInf/CdtrRef", PainField::RemittanceReference);
@@ -108,6 +119,10 @@ Table DirectDebitTable()
     AddHeader(entries);
     AddGroup(entries, "Cdtr");
     Add(entries, "PmtInf/ReqdColltnDt", PainField::ExecutionDate);
+    for (const char* const form : {"Othr/Id", "OthrId/Id"})
+    {
+        Add(entries, std::string("PmtInf/CdtrSchmeId/Id/PrvtId/") + form, PainField::CreditorId);
+    }
     const std::string order = "PmtInf/DrctDbtTxInf";
     AddOrder(entries, order, "Dbtr");
     Add(entries, order + "/InstdAmt", PainField::InstructedAmount);

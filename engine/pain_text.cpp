@@ -1,8 +1,8 @@
 #include "engine/pain_text.h"
 
+#include "engine/cfonb_date.h"
 #include "support/codepage.h"
 
-#include <algorithm>
 #include <cstddef>
 
 namespace engine
@@ -42,15 +42,7 @@ std::string PlainDate(const std::string& text)
     {
         return {};
     }
-    std::string date = text.substr(0, 4) + text.substr(5, 2) + text.substr(8, 2);
-    const bool digits =
-        std::all_of(date.begin(), date.end(), [](char c) { return c >= '0' && c <= '9'; });
-    return digits ? date : std::string();
-}
-
-bool IsUrgentService(const std::string& code)
-{
-    return code == "URGP" || code == "SDVA" || code == "PRPT";
+    return DateOfFourDigitYear(text.substr(0, 4) + text.substr(5, 2) + text.substr(8, 2));
 }
 
 } // namespace engine

@@ -20,7 +20,4 @@ std::string Shortened(const std::string& text);
 /// "2026-03-29" or "2026-03-29T10:00:00" as 20260329; anything else gives an empty text.
 std::string PlainDate(const std::string& text);
 
-/// Whether a service level code asks for the same day.
-bool IsUrgentService(const std::string& code);
-
 } // namespace engine

@@ -53,8 +53,8 @@ enum class Finding : int
     HeaderSum = 2,   ///< control sum of the file differs
     GroupCount = 3,
     GroupSum = 4,
-    TotalRecord = 5, ///< total of a fixed-width remittance differs
-    MessageSum = 6,
+    TotalRecord = 5,  ///< total of a fixed-width remittance differs
+    MessageChain = 6, ///< messages of a chain are missing or out of order
     MissingTotal = 7,
     AmountMissing = 10,
     AmountMalformed = 11,

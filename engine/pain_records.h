@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/control_totals.h"
+#include "engine/order_amount.h"
+#include "engine/pain_fields.h"
+#include "engine/rows.h"
+
+#include <string>
+
+namespace engine
+{
+
+/// What a payment group says of its orders, as it is read. Take passes over fields of others.
+struct PainGroup
+{
+    RemittanceHead head;
+    ControlTotals totals;
+    bool urgent = false;
+
+    void Take(PainField field, const std::string& text);
+};
+
+/// One order, as it is read.
+struct PainOrder
+{
+    OrderRow row;
+    RawAmount amount;
+
+    void Take(PainField field, const std::string& text);
+};
+
+} // namespace engine
