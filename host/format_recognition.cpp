@@ -23,6 +23,7 @@ namespace
 constexpr std::size_t kLongestOpening = std::size_t{256} * 1024;
 
 constexpr std::string_view kTransferRecord = "03";
+constexpr std::string_view kOrderRecord = "06";
 constexpr std::string_view kInternational = "PI";
 constexpr std::array<std::string_view, 9> kDomesticCodes = {"02", "22", "27", "28", "29",
                                                             "76", "08", "85", "60"};
@@ -62,17 +63,24 @@ std::string ReadOpening(const std::string& path)
     return bytes;
 }
 
-// The first character says it: behind a byte order mark or blanks, and between the zero bytes that
-// UTF-16 and UTF-32 put round it. No other format knows UTF-16.
+// Every format may stand behind it.
+std::string_view WithoutUtf8Mark(std::string_view bytes)
+{
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    bytes.remove_prefix(bytes.starts_with(kMark) ? kMark.size() : 0U);
+    return bytes;
+}
+
+// The first character says it: behind a mark or blanks, and between the zero bytes that UTF-16 and
+// UTF-32 put round it. No other format knows UTF-16.
 bool IsXml(std::string_view bytes)
 {
-    constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
     constexpr std::string_view kBlanks(" \t\r\n\0", 5);
     if (bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE"))
     {
         return true;
     }
-    bytes.remove_prefix(bytes.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0U);
+    bytes = WithoutUtf8Mark(bytes);
     const std::size_t first = bytes.find_first_not_of(kBlanks);
     return first != std::string_view::npos && bytes[first] == '<';
 }
@@ -89,6 +97,21 @@ Glance GlanceAtXml(std::string_view bytes)
     default:
         return {std::nullopt, message.problem};
     }
+}
+
+bool IsDomestic(std::string_view operation)
+{
+    return std::find(kDomesticCodes.begin(), kDomesticCodes.end(), operation) !=
+           kDomesticCodes.end();
+}
+
+// An operation that is not known, carried on from the header to the first order, is a wrong one of
+// the format all the same; the conversion tells it.
+bool NextRecordHasOperation(std::string_view header, std::string_view operation)
+{
+    header.remove_prefix(std::min({header.find_first_of("\r\n"), kDomesticLength, header.size()}));
+    header.remove_prefix(std::min(header.find_first_not_of("\r\n"), header.size()));
+    return header.starts_with(kOrderRecord) && header.substr(kOrderRecord.size(), 2) == operation;
 }
 
 // Blank records and line ends may stand before the first one; what stands before it on its own line
@@ -108,9 +131,8 @@ Glance GlanceAtRecords(std::string_view bytes)
     {
         return {kCfonb320, {}};
     }
-    if (std::find(kDomesticCodes.begin(), kDomesticCodes.end(), operation) !=
-            kDomesticCodes.end() &&
-        blanks % kDomesticLength == 0)
+    if (blanks % kDomesticLength == 0 &&
+        (IsDomestic(operation) || NextRecordHasOperation(record, operation)))
     {
         return {kCfonb160, {}};
     }
@@ -138,7 +160,7 @@ Glance GlanceAt(std::string_view bytes)
         return GlanceAtXml(bytes);
     }
     // 0x1A ends a file of these formats, whatever stands behind it.
-    const std::string_view text = bytes.substr(0, bytes.find('\x1A'));
+    const std::string_view text = WithoutUtf8Mark(bytes.substr(0, bytes.find('\x1A')));
     const Glance records = GlanceAtRecords(text);
     return records.format ? records : GlanceAtSwift(text);
 }

@@ -9,9 +9,11 @@ namespace host
 namespace
 {
 
-// What may stand between field 20 and field 28D: the other fields of the message's first part.
-constexpr std::array<std::string_view, 11> kFieldsBetween = {
-    "21R", "50C", "50L", "50F", "50G", "50H", "51A", "52A", "52C", "30", "25"};
+// The fields of an MT 101, but 28D.
+constexpr std::array<std::string_view, 31> kFields = {
+    "20", "21R", "50C", "50L", "50F", "50G", "50H", "51A", "52A", "52C", "30",
+    "25", "21",  "21F", "23E", "32B", "56A", "56C", "56D", "57A", "57C", "57D",
+    "59", "59A", "59F", "70",  "77B", "33B", "71A", "25A", "36"};
 
 bool IsDigit(char character)
 {
@@ -65,38 +67,28 @@ std::string_view TagOf(std::string_view line)
 
 std::string SwiftMessageType(std::string_view bytes)
 {
-    bool begun = false;
+    bool hasFields = false;
+    bool hasReference = false;
     while (!bytes.empty())
     {
         const std::string_view line = TakeLine(bytes);
-        if (std::string type = TypeOfBlocks(line); !begun && !type.empty())
+        if (std::string type = TypeOfBlocks(line); !hasFields && !type.empty())
         {
             return type;
         }
+        // Text before the first field is no part of a message, and lines without a tag belong to
+        // the field before them.
         const std::string_view tag = TagOf(line);
-        if (tag.empty())
+        if (tag == "28D")
         {
-            continue;
+            return hasReference ? std::string(kSwiftMt101) : std::string();
         }
-        if (!begun)
-        {
-            // The reader of the format takes whatever stands before the first field for no part
-            // of the message; the first field has to be the one that opens it.
-            begun = tag == "20";
-            if (!begun)
-            {
-                return {};
-            }
-        }
-        else if (tag == "28D")
-        {
-            return std::string(kSwiftMt101);
-        }
-        else if (std::find(kFieldsBetween.begin(), kFieldsBetween.end(), tag) ==
-                 kFieldsBetween.end())
+        if (!tag.empty() && std::find(kFields.begin(), kFields.end(), tag) == kFields.end())
         {
             return {};
         }
+        hasFields = hasFields || !tag.empty();
+        hasReference = hasReference || tag == "20";
     }
     return {};
 }
