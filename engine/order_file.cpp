@@ -16,6 +16,18 @@ constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
 // Within so many bytes the first part of a message tells its kind.
 constexpr std::size_t kPartHeader = 1024;
 
+// A caller keeps 255 characters of a message: what is wrong, and where, must be among them.
+constexpr std::size_t kLongestShownPath = 120;
+
+std::string Shown(const std::string& path)
+{
+    constexpr std::string_view kLeftOut = "...";
+    return path.size() <= kLongestShownPath
+               ? path
+               : std::string(kLeftOut) +
+                     path.substr(path.size() - (kLongestShownPath - kLeftOut.size()));
+}
+
 port::FileIdentity Identify(const std::string& path)
 {
     return port::IdentifyFile(support::Utf8FromNarrow(path));
@@ -23,12 +35,13 @@ port::FileIdentity Identify(const std::string& path)
 
 } // namespace
 
-OrderFile::OrderFile(std::string path) : m_path(std::move(path)), m_block(kBlockSize)
+OrderFile::OrderFile(std::string path)
+    : m_path(std::move(path)), m_shownPath(Shown(m_path)), m_block(kBlockSize)
 {
     if (!m_file.Open(m_path.c_str(), port::OpenMode::Read))
     {
         throw Failure(FailureNumber::InputUnreadable,
-                      support::FormatA("Cannot read order file %s (error %u)", m_path.c_str(),
+                      support::FormatA("Cannot read order file %s (error %u)", m_shownPath.c_str(),
                                        GetLastError()));
     }
     m_identity = Identify(m_path);
@@ -42,7 +55,7 @@ std::string_view OrderFile::NextBlock()
     {
         throw Failure(FailureNumber::InputUnreadable,
                       support::FormatA("Reading order file %s failed after %I64d bytes (error %u)",
-                                       m_path.c_str(), static_cast<long long>(m_sizeRead),
+                                       m_shownPath.c_str(), static_cast<long long>(m_sizeRead),
                                        GetLastError()));
     }
     const std::string_view block(m_block.data(), static_cast<std::size_t>(size));
@@ -65,7 +78,7 @@ void OrderFile::RefuseSeveralParts(std::string_view start) const
         throw Failure(FailureNumber::NotThisFormat,
                       support::FormatA("Order file %s is a message in several parts: give the part "
                                        "that is the order file",
-                                       m_path.c_str()));
+                                       m_shownPath.c_str()));
     }
 }
 
@@ -79,7 +92,7 @@ void OrderFile::CheckUnchanged() const
             FailureNumber::InputChanged,
             support::FormatA("Order file %s was changed while it was read: %I64d bytes at "
                              "the start, %I64d read; convert it again once it is complete",
-                             m_path.c_str(), static_cast<long long>(m_sizeAtStart),
+                             m_shownPath.c_str(), static_cast<long long>(m_sizeAtStart),
                              static_cast<long long>(m_sizeRead)));
     }
 }

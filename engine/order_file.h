@@ -26,12 +26,14 @@ public:
     /// stands in its place.
     void CheckUnchanged() const;
 
-    const std::string& Path() const noexcept { return m_path; }
+    /// The path as messages show it: the beginning of a long one gives way to "...".
+    const std::string& Path() const noexcept { return m_shownPath; }
 
 private:
     void RefuseSeveralParts(std::string_view start) const;
 
     std::string m_path;
+    std::string m_shownPath;
     port::File m_file;
     std::vector<char> m_block;
     port::FileIdentity m_identity;

@@ -162,12 +162,13 @@ void WorkFile::Fail(const char* attempt) const
 {
     const DWORD reason = GetLastError();
     const std::size_t end = m_finalPath.find_last_of("/\\");
-    const std::string folder =
-        end == std::string::npos ? std::string(".") : m_finalPath.substr(0, end + 1U);
+    const std::size_t name = end == std::string::npos ? 0U : end + 1U;
+    const std::string folder = name == 0U ? std::string(".") : m_finalPath.substr(0, name);
     throw Failure(FailureNumber::OutputUnwritable,
                   support::FormatA("Cannot %s work file %s in folder %s (error %u): the folder "
                                    "must be writable and have space left",
-                                   attempt, m_finalPath.c_str(), folder.c_str(), reason));
+                                   attempt, m_finalPath.substr(name).c_str(), folder.c_str(),
+                                   reason));
 }
 
 } // namespace engine

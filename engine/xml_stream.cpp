@@ -211,8 +211,11 @@ void XmlParse::OnError(void* context, xmlErrorPtr error)
     XmlParse& parse = Of(context);
     if (parse.m_firstError.empty() && error != nullptr && error->level >= XML_ERR_ERROR)
     {
-        parse.m_firstError = support::FormatA("line %d, column %d: %s", error->line, error->int2,
-                                              OneLine(error->message).c_str());
+        // Of a document that is cut off the parser says that it has content behind its end.
+        const bool isCutOff = error->code == XML_ERR_DOCUMENT_END && parse.m_depth > 0;
+        parse.m_firstError =
+            support::FormatA("line %d, column %d: %s", error->line, error->int2,
+                             isCutOff ? "the file is cut off" : OneLine(error->message).c_str());
     }
 }
 

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -14,6 +16,7 @@
 using engine::Failure;
 using engine::FailureNumber;
 using engine::Work;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing_support::TemporaryFolder;
@@ -156,6 +159,9 @@ const HostileCase kHostileCases[] = {
     {"TagOfEndlessAttributes", Work::Pain001, Transfer("<a" + ManyAttributes(50'000) + "/>"),
      FailureNumber::Hostile, "markup or CDATA longer than 256 KiB"},
     {"Truncated", Work::Pain001, Transfer("x").substr(0, 120), FailureNumber::Malformed, "line 1"},
+    {"TruncatedBetweenElements", Work::Pain001,
+     Transfer("x").substr(0, Transfer("x").find("</Cdtr>")), FailureNumber::Malformed,
+     ": the file is cut off"},
     {"NulByte", Work::Pain001, Transfer(std::string("a\0b", 3)), FailureNumber::Malformed,
      "line 1"},
     {"BytesThatAreNoUtf8", Work::Pain001, Transfer("\xC3\x28"), FailureNumber::Malformed, "line 1"},
@@ -229,6 +235,22 @@ TEST(Conversion, FolderThatCannotBeWrittenIsNamed)
     EXPECT_EQ(failure->Number(), FailureNumber::OutputUnwritable);
     EXPECT_THAT(failure->Text(), HasSubstr(folder.Path("nowhere")));
     EXPECT_THAT(engine_tests::Names(folder.Path()), ElementsAre("order.xml"));
+}
+
+TEST(Conversion, LongPathLeavesRoomForLineAndPosition)
+{
+    constexpr std::size_t kKeptByCallers = 255;
+    const TemporaryFolder folder;
+    const std::string deep = folder.Path(std::string(120, 'a') + "/" + std::string(120, 'b'));
+    std::filesystem::create_directories(deep);
+    const std::string order = deep + "/order.xml";
+    std::ofstream(order) << "<Document>\n</Wrong>";
+    const auto failure = FailureOf(Work::Pain001, order, order + ".veu");
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_LE(failure->Text().size(), kKeptByCallers);
+    EXPECT_THAT(failure->Text(),
+                AllOf(HasSubstr("Order file ...bbb"), HasSubstr("/order.xml is no"),
+                      HasSubstr("line 2, column ")));
 }
 
 TEST(Conversion, LeftoversOfAnEarlierRunAreReplaced)
