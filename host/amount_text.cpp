@@ -4,6 +4,7 @@
 #include "host/refusal.h"
 #include "host/text.h"
 #include "support/currencies.h"
+#include "support/format.h"
 
 #include <algorithm>
 #include <charconv>
@@ -135,6 +136,28 @@ double ReadAmount(const OptionValue& value, const AmountForm& form)
     double amount = 0.0;
     std::from_chars(value.text.data(), value.text.data() + value.text.size(), amount);
     return amount;
+}
+
+std::string ShownAmount(double amount, const std::string& currency)
+{
+    constexpr std::size_t kUsualDecimals = 2;
+    // No currency has more; a file's total in several currencies may have more than the one shown.
+    constexpr std::size_t kMostDecimals = 4;
+    const CurrencyInfo* const info =
+        GlobalResourceDevise == nullptr ? nullptr : GlobalResourceDevise->Find(currency.c_str());
+    const std::size_t decimals =
+        info == nullptr || info->decimals == kNotApplicable ? kUsualDecimals : info->decimals;
+    std::string text = support::FormatA("%.4f", amount);
+    const std::size_t point = text.size() - kMostDecimals - 1;
+    while (text.size() > point + 1 + decimals && text.back() == '0')
+    {
+        text.pop_back();
+    }
+    if (text.back() == '.')
+    {
+        text.pop_back();
+    }
+    return text;
 }
 
 } // namespace host

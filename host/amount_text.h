@@ -21,4 +21,8 @@ AmountForm FormOf(const OptionValue& currency);
 /// Raises UsageRefusal, which shows the accepted form.
 double ReadAmount(const OptionValue& value, const AmountForm& form);
 
+/// An amount in the main unit for people: with the currency's decimals (two where the currency is
+/// unknown) and with more, up to four, where it has them.
+std::string ShownAmount(double amount, const std::string& currency);
+
 } // namespace host

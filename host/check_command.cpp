@@ -3,17 +3,22 @@
 #include "database/cdatabase.h"
 #include "host/check_request.h"
 #include "host/check_result.h"
+#include "host/com_apartment.h"
 #include "host/journal_reader.h"
 #include "host/output.h"
 #include "host/refusal.h"
 #include "host/schema_version.h"
 #include "host/text.h"
+#include "host/work_file_guard.h"
 #include "port/files.h"
+#include "port/null_device.h"
 #include "signutils/signutils.h"
 #include "support/codepage.h"
 #include "support/cttime.h"
 
 #include <nlohmann/json.hpp>
+
+#include <optional>
 
 namespace host
 {
@@ -23,12 +28,13 @@ namespace
 
 constexpr const char* kReportEnding = ".psr";
 
-/// The trace file of a check; closed, and so complete, at the end of the scope.
+/// The trace of a check; closed, and so complete, at the end of the scope. Without a file it goes
+/// nowhere, but it is there: the library tells the errors of an order file to a traced check alone.
 class TraceFile
 {
 public:
     explicit TraceFile(const std::string& path)
-        : m_trace(path.empty() ? nullptr : TraceOpen(path.c_str()))
+        : m_trace(TraceOpen(path.empty() ? port::kNullDevice : path.c_str()))
     {
         if (!path.empty() && !TraceIsUsable(m_trace))
         {
@@ -74,7 +80,14 @@ void SetUp(SignUtils& session, const CheckRequest& request)
     session.SetContractInfo(request.contractType, request.protocol, request.partner.c_str(),
                             request.service.c_str(), request.client.c_str(),
                             request.isRequester ? 0 : 1, request.handOff.c_str());
-    session.SetAmountInfo(request.total, request.largest, request.currency.c_str());
+    if (request.format)
+    {
+        session.SetFormatInfo(request.format->format1.c_str(), request.format->format2.c_str(), "");
+    }
+    else
+    {
+        session.SetAmountInfo(request.total, request.largest, request.currency.c_str());
+    }
     session.SetMessageInfo(request.party.c_str(), request.orderId.c_str(),
                            request.messageName.c_str(), request.messageId.c_str());
     session.SetPSRWarning(request.psrService.c_str());
@@ -110,7 +123,8 @@ std::string ReportPath(const CheckRequest& request, unsigned long fileId)
     return port::FileExists(path.c_str()) ? support::Utf8FromNarrow(path) : std::string();
 }
 
-CheckResult ResultOf(const SignUtils& session, unsigned long verdict, const CheckRequest& request)
+CheckResult ResultOf(const SignUtils& session, unsigned long verdict, const CheckRequest& request,
+                     bool isTraced)
 {
     const CheckOutcome& outcome = session.GetLastCheck();
     const auto narrow = [](const TSimpleString& text)
@@ -121,7 +135,7 @@ CheckResult ResultOf(const SignUtils& session, unsigned long verdict, const Chec
     result.rulesComplete = outcome.rulesComplete;
     // Nothing was looked up where the check did not run.
     result.lookupsComplete = outcome.lookupsComplete || !outcome.ran;
-    result.amountsKnown = outcome.amountsKnown;
+    result.amounts = AmountsOf(request, outcome, isTraced);
     result.reasonCode = narrow(outcome.reasonCode);
     result.reasonText = support::Utf8FromWide(outcome.reasonText.SafeGetString());
     result.problem = Redacted(narrow(outcome.problem), request.connection);
@@ -154,7 +168,7 @@ CheckResult Judge(const CheckRequest& request, CDatabase& database)
         SetUp(session, request);
         const unsigned long verdict =
             session.CheckSignRules(request.file.c_str(), request.signers.c_str());
-        result = ResultOf(session, verdict, request);
+        result = ResultOf(session, verdict, request, TraceIsUsable(trace.Handle()));
     }
     if (before && result.journal == "written")
     {
@@ -182,32 +196,66 @@ int TellNotRun(const CheckRequest& request, const Refusal& refusal)
 {
     Complain(refusal.what());
     CheckResult result;
+    result.amounts = AmountsAskedFor(request);
     result.journal = "not-due";
     result.problem = refusal.what();
     Tell(request, result);
     return refusal.Status();
 }
 
+// Said at once, and kept for the answer.
+void WarnAndKeep(const std::string& warning, std::vector<std::string>& warnings)
+{
+    if (!warning.empty())
+    {
+        Warn(warning);
+        warnings.push_back(warning);
+    }
+}
+
+/// What a check needs whose amounts come from the file, from before the library is asked to the
+/// end.
+struct FileReading
+{
+    explicit FileReading(const std::string& file) : workFiles(file) {}
+
+    ComApartment com;
+    WorkFileGuard workFiles;
+};
+
+// Settles what must be there before the library is asked. Raises Refusal.
+void Prepare(const OptionValues& values, CheckRequest& request, CDatabase& database,
+             std::optional<FileReading>& reading, std::vector<std::string>& warnings)
+{
+    if (request.amountsFromFile)
+    {
+        request.format = ReadOrderFormat(values, request.file);
+        reading.emplace(request.file);
+        WarnAndKeep(reading->workFiles.Warning(), warnings);
+    }
+    OpenRulesDatabase(database, request.connection);
+    WarnAndKeep(CheckSchemaVersion(database, request.connection), warnings);
+}
+
 } // namespace
 
 int RunCheck(const OptionValues& values)
 {
-    const CheckRequest request = ReadCheckRequest(values);
-    std::vector<std::string> warnings = WarningsBefore(request);
-    for (const std::string& warning : warnings)
+    CheckRequest request = ReadCheckRequest(values);
+    std::vector<std::string> warnings;
+    for (const std::string& warning : WarningsBefore(request))
     {
-        Warn(warning);
+        WarnAndKeep(warning, warnings);
     }
     CDatabase database;
+    std::optional<FileReading> reading;
     try
     {
-        OpenRulesDatabase(database, request.connection);
-        if (std::string warning = CheckSchemaVersion(database, request.connection);
-            !warning.empty())
-        {
-            Warn(warning);
-            warnings.push_back(std::move(warning));
-        }
+        Prepare(values, request, database, reading, warnings);
+    }
+    catch (const UsageRefusal&)
+    {
+        throw;
     }
     catch (const Refusal& refusal)
     {
@@ -218,8 +266,7 @@ int RunCheck(const OptionValues& values)
     CheckResult result = Judge(request, database);
     for (const std::string& warning : WarningsAfter(request, result))
     {
-        Warn(warning);
-        warnings.push_back(warning);
+        WarnAndKeep(warning, warnings);
     }
     result.warnings = std::move(warnings);
     if (log.IsOpen())

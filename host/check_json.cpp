@@ -48,6 +48,21 @@ Json ReportFile(const CheckResult& result)
     return {{"fileId", result.reportFileId}, {"path", TextOrNull(result.reportPath)}};
 }
 
+// What is not known is null, so that nobody takes it for 0.
+void AddAmounts(Json& object, const CheckRequest& request, const CheckAmounts& amounts)
+{
+    const bool areKnown = amounts.AreKnown();
+    const bool isFromFile = amounts.origin == AmountsOrigin::File;
+    object["format"] = request.format ? Json(request.format->Name()) : Json(nullptr);
+    object["total"] = areKnown ? Json(amounts.total) : Json(nullptr);
+    object["largestOrder"] = areKnown ? Json(amounts.largest) : Json(nullptr);
+    object["orders"] = isFromFile ? Json(amounts.orders) : Json(nullptr);
+    object["currency"] = areKnown ? Json(amounts.currency) : Json(nullptr);
+    object["amounts"] = NameOf(amounts.origin);
+    object["amountsProblem"] = TextOrNull(amounts.problem);
+    object["fileErrors"] = amounts.fileErrors;
+}
+
 } // namespace
 
 Json CheckAsJson(const CheckRequest& request, const CheckResult& result)
@@ -57,10 +72,7 @@ Json CheckAsJson(const CheckRequest& request, const CheckResult& result)
     object["signers"] = request.signerNames;
     object["verdict"] = OrNull(result.verdict);
     object["outcome"] = OutcomeName(result);
-    object["total"] = request.total;
-    object["largestOrder"] = request.largest;
-    object["currency"] = request.currency;
-    object["amounts"] = result.amountsKnown ? "given" : "unknown";
+    AddAmounts(object, request, result.amounts);
     object["reasonCode"] = result.reasonCode;
     object["reasonText"] = result.reasonText;
     object["findings"] = result.findings;

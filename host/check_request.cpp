@@ -85,8 +85,45 @@ void ReadSigners(const OptionValues& values, CheckRequest& request)
     request.signerNames = SplitSigners(signers.text);
 }
 
+constexpr const char* kAmountOptions[] = {"total", "largest", "currency"};
+
+// Amounts are given, or worked out from the file; never both, for one would be ignored.
+void ChooseAmounts(const OptionValues& values, CheckRequest& request)
+{
+    const OptionValue* const format = values.Find("format");
+    std::string given;
+    for (const char* const option : kAmountOptions)
+    {
+        if (const OptionValue* const value = values.Find(option); value != nullptr)
+        {
+            given += (given.empty() ? "" : ", ") + value->origin;
+        }
+    }
+    if (format != nullptr && !given.empty())
+    {
+        throw UsageRefusal(format->origin +
+                           " has the amounts worked out from the order file, but "
+                           "they are given as well (" +
+                           given +
+                           "). Leave --total, --largest and "
+                           "--currency out, or leave --format out to have the given ones judged.");
+    }
+    if (format == nullptr && given.empty())
+    {
+        throw UsageRefusal("the amounts are missing. Give --format auto to have them worked out "
+                           "from the order file, or give them, as in --total 1500.00 --largest "
+                           "800.00 --currency EUR.");
+    }
+    request.amountsFromFile = format != nullptr;
+}
+
 void ReadAmounts(const OptionValues& values, CheckRequest& request)
 {
+    ChooseAmounts(values, request);
+    if (request.amountsFromFile)
+    {
+        return;
+    }
     const OptionValue& total = Required(values, "total", "--total 1500.00");
     const OptionValue& largest = Required(values, "largest", "--largest 800.00");
     const AmountForm form = FormOf(Required(values, "currency", "--currency EUR"));

@@ -2,8 +2,10 @@
 
 #include "host/connection.h"
 #include "host/option_values.h"
+#include "host/order_format.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,8 @@ struct CheckRequest
     bool isDistributed = false;
     std::wstring signers;                 ///< as the library takes them
     std::vector<std::string> signerNames; ///< UTF-8, trimmed, empty ones left out
+    bool amountsFromFile = false;         ///< else they are given
+    std::optional<OrderFormat> format;    ///< of the file, once it is settled
     double total = 0.0;
     double largest = 0.0;
     std::string currency;
@@ -41,7 +45,8 @@ struct CheckRequest
     bool asJson = false;
 };
 
-/// Reads and validates the settings of a check. Raises UsageRefusal.
+/// Reads and validates the settings of a check, all but the format of the file. Raises
+/// UsageRefusal.
 CheckRequest ReadCheckRequest(const OptionValues& values);
 
 /// The folder that status reports are handed on to, in Windows-1252.

@@ -1,6 +1,7 @@
 #include "host/check_result.h"
 
 #include "host/exit_status.h"
+#include "host/sentence.h"
 #include "host/text.h"
 #include "support/codepage.h"
 
@@ -12,14 +13,6 @@ namespace
 
 constexpr unsigned int kVerdictNoRule = 0;
 constexpr unsigned int kVerdictSuccess = 1;
-
-// The cause as the end of a sentence; a driver's text may bring a full stop of its own.
-std::string BecauseOf(const std::string& problem)
-{
-    const std::string cause = Printable(problem);
-    const std::size_t last = cause.find_last_not_of(" .");
-    return last == std::string::npos ? std::string(".") : ": " + cause.substr(0, last + 1) + ".";
-}
 
 void WarnOfReport(const CheckRequest& request, const CheckResult& result,
                   std::vector<std::string>& warnings)
@@ -73,7 +66,7 @@ int ExitStatusOf(const CheckResult& result)
     case kVerdictNoRule:
         return kNoRule;
     case kVerdictSuccess:
-        return result.amountsKnown ? kDone : kAmountsUnknown;
+        return result.amounts.AreKnown() ? kDone : kAmountsUnknown;
     default:
         return kFindings;
     }
@@ -100,10 +93,7 @@ std::vector<std::string> WarningsAfter(const CheckRequest& request, const CheckR
         warnings.push_back("not all holders of the signers could be looked up" +
                            BecauseOf(result.problem) + " Rules may not have found their signers.");
     }
-    if (!result.amountsKnown)
-    {
-        warnings.emplace_back("the verdict rests on UNKNOWN amounts.");
-    }
+    WarnOfAmounts(request, result.amounts, warnings);
     if (result.rowsWritten < result.rowsDue)
     {
         warnings.push_back(std::to_string(result.rowsDue - result.rowsWritten) + " of " +

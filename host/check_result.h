@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/check_amounts.h"
 #include "host/check_request.h"
 
 #include <nlohmann/json_fwd.hpp>
@@ -7,8 +8,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-struct CheckOutcome;
 
 namespace host
 {
@@ -20,7 +19,7 @@ struct CheckResult
     bool ran = false;
     bool rulesComplete = false;
     bool lookupsComplete = true; ///< every holder look-up could be read
-    bool amountsKnown = true;    ///< they are, until an amount had to be worked out and was not
+    CheckAmounts amounts;
     std::string reasonCode;
     std::string reasonText;
     std::string problem;

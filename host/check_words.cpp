@@ -36,7 +36,7 @@ std::string Decision(const CheckResult& result)
     }
     if (outcome == "success")
     {
-        return result.amountsKnown
+        return result.amounts.AreKnown()
                    ? "ACCEPTED: the signatures satisfy the contract's rules (verdict 1)."
                    : "ACCEPTED ON UNKNOWN AMOUNTS: the signatures satisfy the contract's rules as "
                      "far as they do not depend on the amounts (verdict 1).";
@@ -108,6 +108,7 @@ std::string CheckInWords(const CheckRequest& request, const CheckResult& result)
     std::string words;
     Append(words, "Order", request.fileShown);
     Append(words, "Decided", Decision(result));
+    Append(words, "Amounts", AmountsInWords(request, result.amounts));
     const auto reasons = Reasons(result);
     for (std::size_t index = 0; index < reasons.size(); ++index)
     {

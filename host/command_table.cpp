@@ -47,7 +47,11 @@ std::vector<OptionSpec> CheckOptions()
          "the check runs on the requester's side, not the bank's"},
         {"veu", OptionKind::Flag, "", "distributed signatures, which arrive one by one"},
         {"signers", OptionKind::Text, "\"A;B\"", "certificate names, separated by ;"},
-        {"total", OptionKind::Amount, "X", "total amount of the file, such as 1500.00"},
+        {"format", OptionKind::Text, "F",
+         "work the amounts out of the file, which has this format: auto, ISO20022/pain.001, "
+         "ISO20022/pain.008, CFONB/160, CFONB/320 or SWIFT/MT101"},
+        {"total", OptionKind::Amount, "X",
+         "without --format: total amount of the file, such as 1500.00"},
         {"largest", OptionKind::Amount, "Y", "largest single order of the file"},
         {"currency", OptionKind::Text, "CUR", "currency of both amounts, such as EUR"},
         {"psr-service", OptionKind::Text, "S",

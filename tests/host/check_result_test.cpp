@@ -36,7 +36,7 @@ TEST(CheckExitStatus, FollowsTheVerdict)
 TEST(CheckExitStatus, SuccessOnUnknownAmountsIsFour)
 {
     auto result = Ran(1);
-    result.amountsKnown = false;
+    result.amounts.origin = host::AmountsOrigin::Unknown;
 
     EXPECT_EQ(host::ExitStatusOf(result), host::kAmountsUnknown);
     EXPECT_THAT(host::WarningsAfter({}, result), Contains(HasSubstr("UNKNOWN amounts")));
@@ -46,7 +46,7 @@ TEST(CheckExitStatus, SuccessOnUnknownAmountsIsFour)
 TEST(CheckExitStatus, RefusalOnUnknownAmountsStaysARefusal)
 {
     auto result = Ran(2);
-    result.amountsKnown = false;
+    result.amounts.origin = host::AmountsOrigin::Unknown;
 
     EXPECT_EQ(host::ExitStatusOf(result), host::kFindings);
 }

@@ -66,6 +66,20 @@ std::vector<std::string> SampleBankTest::CheckOf(const std::string& signers) con
             "--currency", "EUR"};
 }
 
+std::vector<std::string> SampleBankTest::CheckOfFile(const std::string& file,
+                                                     const std::string& format,
+                                                     const std::string& signers) const
+{
+    std::vector<std::string> arguments = CheckOf(signers);
+    for (const std::string option : {"--total", "--largest", "--currency"})
+    {
+        arguments = Without(std::move(arguments), option);
+    }
+    arguments[1] = file;
+    arguments.insert(arguments.end(), {"--format", format});
+    return arguments;
+}
+
 std::vector<std::string> SampleBankTest::Without(std::vector<std::string> arguments,
                                                  const std::string& option)
 {

@@ -34,6 +34,9 @@ protected:
 
     /// The settings of a check of an order of 900.00 by `signers` on contract C-1001.
     std::vector<std::string> CheckOf(const std::string& signers) const;
+    /// The same for another order file, whose amounts are worked out from it.
+    std::vector<std::string> CheckOfFile(const std::string& file, const std::string& format,
+                                         const std::string& signers) const;
     /// The same without one option and its value.
     static std::vector<std::string> Without(std::vector<std::string> arguments,
                                             const std::string& option);
