@@ -26,6 +26,11 @@ struct FileTotals
 /// 1 on success; 0 with `errorText` (256 characters, may be null) filled.
 int ExecWorkFmt(const AmountSource& source, char* errorText);
 
+/// Works out the totals from work files that lie there, and leaves them. `currencyCode` (4
+/// characters) and `errorText` may be null; what has nothing to be written in it stays.
+void ReadFileTotals(const AmountSource& source, FileTotals& totals, char* currencyCode,
+                    char* errorText);
+
 /// Works out the totals from the work files and deletes them. `currencyCode` (4 characters) may be
 /// null. 0 when the conversion failed, else 1, also for a file with errors.
 int GetMaxAmountFile(const AmountSource& source, FileTotals& totals, char* currencyCode,

@@ -21,6 +21,8 @@ constexpr unsigned kMostDecimals = 7;
 constexpr const char* kLargestWeighed = "922337203685.477580";
 // Marks a row that counts; readers stop at the first row without it.
 constexpr std::string_view kBody = "1";
+// In the totals, the record of the rows that are about the whole file.
+constexpr std::string_view kWholeFile = "*";
 // What stands for a currency that the file leaves out: a row's currency is never empty.
 constexpr const char* kNoCurrency = "XXX";
 
@@ -148,8 +150,9 @@ void ConversionOutput::EndRemittance()
     for (const auto& [currency, sum] : m_remittanceSums)
     {
         CheckTotal(currency, sum.total);
-        m_remittances.Row({m_head.record, kBody,
-                           sum.total.ToText(WrittenDecimals(currency, sum.total)), currency});
+        const std::string total = sum.total.ToText(WrittenDecimals(currency, sum.total));
+        m_remittances.Row({m_head.record, kBody, total, currency});
+        m_totals.Row({m_head.record, kBody, total, currency, std::to_string(sum.orders)});
         m_details.Row({m_head.record, kBody, m_head.controlReference, m_head.executionDate,
                        m_head.bankCode, m_head.branchCode, m_head.account, m_head.label, currency,
                        m_head.name, m_head.sender, m_head.reference});
@@ -170,8 +173,7 @@ void ConversionOutput::WriteTotals()
     for (const auto& [currency, sum] : m_fileSums)
     {
         const std::string total = sum.total.ToText(WrittenDecimals(currency, sum.total));
-        m_totals.Row({std::to_string(m_remittanceCount), kBody, total, currency,
-                      std::to_string(sum.orders)});
+        m_totals.Row({kWholeFile, kBody, total, currency, std::to_string(sum.orders)});
         m_main.Line(support::FormatA("%s %s in %I64u orders", total.c_str(), currency.c_str(),
                                      static_cast<unsigned long long>(sum.orders)));
     }

@@ -378,6 +378,27 @@ TEST(MaxAmount, FailedConversionLeavesAmountsZeroAndWorkFilesInPlace)
     }
 }
 
+TEST(MaxAmount, TotalsOfWorkFilesThatLieThereLeaveThem)
+{
+    const TemporaryFolder folder;
+    const std::string order = folder.Path("order.xml");
+    folder.Write("order.xml.veu.bp", kRemittanceHeader + Remittance("8.00"));
+    folder.Write("order.xml.veu.cp", kOrderHeader + Order("5.00") + Order("3.00"));
+    folder.Write("order.xml.veu.err", kErrorHeader);
+    amounts::FileTotals totals = {1.0, 2.0, 3};
+    char currency[4] = "";
+
+    amounts::ReadFileTotals({order.c_str(), nullptr, nullptr, nullptr}, totals, currency, nullptr);
+
+    EXPECT_EQ(totals.totalAmount, 8.0);
+    EXPECT_EQ(totals.maxOrderAmount, 5.0);
+    EXPECT_EQ(totals.orderCount, 2);
+    EXPECT_STREQ(currency, "EUR");
+    EXPECT_TRUE(std::filesystem::exists(order + ".veu.bp"));
+    EXPECT_TRUE(std::filesystem::exists(order + ".veu.cp"));
+    EXPECT_TRUE(std::filesystem::exists(order + ".veu.err"));
+}
+
 TEST(MaxAmount, ErrorTextMayBeNull)
 {
     const TemporaryFolder folder;
