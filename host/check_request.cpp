@@ -53,17 +53,6 @@ std::string UpTo(const OptionValues& values, const std::string& name, std::size_
     return value == nullptr ? std::string() : NarrowTextUpTo(*value, longest);
 }
 
-const OptionValue& OrderFile(const OptionValues& values)
-{
-    const OptionValue* file = values.Find("file");
-    if (file == nullptr)
-    {
-        throw UsageRefusal("argument FILE is missing. Give the path of the order file, as in: "
-                           "signcheck check order.xml --db CONN …");
-    }
-    return *file;
-}
-
 void ReadContract(const OptionValues& values, CheckRequest& request)
 {
     request.partner = ContractIdentifier(Required(values, "partner", "--partner DURAND"));
@@ -233,7 +222,7 @@ CheckRequest ReadCheckRequest(const OptionValues& values)
 {
     CheckRequest request;
     request.asJson = values.IsOn("json");
-    const OptionValue& file = OrderFile(values);
+    const OptionValue& file = OrderFileArgument(values, "signcheck check order.xml --db CONN …");
     request.fileShown = file.text;
     request.file = ExistingFilePath(file, "the order file");
     request.connection = ConnectionFrom(values);

@@ -22,7 +22,18 @@ constexpr const char* kSummary =
 constexpr const char* kExitStatuses =
     "Exit status of check: 0 success, 1 refused, 2 no rule for the signers, 3 could not be run,\n"
     "4 success on amounts that could not be worked out, 64 wrong usage.\n"
-    "Other commands: 0 done, 1 refused, 3 could not be run, 64 wrong usage.";
+    "Other commands: 0 done, 1 refused or errors found in the order file, 3 could not be run,\n"
+    "64 wrong usage.";
+
+std::string AllCommands()
+{
+    std::string names;
+    for (const std::string& name : CommandNames())
+    {
+        names += (names.empty() ? "" : ", ") + name;
+    }
+    return names;
+}
 
 /// A command as the parser knows it, with the places that its options are read into.
 struct ParsedCommand
@@ -120,8 +131,8 @@ private:
         const auto stray = m_app.remaining();
         if (stray.empty())
         {
-            throw UsageRefusal("no command was given. Name one of: init, check, history, events, "
-                               "reports; signcheck --help tells what they do.");
+            throw UsageRefusal("no command was given. Name one of: " + AllCommands() +
+                               "; signcheck --help tells what they do.");
         }
         if (stray.front().starts_with('-'))
         {

@@ -1,6 +1,9 @@
 #include "host/command_table.h"
 
+#include "host/amounts_command.h"
 #include "host/check_command.h"
+#include "host/convert_command.h"
+#include "host/display_command.h"
 #include "host/events_command.h"
 #include "host/history_command.h"
 #include "host/init_command.h"
@@ -27,6 +30,12 @@ constexpr OptionSpec kUntil = {"until", OptionKind::Text, "TIME",
                                "up to this local time, itself included"};
 constexpr OptionSpec kLimit = {"limit", OptionKind::Number, "N",
                                "at most N, the newest first; 50 when not given"};
+
+constexpr OptionSpec kOrderFile = {"file", OptionKind::Text, "FILE", "the order file to read",
+                                   true};
+constexpr OptionSpec kFormat = {"format", OptionKind::Text, "F",
+                                "ISO20022/pain.001, ISO20022/pain.008, CFONB/160, CFONB/320 or "
+                                "SWIFT/MT101; auto, as when not given: recognised from the file"};
 
 constexpr OptionSpec kPartnerFilter = {"partner", OptionKind::Text, "P", "of this partner only"};
 constexpr OptionSpec kServiceFilter = {"service", OptionKind::Text, "S", "of this service only"};
@@ -82,6 +91,22 @@ std::vector<CommandSpec> MakeCommands()
           kJson},
          RunInit},
         {"check", "Judge the signatures of one order file", CheckOptions(), RunCheck},
+        {"amounts",
+         "Show the amounts of one order file",
+         {kOrderFile, kFormat, kConfig, kJson},
+         RunAmounts},
+        {"display",
+         "Show the orders of one order file, as CtlVEU.INI lays them out",
+         {kOrderFile, kFormat, kConfig, kJson},
+         RunDisplay},
+        {"convert",
+         "Convert one order file into its work files",
+         {kOrderFile,
+          kFormat,
+          {"keep", OptionKind::Flag, "", "leave the six work files beside the order file"},
+          kConfig,
+          kJson},
+         RunConvert},
         {"history",
          "Show the decisions recorded",
          {kDb,

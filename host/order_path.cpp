@@ -10,6 +10,17 @@
 namespace host
 {
 
+const OptionValue& OrderFileArgument(const OptionValues& values, const std::string& example)
+{
+    const OptionValue* const file = values.Find("file");
+    if (file == nullptr)
+    {
+        throw UsageRefusal("argument FILE is missing. Give the path of the order file, as in: " +
+                           example);
+    }
+    return *file;
+}
+
 std::string ExistingFilePath(const OptionValue& value, const std::string& what)
 {
     const std::string path = NarrowText(value);

@@ -7,6 +7,9 @@
 namespace host
 {
 
+/// Argument FILE. Raises UsageRefusal, which shows `example`, when it was not given.
+const OptionValue& OrderFileArgument(const OptionValues& values, const std::string& example);
+
 /// The path of a file that is there, in Windows-1252. `what` names it in messages ("the order
 /// file"). Raises UsageRefusal for a missing file, a folder, or a path without a place in
 /// Windows-1252.

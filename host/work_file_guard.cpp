@@ -1,5 +1,6 @@
 #include "host/work_file_guard.h"
 
+#include "amounts/work_files.h"
 #include "host/text.h"
 #include "port/files.h"
 #include "support/codepage.h"
@@ -9,19 +10,11 @@
 namespace host
 {
 
-namespace
-{
-
-constexpr const char* kEndings[] = {".veu",     ".veu.bp",  ".veu.cp",
-                                    ".veu.cp2", ".veu.tot", ".veu.err"};
-
-} // namespace
-
 WorkFileGuard::WorkFileGuard(const std::string& order)
 {
-    for (const char* const ending : kEndings)
+    for (const amounts::WorkFileKind& kind : amounts::kWorkFiles)
     {
-        std::string path = order + ending;
+        std::string path = amounts::WorkFilePath(order.c_str(), kind);
         (port::FileExists(path.c_str()) ? m_before : m_others).push_back(std::move(path));
     }
 }

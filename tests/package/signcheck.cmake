@@ -19,3 +19,13 @@ execute_process(
 if(NOT result EQUAL 0 OR NOT output MATCHES "total 350\\.50 EUR, largest order 250\\.50, 2 orders")
   message(FATAL_ERROR "got ${result}\n${output}\n${errors}")
 endif()
+
+# Nor does it need a setting to find what its order display shows.
+if(NOT EXISTS "/etc/signutils/CtlVEU.INI")
+  execute_process(COMMAND "${SIGNCHECK}" display "${WORK}/order.xml" --json
+    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  string(FIND "${output}" "\"profile\": \"${PROFILE}\"" position)
+  if(NOT result EQUAL 0 OR position LESS 0)
+    message(FATAL_ERROR "display: got ${result}\n${output}\n${errors}")
+  endif()
+endif()
