@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -28,7 +29,13 @@ enum class FailureNumber : int
 class Failure
 {
 public:
-    Failure(FailureNumber number, std::string text) : m_number(number), m_text(std::move(text)) {}
+    /// Control characters of the text become blanks: it may quote what the order file holds.
+    Failure(FailureNumber number, std::string text) : m_number(number), m_text(std::move(text))
+    {
+        std::replace_if(
+            m_text.begin(), m_text.end(),
+            [](char c) { return static_cast<unsigned char>(c) < 0x20U || c == 0x7F; }, ' ');
+    }
 
     FailureNumber Number() const noexcept { return m_number; }
     const std::string& Text() const noexcept { return m_text; }

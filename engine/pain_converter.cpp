@@ -47,7 +47,7 @@ public:
     }
 
     void StartElement(std::string_view name, const Attributes& attributes) override;
-    void Characters(std::string_view text) override;
+    std::size_t Characters(std::string_view text) override;
     void EndElement() override;
 
     bool FoundMessage() const noexcept { return m_messages > 0; }
@@ -146,12 +146,13 @@ void PainHandler::StartElement(std::string_view name, const Attributes& attribut
     }
 }
 
-void PainHandler::Characters(std::string_view text)
+std::size_t PainHandler::Characters(std::string_view text)
 {
     if (m_inMessage && m_skipped == 0 && m_paths.FieldOf(m_node) != PainField::None)
     {
         m_text += text;
     }
+    return m_text.size();
 }
 
 void PainHandler::EndElement()

@@ -64,6 +64,36 @@ std::string OneLine(const char* text)
     return line;
 }
 
+// What the library tells of no document in particular, such as bytes that its encoding does not
+// have, goes to handlers of the thread, which print unless others are set.
+class ThreadErrors
+{
+public:
+    ThreadErrors(void* context, xmlStructuredErrorFunc handler)
+        : m_handler(xmlStructuredError), m_context(xmlStructuredErrorContext),
+          m_printer(xmlGenericError), m_printerContext(xmlGenericErrorContext)
+    {
+        xmlSetStructuredErrorFunc(context, handler);
+        xmlSetGenericErrorFunc(nullptr, PassOver);
+    }
+    ~ThreadErrors()
+    {
+        xmlSetStructuredErrorFunc(m_context, m_handler);
+        xmlSetGenericErrorFunc(m_printerContext, m_printer);
+    }
+    ThreadErrors(const ThreadErrors&) = delete;
+    ThreadErrors& operator=(const ThreadErrors&) = delete;
+
+private:
+    // The library's type of it. NOLINTNEXTLINE(cert-dcl50-cpp)
+    static void PassOver(void* /*context*/, const char* /*format*/, ...) {}
+
+    xmlStructuredErrorFunc m_handler;
+    void* m_context;
+    xmlGenericErrorFunc m_printer;
+    void* m_printerContext;
+};
+
 // The parser's attribute array: five pointers an attribute.
 class SaxAttributes final : public XmlHandler::Attributes
 {
@@ -117,7 +147,7 @@ private:
         }
         try
         {
-            m_handler.SetLine(Line());
+            m_handler.SetLine(static_cast<std::uint64_t>(Line()));
             action();
         }
         catch (...)
@@ -127,7 +157,9 @@ private:
         }
     }
 
-    std::uint64_t Line() const;
+    int Line() const;
+    int Column() const;
+    void KeepFirst(const xmlError& error);
     [[noreturn]] void Refuse(FailureNumber number, const char* what) const;
     void RefuseGrowth() const;
     void Feed(std::string_view block, bool last);
@@ -187,8 +219,12 @@ void XmlParse::OnCharacters(void* context, const xmlChar* text, int length)
             {
                 parse.Refuse(FailureNumber::Hostile, "a text longer than 1 MiB");
             }
-            parse.m_handler.Characters(
+            const std::size_t kept = parse.m_handler.Characters(
                 {reinterpret_cast<const char*>(text), static_cast<std::size_t>(length)});
+            if (kept > kLongestText)
+            {
+                parse.Refuse(FailureNumber::Hostile, "a text longer than 1 MiB in pieces");
+            }
         });
 }
 
@@ -209,31 +245,46 @@ void XmlParse::OnReference(void* context, const xmlChar* /*name*/)
 void XmlParse::OnError(void* context, xmlErrorPtr error)
 {
     XmlParse& parse = Of(context);
-    if (parse.m_firstError.empty() && error != nullptr && error->level >= XML_ERR_ERROR)
+    if (error != nullptr && error->level >= XML_ERR_ERROR)
     {
-        // Of a document that is cut off the parser says that it has content behind its end.
-        const bool isCutOff = error->code == XML_ERR_DOCUMENT_END && parse.m_depth > 0;
-        parse.m_firstError =
-            support::FormatA("line %d, column %d: %s", error->line, error->int2,
-                             isCutOff ? "the file is cut off" : OneLine(error->message).c_str());
+        parse.Guard([&] { parse.KeepFirst(*error); });
     }
 }
 
-std::uint64_t XmlParse::Line() const
+// A block is brought from its encoding to UTF-8 before it is parsed: what cannot be is reported
+// without a line, and stands somewhere behind the place that the parser has come to.
+void XmlParse::KeepFirst(const xmlError& error)
+{
+    if (!m_firstError.empty())
+    {
+        return;
+    }
+    const bool placed = error.line > 0;
+    // Of a document that is cut off the parser says that it has content behind its end.
+    const bool isCutOff = error.code == XML_ERR_DOCUMENT_END && m_depth > 0;
+    m_firstError =
+        support::FormatA("%sline %d, column %d: %s", placed ? "" : "behind ",
+                         placed ? error.line : Line(), placed ? error.int2 : Column(),
+                         isCutOff ? "the file is cut off" : OneLine(error.message).c_str());
+}
+
+int XmlParse::Line() const
 {
     const xmlParserCtxt* const context = m_context.get();
-    return context == nullptr || context->input == nullptr
-               ? 0U
-               : static_cast<std::uint64_t>(context->input->line);
+    return context == nullptr || context->input == nullptr ? 0 : context->input->line;
+}
+
+int XmlParse::Column() const
+{
+    const xmlParserCtxt* const context = m_context.get();
+    return context == nullptr || context->input == nullptr ? 0 : context->input->col;
 }
 
 void XmlParse::Refuse(FailureNumber number, const char* what) const
 {
-    const xmlParserInput* const input = m_context == nullptr ? nullptr : m_context->input;
     throw Failure(number,
                   support::FormatA("Order file %s, line %d, column %d: refused, it holds %s",
-                                   m_file.Path().c_str(), input == nullptr ? 0 : input->line,
-                                   input == nullptr ? 0 : input->col, what));
+                                   m_file.Path().c_str(), Line(), Column(), what));
 }
 
 // What the parser holds must not depend on what the file holds.
@@ -261,10 +312,14 @@ void XmlParse::Feed(std::string_view block, bool last)
     RefuseGrowth();
     if (result != XML_ERR_OK || m_context->wellFormed == 0)
     {
-        throw Failure(
-            FailureNumber::Malformed,
-            support::FormatA("Order file %s is no well-formed XML: %s", m_file.Path().c_str(),
-                             m_firstError.empty() ? "unknown error" : m_firstError.c_str()));
+        if (m_firstError.empty())
+        {
+            m_firstError = support::FormatA("near line %d, column %d: error %d of the XML library",
+                                            Line(), Column(), result);
+        }
+        throw Failure(FailureNumber::Malformed,
+                      support::FormatA("Order file %s is no well-formed XML: %s",
+                                       m_file.Path().c_str(), m_firstError.c_str()));
     }
 }
 
@@ -283,6 +338,7 @@ void XmlParse::Run()
     sax.serror = OnError;
 
     const std::string_view first = m_file.NextBlock();
+    const ThreadErrors errors(this, OnError);
     m_context.reset(xmlCreatePushParserCtxt(&sax, this, nullptr, 0, nullptr));
     if (m_context == nullptr)
     {

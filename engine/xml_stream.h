@@ -2,6 +2,7 @@
 
 #include "engine/order_file.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -24,8 +25,9 @@ public:
     };
 
     virtual void StartElement(std::string_view name, const Attributes& attributes) = 0;
-    /// Part of a text or CDATA section; one text may come in several parts.
-    virtual void Characters(std::string_view text) = 0;
+    /// Part of a text or CDATA section; one text may come in several parts, with elements between
+    /// them. Gives back how much text is kept, so that no document makes it grow without end.
+    virtual std::size_t Characters(std::string_view text) = 0;
     virtual void EndElement() = 0;
 
     /// Line of the document, from 1, set before each call.

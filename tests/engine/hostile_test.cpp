@@ -1,21 +1,25 @@
 #include "engine/convert.h"
 #include "engine/failure.h"
+#include "tests/engine/order_texts.h"
 #include "tests/engine/work_files.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <ostream>
+#include <regex>
 #include <string>
 #include <vector>
 
-using engine::Failure;
 using engine::FailureNumber;
 using engine::Work;
+using engine_tests::FailureOf;
+using engine_tests::RecordsWithoutLineEnds;
+using engine_tests::Transfer;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -23,26 +27,6 @@ using testing_support::TemporaryFolder;
 
 namespace
 {
-
-std::optional<Failure> FailureOf(Work work, const std::string& order, const std::string& stem)
-{
-    try
-    {
-        engine::Convert(work, order, stem);
-    }
-    catch (const Failure& failure)
-    {
-        return failure;
-    }
-    return std::nullopt;
-}
-
-std::string Transfer(const std::string& name)
-{
-    return "<Document><CstmrCdtTrfInitn><GrpHdr><NbOfTxs>1</NbOfTxs></GrpHdr><PmtInf><CdtTrfTxInf>"
-           "<Amt><InstdAmt Ccy=\"EUR\">1.00</InstdAmt></Amt><Cdtr><Nm>" +
-           name + "</Nm></Cdtr></CdtTrfTxInf></PmtInf></CstmrCdtTrfInitn></Document>";
-}
 
 std::string Nested(std::size_t depth)
 {
@@ -96,18 +80,15 @@ std::string DifferentNames(const std::string& element)
     return elements;
 }
 
-// A header, an order and a total.
-std::string RecordsWithoutLineEnds(std::size_t length)
+// A text of two mebibytes that no single piece shows.
+std::string TextInPieces()
 {
-    std::string records;
-    for (const char* const code : {"0302", "0602", "0802"})
+    std::string pieces;
+    for (int i = 0; i < 20; ++i)
     {
-        std::string record = code;
-        record.resize(length, ' ');
-        record.replace(102, 16, "0000000000010000");
-        records += record;
+        pieces += std::string(100'000, 'x') + "<a/>";
     }
-    return records;
+    return pieces;
 }
 
 struct HostileCase
@@ -133,6 +114,11 @@ const HostileCase kHostileCases[] = {
     {"ExternalDocumentType", Work::Pain001,
      "<!DOCTYPE d SYSTEM \"http://127.0.0.1:1/d.dtd\">\n" + Transfer("x"), FailureNumber::Hostile,
      "document type declaration"},
+    {"DocumentTypeOfDirectDebits", Work::Pain008,
+     "<!DOCTYPE d [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]>\n<Document>&b;</Document>",
+     FailureNumber::Hostile, "document type declaration"},
+    {"NestedTooDeepInDirectDebits", Work::Pain008, Nested(300), FailureNumber::Hostile,
+     "nested deeper than 256"},
     {"UnknownEntity", Work::Pain001, Transfer("&e;"), FailureNumber::Malformed, "line 1"},
     {"NestedTooDeep", Work::Pain001, Transfer(Nested(300)), FailureNumber::Hostile,
      "nested deeper than 256"},
@@ -140,6 +126,8 @@ const HostileCase kHostileCases[] = {
      "longer than 1 MiB"},
     {"ElementOfHundredMegabytes", Work::Pain001, Transfer(Filler(100'000'000)),
      FailureNumber::Hostile, "longer than 1 MiB"},
+    {"TextOfTwoMebibytesInPieces", Work::Pain001, Transfer(TextInPieces()), FailureNumber::Hostile,
+     "longer than 1 MiB in pieces"},
     {"CdataOfTwoMebibytes", Work::Pain001, Transfer("<![CDATA[" + Filler(2'000'000) + "]]>"),
      FailureNumber::Hostile, "markup or CDATA longer than 256 KiB"},
     {"AttributeOfTwentyMegabytes", Work::Pain001, Transfer("<a b=\"" + Filler(20'000'000) + "\"/>"),
@@ -164,6 +152,9 @@ const HostileCase kHostileCases[] = {
      ": the file is cut off"},
     {"NulByte", Work::Pain001, Transfer(std::string("a\0b", 3)), FailureNumber::Malformed,
      "line 1"},
+    {"BytesOutsideTheStatedEncoding", Work::Pain001,
+     "<?xml version='1.0' encoding='windows-1252'?>\n" + Transfer("\x9D"), FailureNumber::Malformed,
+     "line"},
     {"BytesThatAreNoUtf8", Work::Pain001, Transfer("\xC3\x28"), FailureNumber::Malformed, "line 1"},
     {"SeveralPartsFromTheBoundaryOn", Work::Pain001,
      "--b1\r\nContent-Type: application/xml\r\n\r\n" + Transfer("x") + "\r\n--b1--\r\n",
@@ -186,11 +177,33 @@ const HostileCase kHostileCases[] = {
      FailureNumber::Malformed, "every record has 160 characters"},
     {"InternationalWithoutHeader", Work::Cfonb320, "0302" + std::string(316, ' '),
      FailureNumber::NotThisFormat, "header record 03PI"},
+    {"RecordCodeOfControlCharacters", Work::Cfonb160,
+     RecordsWithoutLineEnds(160) + std::string("\n\x01\r", 3) + std::string(158, ' '),
+     FailureNumber::Malformed, "record 4: unknown record code"},
+    {"EndlessRecord", Work::Cfonb160, "0302\n0602" + Filler(20'000'000),
+     FailureNumber::NotThisFormat, "line 2: longer than 4096"},
+    {"EndlessInternationalRecord", Work::Cfonb320, "03PI\n04PI" + Filler(20'000'000),
+     FailureNumber::NotThisFormat, "line 2: longer than 4096"},
+    {"EndlessRecordsWithoutLineEnds", Work::Cfonb160,
+     RecordsWithoutLineEnds(160) + Filler(20'000'000), FailureNumber::Malformed,
+     "record 4: unknown record code"},
     {"EndlessLine", Work::Mt101, ":20:A\n" + std::string(100000, 'x'), FailureNumber::NotThisFormat,
      "line 2: longer than"},
     {"MessageWithoutReference", Work::Mt101, ":32B:EUR1,\n", FailureNumber::NotThisFormat,
      "no field :20:"},
 };
+
+bool IsOneLine(const std::string& text)
+{
+    return std::none_of(text.begin(), text.end(),
+                        [](char c) { return static_cast<unsigned char>(c) < 0x20U; });
+}
+
+bool HasPosition(const std::string& text)
+{
+    const std::regex position("(line|record) [1-9][0-9]*");
+    return std::regex_search(text, position);
+}
 
 class HostileFile : public testing::TestWithParam<HostileCase>
 {
@@ -209,6 +222,9 @@ TEST_P(HostileFile, IsRefusedAndLeavesNothing)
     EXPECT_EQ(failure->Number(), GetParam().number) << failure->Text();
     EXPECT_THAT(failure->Text(), HasSubstr(GetParam().says));
     EXPECT_THAT(failure->Text(), HasSubstr(order));
+    EXPECT_TRUE(IsOneLine(failure->Text())) << failure->Text();
+    EXPECT_TRUE(HasPosition(failure->Text()) || failure->Number() == FailureNumber::NotThisFormat)
+        << failure->Text();
     EXPECT_THAT(engine_tests::Names(folder.Path()), ElementsAre("order.txt"));
 }
 
@@ -251,6 +267,30 @@ TEST(Conversion, LongPathLeavesRoomForLineAndPosition)
     EXPECT_THAT(failure->Text(),
                 AllOf(HasSubstr("Order file ...bbb"), HasSubstr("/order.xml is no"),
                       HasSubstr("line 2, column ")));
+}
+
+TEST(Conversion, FolderThatIsAFileIsNamed)
+{
+    const TemporaryFolder folder;
+    const std::string order = folder.Write("order.xml", Transfer("x"));
+    const auto failure = FailureOf(Work::Pain001, order, order + "/order.xml.veu");
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->Number(), FailureNumber::OutputUnwritable);
+    EXPECT_THAT(failure->Text(), HasSubstr("in folder " + order));
+    EXPECT_THAT(engine_tests::Names(folder.Path()), ElementsAre("order.xml"));
+}
+
+// Another folder of the name of a work file: five files are published before it fails.
+TEST(Conversion, WorkFileThatCannotTakeItsNameTakesTheOthersBack)
+{
+    const TemporaryFolder folder;
+    const std::string order = folder.Write("order.xml", Transfer("x"));
+    ASSERT_TRUE(std::filesystem::create_directory(order + ".veu"));
+    const auto failure = FailureOf(Work::Pain001, order, order + ".veu");
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->Number(), FailureNumber::OutputUnwritable);
+    EXPECT_THAT(failure->Text(), HasSubstr("in folder " + folder.Path()));
+    EXPECT_THAT(engine_tests::Names(folder.Path()), ElementsAre("order.xml", "order.xml.veu"));
 }
 
 TEST(Conversion, LeftoversOfAnEarlierRunAreReplaced)
