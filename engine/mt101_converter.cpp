@@ -379,10 +379,17 @@ void ConvertMt101(OrderFile& file, ConversionOutput& output)
         messages.Take(field);
     }
     messages.Finish();
+    const auto tell = [&output](std::uint64_t line, Finding finding, const char* text)
+    { output.AddError(line, std::to_string(line), finding, text); };
+    if (fields.UnclosedAt() != 0)
+    {
+        tell(fields.UnclosedAt(), Finding::FieldMissing,
+             "The message is not closed by -}: it may be cut");
+    }
     if (fields.HasTextBehindEnd())
     {
-        output.AddError(fields.Number(), std::to_string(fields.Number()), Finding::RecordOutOfPlace,
-                        "Text behind the end-of-file character is not read");
+        tell(fields.Number(), Finding::RecordOutOfPlace,
+             "Text behind the end-of-file character is not read");
     }
     if (!messages.FoundMessage())
     {

@@ -19,21 +19,38 @@ bool MtFieldSource::NextTextLine(std::string& line)
 {
     while (m_lines.NextLine(line, kLongestLine))
     {
+        const bool closes = line.starts_with("-}");
+        m_inBlock = m_inBlock && !closes;
         if (const std::size_t start = line.find("{4:"); start != std::string::npos)
         {
             line.erase(0, start + 3U);
+            OpenBlock();
         }
-        else if (line.starts_with("{"))
+        else if (closes || line.starts_with("{"))
         {
             continue;
         }
-        if (line.empty() || line.starts_with("-}") || line == "-")
+        if (line.empty() || line == "-")
         {
             continue;
         }
         return true;
     }
     return false;
+}
+
+void MtFieldSource::OpenBlock() noexcept
+{
+    if (m_inBlock && m_unclosedAt == 0)
+    {
+        m_unclosedAt = m_lines.Number();
+    }
+    m_inBlock = true;
+}
+
+std::uint64_t MtFieldSource::UnclosedAt() const noexcept
+{
+    return m_unclosedAt == 0 && m_inBlock ? m_lines.Number() : m_unclosedAt;
 }
 
 bool MtFieldSource::SplitTag(const std::string& line, std::string& tag, std::string& rest)

@@ -25,6 +25,10 @@ public:
     /// False at the end of the file. Continuation lines belong to the field before them.
     bool Next(MtField& field);
 
+    /// Line where it first showed that a block 4 is not closed by "-}", 0 for none: a block begins
+    /// in another, or the file ends.
+    std::uint64_t UnclosedAt() const noexcept;
+
     bool HasTextBehindEnd() { return m_lines.HasTextBehindEnd(); }
     std::uint64_t Number() const noexcept { return m_lines.Number(); }
 
@@ -32,7 +36,11 @@ private:
     bool NextTextLine(std::string& line);
     static bool SplitTag(const std::string& line, std::string& tag, std::string& rest);
 
+    void OpenBlock() noexcept;
+
     LineSource m_lines;
+    bool m_inBlock = false;
+    std::uint64_t m_unclosedAt = 0;
     std::string m_ahead; // the line that starts the next field
     bool m_haveAhead = false;
 };
