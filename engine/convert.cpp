@@ -64,6 +64,11 @@ bool FindWork(const std::string& format1, const std::string& format2, Work& work
 void Convert(Work work, const std::string& orderFile, const std::string& stem, ConversionMode mode)
 {
     OrderFile file(orderFile);
+    Convert(work, file, stem, mode);
+}
+
+void Convert(Work work, OrderFile& file, const std::string& stem, ConversionMode mode)
+{
     ConversionOutput output(stem);
     try
     {

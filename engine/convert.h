@@ -5,6 +5,8 @@
 namespace engine
 {
 
+class OrderFile;
+
 /// The works that the engine knows.
 enum class Work
 {
@@ -29,5 +31,7 @@ enum class ConversionMode
 /// Raises engine::Failure with nothing left behind.
 void Convert(Work work, const std::string& orderFile, const std::string& stem,
              ConversionMode mode = ConversionMode::WriteWorkFiles);
+/// The same for a file opened before, of which nothing was read yet.
+void Convert(Work work, OrderFile& file, const std::string& stem, ConversionMode mode);
 
 } // namespace engine

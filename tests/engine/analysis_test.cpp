@@ -124,6 +124,20 @@ TEST(Analysis, FileThatCannotBeConvertedNamesLineAndNumber)
     EXPECT_THAT(engine_tests::Names(folder.Path()), ElementsAre("order.xml"));
 }
 
+// A folder in which nobody may create files, not even who may write anywhere.
+TEST(Analysis, OrderInAFolderThatCannotBeWrittenNamesTheFolder)
+{
+    const std::string order = "/proc/self/status";
+    if (!std::filesystem::exists(order))
+    {
+        GTEST_SKIP() << "this system has no such folder";
+    }
+    const Result result = Analyse(order, "SWIFT", "MT101");
+    EXPECT_EQ(result.worked, 0);
+    EXPECT_THAT(std::string(result.errorText), HasSubstr("in folder /proc/self/"));
+    EXPECT_THAT(std::string(result.errorText), HasSubstr("must be writable"));
+}
+
 TEST(Analysis, UnknownFormatNamesTheKnownOnes)
 {
     const TemporaryFolder folder;
