@@ -49,12 +49,12 @@ void AddBankName(Entries& entries, const std::string& agent, PainField name)
     }
 }
 
-void AddPaymentType(Entries& entries, const std::string& owner, PainField priority,
-                    PainField service, PainField instrument)
+void AddPaymentType(Entries& entries, const std::string& owner, PainField urgency)
 {
-    Add(entries, owner + "/PmtTpInf/InstrPrty", priority);
-    Add(entries, owner + "/PmtTpInf/SvcLvl/Cd", service);
-    Add(entries, owner + "/PmtTpInf/LclInstrm/Cd", instrument);
+    for (const char* const form : {"/InstrPrty", "/SvcLvl/Cd", "/LclInstrm/Cd"})
+    {
+        Add(entries, owner + "/PmtTpInf" + form, urgency);
+    }
 }
 
 void AddHeader(Entries& entries)
@@ -72,8 +72,7 @@ void AddGroup(Entries& entries, const std::string& own)
     Add(entries, "PmtInf/PmtInfId", PainField::GroupId);
     Add(entries, "PmtInf/NbOfTxs", PainField::GroupCount);
     Add(entries, "PmtInf/CtrlSum", PainField::GroupSum);
-    AddPaymentType(entries, "PmtInf", PainField::GroupPriority, PainField::GroupService,
-                   PainField::GroupInstrument);
+    AddPaymentType(entries, "PmtInf", PainField::GroupUrgency);
     Add(entries, "PmtInf/" + own + "/Nm", PainField::OwnName);
     AddAccount(entries, "PmtInf/" + own + "Acct", PainField::OwnIban, PainField::OwnOtherAccount);
     Add(entries, "PmtInf/" + own + "Acct/Ccy", PainField::OwnAccountCurrency);
@@ -85,8 +84,7 @@ void AddOrder(Entries& entries, const std::string& order, const std::string& oth
     Add(entries, order, PainField::Order);
     Add(entries, order + "/PmtId/EndToEndId", PainField::EndToEndId);
     Add(entries, order + "/PmtId/InstrId", PainField::InstructionId);
-    AddPaymentType(entries, order, PainField::OrderPriority, PainField::OrderService,
-                   PainField::OrderInstrument);
+    AddPaymentType(entries, order, PainField::OrderUrgency);
     Add(entries, order + "/" + other + "/Nm", PainField::Name);
     AddAccount(entries, order + "/" + other + "Acct", PainField::Iban, PainField::OtherAccount);
     AddBank(entries, order + "/" + other + "Agt", PainField::Bank, PainField::OtherBank);

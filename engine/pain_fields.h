@@ -28,9 +28,7 @@ enum class PainField
     GroupId,
     GroupCount,
     GroupSum,
-    GroupPriority,
-    GroupService,
-    GroupInstrument,
+    GroupUrgency, ///< a code that may ask for haste
     ExecutionDate,
     OwnName,
     OwnIban,
@@ -40,9 +38,7 @@ enum class PainField
     OwnOtherBank, ///< in another form than a BIC
     CreditorId,
     Order,
-    OrderPriority,
-    OrderService,
-    OrderInstrument,
+    OrderUrgency,
     EndToEndId,
     InstructionId,
     InstructedAmount,

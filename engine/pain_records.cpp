@@ -2,6 +2,11 @@
 
 #include "engine/pain_text.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+
 namespace engine
 {
 
@@ -11,32 +16,65 @@ namespace
 // What stands for a bank that the sender does not know.
 constexpr const char* kNotProvided = "NOTPROVIDED";
 
-// Another form of what may have been given already.
-void TakeWhereMissing(std::string& kept, const std::string& text)
+enum class Form
 {
-    if (kept.empty() && text != kNotProvided)
+    First,
+    Other, ///< stands in only where the first form is missing
+};
+
+// Which text of a record a field is.
+template <typename Record>
+struct TextOf
+{
+    PainField field;
+    std::string Record::*text;
+    Form form;
+};
+
+constexpr TextOf<RemittanceHead> kGroupTexts[] = {
+    {PainField::GroupId, &RemittanceHead::reference, Form::First},
+    {PainField::OwnName, &RemittanceHead::name, Form::First},
+    {PainField::OwnIban, &RemittanceHead::account, Form::First},
+    {PainField::OwnOtherAccount, &RemittanceHead::account, Form::Other},
+    {PainField::OwnAccountCurrency, &RemittanceHead::currency, Form::First},
+    {PainField::OwnBank, &RemittanceHead::bankCode, Form::First},
+    {PainField::OwnOtherBank, &RemittanceHead::bankCode, Form::Other},
+    {PainField::CreditorId, &RemittanceHead::sender, Form::First},
+};
+
+constexpr TextOf<OrderRow> kOrderTexts[] = {
+    {PainField::EndToEndId, &OrderRow::reference, Form::First},
+    {PainField::InstructionId, &OrderRow::transactionReference, Form::First},
+    {PainField::Name, &OrderRow::name, Form::First},
+    {PainField::Iban, &OrderRow::account, Form::First},
+    {PainField::OtherAccount, &OrderRow::account, Form::Other},
+    {PainField::Bank, &OrderRow::bankCode, Form::First},
+    {PainField::OtherBank, &OrderRow::bankCode, Form::Other},
+    {PainField::BankName, &OrderRow::bankName, Form::First},
+    {PainField::RemittanceReference, &OrderRow::label, Form::Other},
+};
+
+template <typename Record, std::size_t Size>
+void TakeText(const TextOf<Record> (&texts)[Size], Record& record, PainField field,
+              const std::string& text)
+{
+    for (const TextOf<Record>& entry : texts)
     {
-        kept = text;
+        std::string& kept = record.*entry.text;
+        if (entry.field == field &&
+            (entry.form == Form::First || (kept.empty() && text != kNotProvided)))
+        {
+            kept = text;
+        }
     }
 }
 
-// A high priority, a service level of the same day, or an instant payment.
-bool IsUrgent(PainField field, const std::string& text)
+// A high priority, a service level of the same day, an instant payment: no code means anything
+// else in another of these fields.
+bool IsUrgent(const std::string& code)
 {
-    switch (field)
-    {
-    case PainField::GroupPriority:
-    case PainField::OrderPriority:
-        return text == "HIGH";
-    case PainField::GroupService:
-    case PainField::OrderService:
-        return text == "URGP" || text == "SDVA" || text == "PRPT";
-    case PainField::GroupInstrument:
-    case PainField::OrderInstrument:
-        return text == "INST";
-    default:
-        return false;
-    }
+    constexpr std::array<std::string_view, 5> kUrgent = {"HIGH", "URGP", "SDVA", "PRPT", "INST"};
+    return std::find(kUrgent.begin(), kUrgent.end(), code) != kUrgent.end();
 }
 
 } // namespace
@@ -45,42 +83,17 @@ void PainGroup::Take(PainField field, const std::string& text)
 {
     switch (field)
     {
-    case PainField::GroupId:
-        head.reference = text;
-        break;
     case PainField::GroupCount:
         totals.StateCount(text);
         break;
     case PainField::GroupSum:
         totals.StateSum(text);
         break;
-    case PainField::GroupPriority:
-    case PainField::GroupService:
-    case PainField::GroupInstrument:
-        urgent = urgent || IsUrgent(field, text);
-        break;
-    case PainField::OwnName:
-        head.name = text;
-        break;
-    case PainField::OwnIban:
-        head.account = text;
-        break;
-    case PainField::OwnOtherAccount:
-        TakeWhereMissing(head.account, text);
-        break;
-    case PainField::OwnAccountCurrency:
-        head.currency = text;
-        break;
-    case PainField::OwnBank:
-        head.bankCode = text;
-        break;
-    case PainField::OwnOtherBank:
-        TakeWhereMissing(head.bankCode, text);
-        break;
-    case PainField::CreditorId:
-        head.sender = text;
+    case PainField::GroupUrgency:
+        urgent = urgent || IsUrgent(text);
         break;
     default:
+        TakeText(kGroupTexts, head, field, text);
         break;
     }
 }
@@ -89,46 +102,15 @@ void PainOrder::Take(PainField field, const std::string& text)
 {
     switch (field)
     {
-    case PainField::EndToEndId:
-        row.reference = text;
-        break;
-    case PainField::InstructionId:
-        row.transactionReference = text;
-        break;
-    case PainField::OrderPriority:
-    case PainField::OrderService:
-    case PainField::OrderInstrument:
-        row.urgent = row.urgent || IsUrgent(field, text);
-        break;
-    case PainField::Name:
-        row.name = text;
-        break;
-    case PainField::Iban:
-        row.account = text;
-        break;
-    case PainField::OtherAccount:
-        TakeWhereMissing(row.account, text);
-        break;
-    case PainField::Bank:
-        row.bankCode = text;
-        break;
-    case PainField::OtherBank:
-        TakeWhereMissing(row.bankCode, text);
-        break;
-    case PainField::BankName:
-        row.bankName = text;
+    case PainField::OrderUrgency:
+        row.urgent = row.urgent || IsUrgent(text);
         break;
     case PainField::RemittanceText:
         row.label += row.label.empty() ? text : " " + text;
         row.label = Shortened(row.label);
         break;
-    case PainField::RemittanceReference:
-        if (row.label.empty())
-        {
-            row.label = text;
-        }
-        break;
     default:
+        TakeText(kOrderTexts, row, field, text);
         break;
     }
 }
