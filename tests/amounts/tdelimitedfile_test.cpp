@@ -1,6 +1,6 @@
 #include "amounts/tdelimitedfile.h"
 
-#include "tests/amounts/failing_allocation.h"
+#include "tests/testing/failing_allocations.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -245,7 +245,7 @@ std::string ErrorsOfOpening(const char* path, std::size_t failingSize = 0)
 {
     testing::internal::CaptureStderr();
     {
-        const amounts_tests::FailingAllocation fault(failingSize == 0 ? SIZE_MAX : failingSize);
+        const testing_support::FailLargeAllocation fault(failingSize == 0 ? SIZE_MAX : failingSize);
         TDelimitedFile file(path, kFourLines);
         DelimitedRow row;
         file.ReadRow(row);
@@ -299,9 +299,9 @@ TEST(DelimitedFileFailure, LineWithoutMemoryReadsAsEmptyAndIsPassedOver)
     TDelimitedFile file(path.c_str(), kOneLine);
     DelimitedRow row;
     {
-        const amounts_tests::FailingAllocation fault(100'000);
+        const testing_support::FailLargeAllocation fault(100'000);
         file.ReadRow(row);
-        EXPECT_TRUE(fault.Happened());
+        EXPECT_TRUE(fault.WasUsed());
     }
     EXPECT_TRUE(row.IsEmpty());
     EXPECT_TRUE(file.HasMoreRows());

@@ -3,7 +3,7 @@
 
 #include "database/idle_pool.h"
 #include "tests/database/sqlite_file.h"
-#include "tests/signutils/failing_allocation.h"
+#include "tests/testing/failing_allocations.h"
 
 #include <gtest/gtest.h>
 

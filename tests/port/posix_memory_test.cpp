@@ -1,7 +1,7 @@
 #include "port/com.h"
 #include "port/files.h"
 #include "port/profile.h"
-#include "tests/signutils/failing_allocation.h"
+#include "tests/testing/failing_allocations.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "psr/report_handoff.h"
 #include "psr/status_report.h"
-#include "tests/signutils/failing_allocation.h"
+#include "tests/testing/failing_allocations.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -4,8 +4,8 @@
 #include "database/guard_database.h"
 #include "rules/cuidrule.h"
 #include "support/odbc_errors.h"
-#include "tests/signers/allocation_limit.h"
 #include "tests/signers/failing_rows.h"
+#include "tests/testing/failing_allocations.h"
 
 namespace
 {

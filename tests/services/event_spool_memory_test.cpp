@@ -1,6 +1,6 @@
 #include "services/event_key.h"
 #include "services/event_spool.h"
-#include "tests/signutils/failing_allocation.h"
+#include "tests/testing/failing_allocations.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gtest/gtest.h>

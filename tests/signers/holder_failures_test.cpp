@@ -1,6 +1,6 @@
-#include "tests/signers/allocation_limit.h"
 #include "tests/signers/directory_fixture.h"
 #include "tests/signers/failing_rows.h"
+#include "tests/testing/failing_allocations.h"
 
 namespace
 {

@@ -1,6 +1,6 @@
-#include "tests/signutils/failing_allocation.h"
 #include "tests/signutils/invalid_parameters.h"
 #include "tests/signutils/session_fixture.h"
+#include "tests/testing/failing_allocations.h"
 
 #include <gmock/gmock.h>
 

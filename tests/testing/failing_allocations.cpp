@@ -1,46 +1,65 @@
-#include "tests/amounts/failing_allocation.h"
+#include "tests/testing/failing_allocations.h"
 
-#include <cstdint>
 #include <cstdlib>
 #include <new>
 
 namespace
 {
 
-thread_local std::size_t failingSize = SIZE_MAX;
+struct Fault
+{
+    bool armed = false;
+    bool once = false;
+    std::size_t fromSize = 0;
+    unsigned long spared = 0;
+    bool used = false;
+};
+
+thread_local Fault t_fault;
+
+bool MustFail(std::size_t size) noexcept
+{
+    if (!t_fault.armed || size < t_fault.fromSize)
+    {
+        return false;
+    }
+    if (t_fault.spared > 0)
+    {
+        --t_fault.spared;
+        return false;
+    }
+    t_fault.used = true;
+    t_fault.armed = !t_fault.once;
+    return true;
+}
 
 } // namespace
 
-namespace amounts_tests
+namespace testing_support
 {
 
-FailingAllocation::FailingAllocation(std::size_t size) noexcept
+AllocationFault::AllocationFault(Times times, std::size_t fromSize, unsigned long spared) noexcept
 {
-    failingSize = size;
+    t_fault = {true, times == Times::Once, fromSize, spared, false};
 }
 
-FailingAllocation::~FailingAllocation()
+AllocationFault::~AllocationFault()
 {
-    failingSize = SIZE_MAX;
+    t_fault.armed = false;
 }
 
-bool FailingAllocation::Happened() const noexcept
+bool AllocationFault::WasUsed() const noexcept
 {
-    return failingSize == SIZE_MAX;
+    return t_fault.used;
 }
 
-} // namespace amounts_tests
+} // namespace testing_support
 
 // The whole family is replaced, so that every allocation meets the delete that belongs to it.
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    if (size >= failingSize)
-    {
-        failingSize = SIZE_MAX;
-        return nullptr;
-    }
-    return std::malloc(size == 0 ? 1 : size);
+    return MustFail(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
