@@ -326,7 +326,11 @@ rc::Gen<World> AnyWorld()
                 {
                     // A signer found without a first name can be found again.
                     people[0].row.firstName = OneOf<NullableText>({{1, Text()}, {1, std::nullopt}});
-                    people[1].certificates = people[0].certificates;
+                    people[1].certificates.clear();
+                    for (const Text& certificate : people[0].certificates)
+                    {
+                        people[1].certificates.push_back(InAnyCase(certificate));
+                    }
                 }
                 const auto plans = *SomePlans(people);
                 AddPeople(world.tables, people);

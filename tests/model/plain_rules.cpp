@@ -427,4 +427,18 @@ std::vector<Decision> Judge(const Tables& tables, const std::vector<Rule>& rules
     return decisions;
 }
 
+std::uint32_t VerdictOf(const std::vector<Decision>& decisions, Text& reasonCode, Text& reasonText)
+{
+    for (const Decision& decision : decisions)
+    {
+        if (decision.failed)
+        {
+            reasonCode = decision.reasonCode;
+            reasonText = decision.reasonText;
+            return 2;
+        }
+    }
+    return decisions.empty() ? 0 : 1;
+}
+
 } // namespace model

@@ -53,4 +53,8 @@ bool LoadRules(const Tables& tables, const Session& session, std::vector<Rule>& 
 std::vector<Decision> Judge(const Tables& tables, const std::vector<Rule>& rules, const Case& given,
                             Account& account);
 
+/// 0 without a decision, 2 with a failed one, else 1. The first failed decision writes the reason;
+/// otherwise it stays as it is.
+std::uint32_t VerdictOf(const std::vector<Decision>& decisions, Text& reasonCode, Text& reasonText);
+
 } // namespace model

@@ -36,21 +36,6 @@ std::vector<Text> NamesIn(const Text& list)
     return names;
 }
 
-/// The first failing decision alone speaks for the check.
-std::uint32_t VerdictOf(const std::vector<Decision>& decisions, Answer& answer)
-{
-    for (const Decision& decision : decisions)
-    {
-        if (decision.failed)
-        {
-            answer.reasonCode = decision.reasonCode;
-            answer.reasonText = decision.reasonText;
-            return kRefused;
-        }
-    }
-    return kSuccess;
-}
-
 struct Heading
 {
     const wchar_t* text;
@@ -169,18 +154,14 @@ void Teller::RunRules(const Call& call, Answer& answer)
     answer.rulesComplete = LoadRules(m_world.tables, m_session, rules, run);
     const Case given{m_session, m_signers, call.signers, answer.total, answer.largest};
     const std::vector<Decision> decisions = Judge(m_world.tables, rules, given, run);
-    if (decisions.empty())
+    answer.verdict = VerdictOf(decisions, answer.reasonCode, answer.reasonText);
+    if (answer.verdict == kNoRule)
     {
         run.Trace(L"#RULE4 FAILED", L"NO RULES FOUND FOR SIGNERS !!!");
         run.Note(Outcome::Rule4);
         answer.reasonCode = L"NARR";
         answer.reasonText = Message(1816);
         run.journal += Message(1805, {call.signers}) + L"\r\n";
-        answer.verdict = kNoRule;
-    }
-    else
-    {
-        answer.verdict = VerdictOf(decisions, answer);
     }
     answer.lookupsComplete = run.lookupsComplete;
     Record(call, given, decisions, run, answer);

@@ -1,5 +1,6 @@
 // Library and model side by side over random worlds. A run is told by its seed and its number of
-// scenarios; without them the seed is another one each time.
+// scenarios; without them the seed is another one each time. SIGNUTILS_MODEL_REDUCE=0 leaves a
+// world that differs as it is.
 
 #include "tests/model/differences.h"
 #include "tests/model/generators.h"
@@ -49,7 +50,9 @@ public:
         {
             if (!m_differed)
             {
-                std::cout << "a difference, now reduced:\n" << differences << std::flush;
+                std::cout << "a difference within scenario "
+                          << m_counts.Scenarios() + static_cast<int>(world.sessions.size()) << ":\n"
+                          << differences << std::flush;
             }
             m_differed = true;
             RC_FAIL(differences);
@@ -76,6 +79,7 @@ void RunScenarios(std::uint64_t seed, int scenarios)
     rc::detail::TestParams parameters;
     parameters.seed = seed;
     parameters.maxSuccess = scenarios; // worlds, of one scenario at least
+    parameters.disableShrinking = Setting("SIGNUTILS_MODEL_REDUCE", 1) == 0;
     const auto started = std::chrono::steady_clock::now();
     const rc::detail::TestResult result = rc::detail::checkTestable(
         [&sides, scenarios]
