@@ -25,6 +25,13 @@ if(SIGNUTILS_SANITIZER)
   add_link_options(-fsanitize=${SIGNUTILS_SANITIZER})
 endif()
 
+if(SIGNUTILS_FUZZ)
+  # The fuzzing engine learns from the product's code, not from the checks of the targets.
+  set(SIGNUTILS_FUZZ_CHECKS -fno-sanitize=fuzzer-no-link)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)
+endif()
+
 if(SIGNUTILS_COVERAGE)
   add_compile_options(--coverage -fprofile-abs-path)
   add_link_options(--coverage)

@@ -19,7 +19,7 @@ constexpr std::size_t kLargestCount = 1'000'000;
 /// A mistake in a template: debug builds stop here, others print nothing for the conversion.
 void RefuseConversion()
 {
-    assert(!"unknown conversion or argument of the wrong kind in a format template");
+    assert(false && "unknown conversion or argument of the wrong kind in a format template");
 }
 
 /// Takes one template apart and fills it. Character is the kind of the template and of the result.
