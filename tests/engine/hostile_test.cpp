@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <libxml/xmlerror.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -230,6 +231,32 @@ TEST_P(HostileFile, IsRefusedAndLeavesNothing)
 
 INSTANTIATE_TEST_SUITE_P(Files, HostileFile, testing::ValuesIn(kHostileCases),
                          [](const auto& test) { return std::string(test.param.name); });
+
+// The XML library would tell the host's standard error, in words of its own.
+TEST(Conversion, BytesOutsideTheStatedEncodingArePrintedNowhere)
+{
+    const TemporaryFolder folder;
+    const std::string order = folder.Write(
+        "order.xml", "<?xml version='1.0' encoding='windows-1252'?>\n" + Transfer("\x9D"));
+    testing::internal::CaptureStderr();
+    const auto failure = FailureOf(Work::Pain001, order, order + ".veu");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_TRUE(failure.has_value());
+}
+
+TEST(Conversion, ErrorHandlersOfTheHostAreAsTheyWere)
+{
+    const TemporaryFolder folder;
+    int context = 0;
+    xmlSetStructuredErrorFunc(&context, [](void*, xmlErrorPtr) { ADD_FAILURE() << "called"; });
+    const xmlStructuredErrorFunc handler = xmlStructuredError;
+    const xmlGenericErrorFunc printer = xmlGenericError;
+    FailureOf(Work::Pain001, folder.Write("order.xml", "<a>&e;</a>"), folder.Path("work"));
+    EXPECT_EQ(xmlStructuredError, handler);
+    EXPECT_EQ(xmlStructuredErrorContext, &context);
+    EXPECT_EQ(xmlGenericError, printer);
+    xmlSetStructuredErrorFunc(nullptr, nullptr);
+}
 
 TEST(Conversion, MissingOrderFileIsNamed)
 {
