@@ -110,7 +110,10 @@ void ConversionOutput::AddOrder(const OrderRow& order)
 {
     CheckCurrency(order);
     const std::string& currency = WrittenCurrency(order.currency);
-    const std::string amount = order.amount.ToText(WrittenDecimals(currency, order.amount));
+    const unsigned decimals = WrittenDecimals(currency, order.amount);
+    // Sums add what is written, so that whoever adds the orders finds the total.
+    const ExactDecimal written = order.amount.RoundedUp(decimals);
+    const std::string amount = written.ToText(decimals);
     m_orders.Row({order.record, kBody, order.debitAccount, order.creditAccount, amount, currency,
                   order.transactionReference, order.urgent ? "1" : "0", order.executionDate,
                   order.bankCode, order.branchCode, order.account, order.label, order.name,
@@ -118,7 +121,7 @@ void ConversionOutput::AddOrder(const OrderRow& order)
     for (Sums* const sums : {&m_remittanceSums, &m_fileSums})
     {
         CurrencySum& sum = (*sums)[currency];
-        sum.total.Add(order.amount);
+        sum.total.Add(written);
         ++sum.orders;
     }
     ++m_orderCount;

@@ -154,15 +154,26 @@ void ExactDecimal::AddUnit(unsigned decimals) noexcept
     Add(unit);
 }
 
+ExactDecimal ExactDecimal::RoundedUp(unsigned decimals) const noexcept
+{
+    if (decimals >= kFractionDigits)
+    {
+        return *this;
+    }
+    ExactDecimal rounded = *this;
+    if (const std::uint64_t rest = m_limbs[0] % PowerOfTen(kFractionDigits - decimals); rest != 0)
+    {
+        rounded.m_limbs[0] -= rest;
+        rounded.AddUnit(decimals);
+    }
+    return rounded;
+}
+
 std::string ExactDecimal::ToText(unsigned decimals) const
 {
     decimals = std::min(decimals, kFractionDigits);
     const std::uint64_t step = PowerOfTen(kFractionDigits - decimals);
-    ExactDecimal rounded = *this;
-    if (m_limbs[0] % step != 0)
-    {
-        rounded.AddUnit(decimals);
-    }
+    const ExactDecimal rounded = RoundedUp(decimals);
     std::string text;
     for (std::size_t i = m_limbs.size() - 1U; i > 0; --i)
     {

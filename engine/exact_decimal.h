@@ -38,8 +38,10 @@ public:
     bool IsZero() const noexcept;
     /// Digits after the point without trailing zeros.
     unsigned FractionDigits() const noexcept;
-    /// With a point and exactly `decimals` places (none: no point). A remainder is rounded up, away
-    /// from zero, so that no limit is slipped under.
+    /// With at most `decimals` places. A remainder is rounded up, away from zero, so that no limit
+    /// is slipped under.
+    ExactDecimal RoundedUp(unsigned decimals) const noexcept;
+    /// RoundedUp, with a point and exactly `decimals` places (none: no point).
     std::string ToText(unsigned decimals) const;
 
     friend std::strong_ordering operator<=>(const ExactDecimal& left,

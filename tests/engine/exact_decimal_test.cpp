@@ -107,6 +107,14 @@ TEST(ExactDecimal, RemaindersAreRoundedUp)
     EXPECT_EQ(Value("10.00").ToText(2), "10.00");
 }
 
+TEST(ExactDecimal, RoundedValuesHaveNoFurtherPlaces)
+{
+    EXPECT_EQ(Value("10.001").RoundedUp(2), Value("10.01"));
+    EXPECT_EQ(Value("9.999").RoundedUp(0), Value("10"));
+    EXPECT_EQ(Value("10.01").RoundedUp(2), Value("10.01"));
+    EXPECT_EQ(Value("0.00000000000000001").RoundedUp(17), Value("0.00000000000000001"));
+}
+
 TEST(ExactDecimal, FractionDigitsLeaveTrailingZerosOut)
 {
     EXPECT_EQ(Value("1.500").FractionDigits(), 1U);

@@ -60,4 +60,27 @@ TEST(Sums, MillionOrdersOfACentAreTenThousand)
     EXPECT_STREQ(errorText, "");
 }
 
+// Each order is rounded up, and so is their sum: whoever adds the orders finds the total.
+TEST(Sums, RoundedOrdersAreAddedAsTheyAreWritten)
+{
+    const TemporaryFolder folder;
+    std::string orders;
+    for (const char* const amount : {"0.001 EUR", "0.005 EUR", "0.00000001 XXX", "1.00000001 XXX"})
+    {
+        const std::string text = amount;
+        const std::size_t blank = text.find(' ');
+        orders += "<CdtTrfTxInf><Amt><InstdAmt Ccy='" + text.substr(blank + 1U) + "'>" +
+                  text.substr(0, blank) + "</InstdAmt></Amt></CdtTrfTxInf>";
+    }
+    const std::string order =
+        folder.Write("order.xml", "<Document><CstmrCdtTrfInitn><PmtInf>" + orders +
+                                      "</PmtInf></CstmrCdtTrfInitn></Document>");
+
+    engine::Convert(engine::Work::Pain001, order, order + ".veu");
+
+    EXPECT_THAT(engine_tests::ReadRows(order + ".veu.bp", 4),
+                ElementsAre(ElementsAre("1", "1", "0.02", "EUR"),
+                            ElementsAre("1", "1", "1.0000002", "XXX")));
+}
+
 } // namespace
