@@ -20,6 +20,9 @@ struct FileTotals
     double totalAmount = 0.0;
     double maxOrderAmount = 0.0;
     int orderCount = 0;
+    /// The work files of remittances and orders were there and could be read to their ends. Without
+    /// them the amounts are too small, and that is no failure.
+    bool complete = false;
 };
 
 /// Runs the format-conversion engine on the file, so that it leaves its work files beside it.

@@ -157,10 +157,12 @@ void ReadFileTotals(const AmountSource& source, FileTotals& totals, char* curren
     {
         TVeuFile remittances = open(kTotalsFile);
         analysis.ReadRemittances(remittances);
+        totals.complete = remittances.IsIntact();
     }
     {
         TVeuFile orders = open(kOrdersFile);
         analysis.ReadOrders(orders);
+        totals.complete = totals.complete && orders.IsIntact();
     }
     analysis.TraceTotals();
     {

@@ -59,6 +59,7 @@ bool TDelimitedFile::OpenFile(const char* path)
         return false;
     }
     m_hasMoreRows = true;
+    m_intact = true;
     return true;
 }
 
@@ -126,6 +127,7 @@ void TDelimitedFile::ReadRow(amounts::DelimitedRow& row)
     catch (const std::bad_alloc&)
     {
         row.m_fields.clear();
+        m_intact = false;
     }
 }
 
@@ -139,6 +141,7 @@ void TDelimitedFile::ReadLine(std::string& line)
     catch (const std::bad_alloc&)
     {
         line.clear();
+        m_intact = false;
         m_hasMoreRows = m_file.FinishLine();
     }
 }

@@ -66,6 +66,10 @@ public:
     /// Whether a current row is there. HasMoreRows would pass over a file with one data row.
     bool HasRow() const noexcept { return !m_currentRow.IsEmpty(); }
 
+    /// Whether the file was opened and every line so far could be read. A reader that has no
+    /// further row has met the file's end only when it is.
+    bool IsIntact() const noexcept { return m_intact && !m_file.HasFailed(); }
+
     /// Header lines passed over: 4 or 1, and 0 when the file could not be opened.
     std::int32_t GetHeaderLineCount() const noexcept { return m_headerLineCount; }
     /// Rows read, header lines included.
@@ -101,6 +105,7 @@ private:
     std::string m_fileName;
     ParseMode m_parseMode = ParseMode::Plain;
     bool m_hasMoreRows = false;
+    bool m_intact = false; // opened, and no line was lost for want of memory
     amounts::DelimitedRow m_currentRow;
     TArray<TSimpleString> m_firstHeader;
     TArray<TSimpleString> m_secondHeader;

@@ -18,6 +18,7 @@ constexpr char kEndOfFile = 0x1A;
 bool TextLineReader::Open(const char* path)
 {
     Close();
+    m_failed = false;
     try
     {
         m_block.resize(kBlockSize);
@@ -43,6 +44,7 @@ bool TextLineReader::LoadBlock()
     const std::int64_t size = m_file.Read(m_block.data(), m_block.size());
     if (size <= 0)
     {
+        m_failed = size < 0;
         m_fileEnded = true;
         return false;
     }

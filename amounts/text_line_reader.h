@@ -24,6 +24,9 @@ public:
     /// memory: for a line that had none.
     bool FinishLine();
 
+    /// Whether reading failed; the file then seems to end there.
+    bool HasFailed() const noexcept { return m_failed; }
+
     void Close() noexcept;
 
 private:
@@ -35,6 +38,7 @@ private:
     std::size_t m_next = 0; // first byte of the block not yet given
     std::size_t m_end = 0;  // bytes of the block that count
     bool m_fileEnded = true;
+    bool m_failed = false;
 };
 
 } // namespace amounts

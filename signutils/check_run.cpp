@@ -1,5 +1,6 @@
 #include "signutils/check_run.h"
 
+#include "amounts/format_conversion.h"
 #include "containers/shared_ref_impl.h"
 #include "database/cdatabase.h"
 #include "signutils/signutils.h"
@@ -21,6 +22,7 @@ constexpr int kRejected = 0;
 
 constexpr char kCutShort[] = "The check was ended by an exception";
 constexpr char kNotFinite[] = "The given amounts are not both finite numbers";
+constexpr char kWorkFilesLost[] = "The work files of the conversion could not be read";
 constexpr char kNotSaved[] = "The report cannot be written to a temporary file";
 
 constexpr std::size_t kErrorTextSize = 256;
@@ -133,10 +135,17 @@ void CheckRun::SettleAmounts()
 void CheckRun::WorkOutAmounts()
 {
     char errorText[kErrorTextSize] = {};
-    m_outcome.amountsKnown = m_session.GetMaxAmountFile(m_fileName, m_totalAmount, m_maxOrderAmount,
-                                                        m_orderCount, m_currency, errorText) != 0;
-    Keep(m_outcome.amountsProblem, errorText);
-    if (m_outcome.amountsKnown)
+    amounts::FileTotals totals;
+    const bool converted =
+        amounts::GetMaxAmountFile({m_fileName, m_session.m_format1.SafeGetString(),
+                                   m_session.m_format2.SafeGetString(), m_session.m_trace},
+                                  totals, m_currency, errorText) != 0;
+    m_totalAmount = totals.totalAmount;
+    m_maxOrderAmount = totals.maxOrderAmount;
+    m_orderCount = totals.orderCount;
+    m_outcome.amountsKnown = converted && totals.complete;
+    Keep(m_outcome.amountsProblem, converted && !totals.complete ? kWorkFilesLost : errorText);
+    if (converted)
     {
         return;
     }

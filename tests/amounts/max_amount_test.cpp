@@ -136,6 +136,7 @@ TEST(MaxAmount, TotalsLargestOrderAndCountComeFromTheWorkFiles)
     EXPECT_DOUBLE_EQ(analysis.totals.totalAmount, 1512.345);
     EXPECT_DOUBLE_EQ(analysis.totals.maxOrderAmount, 1000.0);
     EXPECT_EQ(analysis.totals.orderCount, 3);
+    EXPECT_TRUE(analysis.totals.complete);
     EXPECT_EQ(analysis.currencyCode, "TND") << "the last remittance's";
     EXPECT_EQ(analysis.errorText, "before") << "as the conversion left it";
     EXPECT_THAT(analysis.left, ElementsAre()) << "every work file is deleted";
@@ -343,8 +344,28 @@ TEST(MaxAmount, OneMissingWorkFileLeavesTheOthersRead)
     const Analysis analysis = Analyse(files);
     EXPECT_EQ(analysis.result, 1);
     EXPECT_EQ(analysis.totals.totalAmount, 0.0);
+    EXPECT_FALSE(analysis.totals.complete);
     EXPECT_DOUBLE_EQ(analysis.totals.maxOrderAmount, 1.0);
     EXPECT_THAT(analysis.left, ElementsAre());
+}
+
+TEST(MaxAmount, EmptyWorkFilesAreCompleteAndMissingErrorsNoLoss)
+{
+    WorkFiles files = Files("", "");
+    files.erase(".err");
+    const Analysis analysis = Analyse(files);
+    EXPECT_EQ(analysis.result, 1);
+    EXPECT_TRUE(analysis.totals.complete);
+}
+
+TEST(MaxAmount, MissingOrdersAreALoss)
+{
+    WorkFiles files = Files(Remittance("1.00"), Order("1.00"));
+    files.erase(".cp");
+    const Analysis analysis = Analyse(files);
+    EXPECT_EQ(analysis.result, 1);
+    EXPECT_DOUBLE_EQ(analysis.totals.totalAmount, 1.0);
+    EXPECT_FALSE(analysis.totals.complete);
 }
 
 TEST(MaxAmount, FailedConversionLeavesAmountsZeroAndWorkFilesInPlace)

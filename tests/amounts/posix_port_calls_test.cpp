@@ -1,4 +1,5 @@
 #include "amounts/format_conversion.h"
+#include "amounts/tdelimitedfile.h"
 #include "port/com.h"
 #include "port/files.h"
 #include "tests/amounts/scripted_engine.h"
@@ -126,6 +127,14 @@ TEST_P(FailingText, IsTextedAndCleanedUp)
 
 INSTANTIATE_TEST_SUITE_P(Texts, FailingText, testing::ValuesIn(kFailingTexts),
                          [](const auto& test) { return std::string(test.param.text); });
+
+// Opens, but reading it from its start fails.
+TEST(PosixDelimitedFile, IsNotIntactAfterAReadThatFailed)
+{
+    TDelimitedFile file("/proc/self/mem", 0);
+    EXPECT_FALSE(file.HasRow());
+    EXPECT_FALSE(file.IsIntact());
+}
 
 class Deletion : public testing::Test
 {

@@ -97,6 +97,7 @@ TEST(DelimitedFile, OneLineModeTakesTheSecondLineAsData)
     EXPECT_FALSE(file.NextRow());
     EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("2", "n")) << "the row stays current";
     EXPECT_EQ(file.GetRowCounter(), 3U);
+    EXPECT_TRUE(file.IsIntact());
 }
 
 TEST(DelimitedFile, HeaderArraysHoldRoomFor128Fields)
@@ -253,6 +254,7 @@ std::string ErrorsOfOpening(const char* path, std::size_t failingSize = 0)
         EXPECT_FALSE(file.HasRow());
         EXPECT_FALSE(file.HasMoreRows());
         EXPECT_FALSE(file.NextRow());
+        EXPECT_FALSE(file.IsIntact());
         EXPECT_EQ(file.GetFirstHeader().GetCount(), 0);
     }
     return testing::internal::GetCapturedStderr();
@@ -305,6 +307,7 @@ TEST(DelimitedFileFailure, LineWithoutMemoryReadsAsEmptyAndIsPassedOver)
     }
     EXPECT_TRUE(row.IsEmpty());
     EXPECT_TRUE(file.HasMoreRows());
+    EXPECT_FALSE(file.IsIntact());
     file.ReadRow(row);
     EXPECT_THAT(FieldsOf(row), ElementsAre("3"));
 }

@@ -1,5 +1,6 @@
 #include "port/com.h"
 #include "signutils/signutils.h"
+#include "tests/amounts/scripted_engine.h"
 #include "tests/engine/work_files.h"
 #include "tests/testing/bank.h"
 #include "tests/testing/temporary_folder.h"
@@ -118,6 +119,21 @@ TEST_F(FileCheck, RulesStillRunWhenTheFileCannotBeConverted)
     EXPECT_FALSE(outcome.amountsKnown);
     EXPECT_EQ(outcome.totalAmount, 0.0);
     EXPECT_THAT(std::string(outcome.amountsProblem.SafeGetString()), HasSubstr("line 2"));
+}
+
+// The engine's work files are gone before they are read, as when two checks of one file collide.
+TEST_F(FileCheck, AmountsAreUnknownWhenTheWorkFilesAreGone)
+{
+    const amounts_tests::ScriptedEngine engine({});
+    SignUtils session(nullptr, nullptr);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Check(session, Contract(L"C1").AloneBy(L"H1").UpTo(L"350.50"), CopyOfOrder()), 1U);
+    testing::internal::GetCapturedStderr();
+    const CheckOutcome& outcome = session.GetLastCheck();
+    EXPECT_TRUE(outcome.ran);
+    EXPECT_FALSE(outcome.amountsKnown);
+    EXPECT_EQ(outcome.totalAmount, 0.0);
+    EXPECT_EQ(outcome.amountsProblem, "The work files of the conversion could not be read");
 }
 
 } // namespace
