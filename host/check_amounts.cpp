@@ -8,6 +8,7 @@
 #include "support/codepage.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace host
 {
@@ -71,6 +72,14 @@ std::string AmountsCommand(const CheckRequest& request)
     return "signcheck amounts " + Quoted(request.fileShown) + " --format " + FormatName(request);
 }
 
+// The library reads a work file that is gone as an empty one. Amounts are never negative, and a
+// file without an order has errors that say so.
+bool AgreeWithEachOther(const CheckAmounts& amounts)
+{
+    return amounts.total >= amounts.largest &&
+           (amounts.orders > 0 || (amounts.total == 0.0 && !amounts.fileErrors.empty()));
+}
+
 std::string OrdersInWords(int orders)
 {
     return std::to_string(orders) + (orders == 1 ? " order" : " orders");
@@ -122,6 +131,15 @@ CheckAmounts AmountsOf(const CheckRequest& request, const CheckOutcome& outcome,
         amounts.orders = outcome.orderCount;
         amounts.currency = support::Utf8FromNarrow(outcome.currency.SafeGetString());
         amounts.fileErrors = FileErrors(told, isTraced);
+        if (!AgreeWithEachOther(amounts))
+        {
+            const std::vector<std::string> fileErrors = std::move(amounts.fileErrors);
+            amounts = AmountsAskedFor(request);
+            amounts.fileErrors = fileErrors;
+            amounts.problem = "work files of the order file vanished while they were read, so that "
+                              "total, largest order and count do not agree; no other check or "
+                              "conversion of it may run at the same time";
+        }
     }
     return amounts;
 }
@@ -132,8 +150,9 @@ std::string AmountsInWords(const CheckRequest& request, const CheckAmounts& amou
     {
         return "UNKNOWN" + BecauseOf(amounts.problem);
     }
-    const std::string total =
-        "total " + ShownAmount(amounts.total, amounts.currency) + " " + amounts.currency;
+    // A file without an order has no currency.
+    const std::string total = "total " + ShownAmount(amounts.total, amounts.currency) +
+                              (amounts.currency.empty() ? "" : " ") + amounts.currency;
     const std::string largest = "largest order " + ShownAmount(amounts.largest, amounts.currency);
     if (amounts.origin == AmountsOrigin::Given)
     {

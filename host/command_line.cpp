@@ -156,7 +156,9 @@ private:
 
     static void RefuseExtras(const ParsedCommand& parsed)
     {
-        const auto extras = parsed.app->remaining();
+        auto extras = parsed.app->remaining();
+        // The parser heeds the end of the options and lists it all the same.
+        std::erase(extras, "--");
         if (extras.empty())
         {
             return;

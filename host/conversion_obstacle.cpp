@@ -46,6 +46,11 @@ std::string EngineObstacle()
 
 std::string ConversionObstacle(const std::string& orderPath)
 {
+    if (orderPath.find('"') != std::string::npos)
+    {
+        return "the path of the order file holds a quotation mark, which ends a path for the "
+               "conversion engine. Rename the file or the folder";
+    }
     if (std::string engine = EngineObstacle(); !engine.empty())
     {
         return engine;

@@ -83,6 +83,66 @@ TEST(CheckAmounts, OneOrderIsNotCalledOrders)
     EXPECT_THAT(host::AmountsInWords(FromFile(), amounts), HasSubstr(" 1 order, worked out"));
 }
 
+TEST(CheckAmounts, WithoutACurrencyLeaveNoBlankWhereItWouldStand)
+{
+    CheckAmounts amounts = host::AmountsOf(FromFile(), WorkedOut(), true);
+    amounts.currency.clear();
+
+    EXPECT_THAT(host::AmountsInWords(FromFile(), amounts), HasSubstr("total 350.50, largest"));
+}
+
+TEST(CheckAmounts, AQuotationMarkInThePathIsToldAsTheReasonOfUnknownOnes)
+{
+    CheckRequest request = FromFile();
+    request.file = "folder/q\"uote.xml";
+    CheckOutcome outcome;
+    outcome.amountsProblem = "Work parameters, character 6";
+    const CheckAmounts amounts = host::AmountsOf(request, outcome, true);
+
+    EXPECT_EQ(amounts.origin, AmountsOrigin::Unknown);
+    EXPECT_THAT(amounts.problem, HasSubstr("Work parameters, character 6; the path of the order "
+                                           "file holds a quotation mark"));
+    EXPECT_THAT(amounts.problem, HasSubstr("Rename the file"));
+}
+
+TEST(CheckAmounts, AreUnknownWhenAWorkFileVanishedWhileItWasRead)
+{
+    CheckOutcome withoutTotals = WorkedOut();
+    withoutTotals.totalAmount = 0.0;
+    CheckOutcome withoutOrders = WorkedOut();
+    withoutOrders.maxOrderAmount = 0.0;
+    withoutOrders.orderCount = 0;
+    CheckOutcome withoutAny = withoutOrders;
+    withoutAny.totalAmount = 0.0;
+
+    for (const CheckOutcome& outcome : {withoutTotals, withoutOrders, withoutAny})
+    {
+        const CheckAmounts amounts = host::AmountsOf(FromFile(), outcome, true);
+        EXPECT_EQ(amounts.origin, AmountsOrigin::Unknown);
+        EXPECT_THAT(amounts.problem, HasSubstr("vanished while they were read"));
+        EXPECT_THAT(Warnings(FromFile(), amounts), ElementsAre(HasSubstr("UNKNOWN")));
+    }
+}
+
+TEST(CheckAmounts, OfAFileThatSaysItHoldsNoOrderAreKnown)
+{
+    CheckOutcome outcome = WorkedOut("Err 43 (record ) : The file holds no order");
+    outcome.totalAmount = 0.0;
+    outcome.maxOrderAmount = 0.0;
+    outcome.orderCount = 0;
+
+    EXPECT_EQ(host::AmountsOf(FromFile(), outcome, true).origin, AmountsOrigin::File);
+}
+
+TEST(CheckAmounts, OfOrdersOfZeroAreKnown)
+{
+    CheckOutcome outcome = WorkedOut();
+    outcome.totalAmount = 0.0;
+    outcome.maxOrderAmount = 0.0;
+
+    EXPECT_EQ(host::AmountsOf(FromFile(), outcome, true).origin, AmountsOrigin::File);
+}
+
 TEST(CheckAmounts, ErrorsAreTakenApart)
 {
     const auto amounts = host::AmountsOf(

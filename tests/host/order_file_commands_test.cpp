@@ -90,6 +90,13 @@ TEST_P(OrderFileCommand, RefusesAFileThatIsNotThere)
     EXPECT_THAT(RefusalOf({m_folder.Path()}, 64), HasSubstr("is a folder"));
 }
 
+TEST_P(OrderFileCommand, TakesForTheFileWhatStandsBehindTwoDashes)
+{
+    EXPECT_EQ(Run({"--", Valid()}).status, 0);
+    EXPECT_THAT(RefusalOf({"--", "-none.xml"}, 64), HasSubstr("there is no file '-none.xml'"));
+    EXPECT_THAT(RefusalOf({"--", Valid(), "-more"}, 64), HasSubstr("unknown option '-more'"));
+}
+
 TEST_P(OrderFileCommand, RefusesAnUnknownFormat)
 {
     EXPECT_THAT(RefusalOf({Valid(), "--format", "EDIFACT"}, 64),
