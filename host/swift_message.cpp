@@ -28,12 +28,21 @@ std::string_view TakeLine(std::string_view& bytes)
     return line;
 }
 
-// "{2:I101…" or "{2:O101…".
+bool IsLetterOrDigit(char character)
+{
+    return IsDigit(character) || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z');
+}
+
+// "{2:I101…" or "{2:O101…". Blocks begin their line or stand behind marks of a transmission, such
+// as 0x01 and '$'; behind words they are part of another text.
 std::string TypeOfBlocks(std::string_view line)
 {
     constexpr std::size_t kTypeAt = 4;
     const std::size_t block = line.find("{2:");
-    if (block == std::string_view::npos || line.size() < block + kTypeAt + 3U)
+    const std::string_view before = line.substr(0, line.find('{'));
+    if (block == std::string_view::npos || line.size() < block + kTypeAt + 3U ||
+        std::any_of(before.begin(), before.end(), IsLetterOrDigit))
     {
         return {};
     }

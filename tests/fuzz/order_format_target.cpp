@@ -10,27 +10,35 @@
 #include <string>
 
 // The recognition of an order file's format beside the converters: it must not send a file to one
-// that does not know it while another does.
+// that does not know it while another reads it without a single error.
 
 namespace
 {
 
 const std::string kOrder = "/orders/order.txt";
 
-// Why the engine does not convert the file as this format.
-engine::FailureNumber FailureAs(const host::OrderFormat& format)
+struct Reading
 {
+    engine::FailureNumber failure = engine::FailureNumber::None;
+    bool clean = false; ///< converted, with nothing to tell
+};
+
+Reading ReadAs(const host::OrderFormat& format, std::string_view bytes)
+{
+    fuzz::ResetFiles();
+    fuzz::PutFile(kOrder, bytes);
     engine::Work work{};
     fuzz::Require(engine::FindWork(format.format1, format.format2, work),
                   "a format that the engine does not know");
     try
     {
-        engine::Convert(work, kOrder, kOrder + ".veu", engine::ConversionMode::CheckOnly);
-        return engine::FailureNumber::None;
+        engine::Convert(work, kOrder, kOrder + ".veu");
+        const std::string& errors = fuzz::FileBytes(kOrder + ".veu.err");
+        return {engine::FailureNumber::None, std::count(errors.begin(), errors.end(), '\n') == 1};
     }
     catch (const engine::Failure& failure)
     {
-        return failure.Number();
+        return {failure.Number(), false};
     }
 }
 
@@ -59,16 +67,17 @@ std::optional<host::OrderFormat> Recognise()
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    const std::string_view bytes = fuzz::View(data, size);
     fuzz::ResetFiles();
-    fuzz::PutFile(kOrder, fuzz::View(data, size));
+    fuzz::PutFile(kOrder, bytes);
     const std::optional<host::OrderFormat> found = Recognise();
-    if (!found.has_value() || FailureAs(*found) != engine::FailureNumber::NotThisFormat)
+    if (!found.has_value() || ReadAs(*found, bytes).failure != engine::FailureNumber::NotThisFormat)
     {
         return 0;
     }
     for (const host::OrderFormat& other : host::AllOrderFormats())
     {
-        fuzz::Require(FailureAs(other) != engine::FailureNumber::None,
+        fuzz::Require(!ReadAs(other, bytes).clean,
                       found->Name() + " is recognised, " + other.Name() + " is it");
     }
     return 0;
