@@ -100,12 +100,12 @@ class SaxAttributes final : public XmlHandler::Attributes
 public:
     SaxAttributes(const xmlChar** list, int count) : m_list(list), m_count(count) {}
 
-    std::string_view Find(std::string_view localName) const override
+    std::string_view Find(std::string_view name) const override
     {
         for (int i = 0; i < m_count; ++i)
         {
             const xmlChar** const attribute = m_list + static_cast<std::ptrdiff_t>(i) * 5;
-            if (View(attribute[0]) == localName)
+            if (attribute[1] == nullptr && View(attribute[0]) == name)
             {
                 return {reinterpret_cast<const char*>(attribute[3]),
                         static_cast<std::size_t>(attribute[4] - attribute[3])};

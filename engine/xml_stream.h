@@ -20,8 +20,9 @@ public:
     {
     public:
         virtual ~Attributes() = default;
-        /// Value as it stands in the document; empty when there is none.
-        virtual std::string_view Find(std::string_view localName) const = 0;
+        /// Value as it stands in the document; empty when there is none. One with a prefix is
+        /// another attribute.
+        virtual std::string_view Find(std::string_view name) const = 0;
     };
 
     virtual void StartElement(std::string_view name, const Attributes& attributes) = 0;

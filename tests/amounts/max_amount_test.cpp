@@ -3,14 +3,17 @@
 #include "support/currencies.h"
 #include "support/trace.h"
 #include "tests/amounts/scripted_engine.h"
+#include "tests/testing/failing_allocations.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <map>
+#include <new>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -253,6 +256,32 @@ TEST(MaxAmount, WithoutACurrencyTableThePointIsSearched)
     EXPECT_DOUBLE_EQ(analysis.totals.totalAmount, 150000.5);
 }
 
+/// Notes what it is asked; every currency has two decimals.
+class AskedCurrencies final : public TResourceDevise
+{
+public:
+    std::uint16_t GetDecimals(const char* code, int reserved) const override
+    {
+        m_asked.push_back(std::string(code) + "/" + std::to_string(reserved));
+        return 2;
+    }
+    const std::vector<std::string>& Asked() const noexcept { return m_asked; }
+
+private:
+    mutable std::vector<std::string> m_asked;
+};
+
+TEST(MaxAmount, DecimalsAreAskedOfTheProcessesCurrencyTable)
+{
+    AskedCurrencies table;
+    TResourceDevise* const before = std::exchange(GlobalResourceDevise, &table);
+    const Analysis analysis =
+        Analyse(Files(Remittance("150000", "ABC"), Order("1500", "JPY") + Order("2.00", "")));
+    GlobalResourceDevise = before;
+    EXPECT_THAT(table.Asked(), ElementsAre("ABC/0", "JPY/0", "/0"));
+    EXPECT_DOUBLE_EQ(analysis.totals.totalAmount, 150.00);
+}
+
 TEST(MaxAmountErrors, HeaderAloneLeavesTheErrorTextAsItWas)
 {
     EXPECT_EQ(Analyse(Files(Remittance("1.00"), "")).errorText, "before");
@@ -306,6 +335,66 @@ TEST(MaxAmountErrors, RowWithoutPositionEndsTheList)
 TEST(MaxAmountErrors, ShortRowIsListedWithEmptyTexts)
 {
     EXPECT_EQ(Analyse(Files("", "", Row({"1", "1"})), true).errorText, "Err  (record ) : ");
+}
+
+// The other value of a trace handle that is none.
+TEST(MaxAmountErrors, TraceHandleOfAllOnesIsNone)
+{
+    const TemporaryFolder folder;
+    const std::string order = folder.Write("order.xml", "order");
+    for (const auto& [extension, bytes] : Files(Remittance("1500"), "", Error("1", "11", "a")))
+    {
+        folder.Write("order.xml.veu" + extension, bytes);
+    }
+    amounts::FileTotals totals;
+    char errorText[256] = "before";
+    void* const allOnes = reinterpret_cast<void*>(~std::uintptr_t{0});
+    amounts::ReadFileTotals({order.c_str(), nullptr, nullptr, allOnes}, totals, nullptr, errorText);
+    EXPECT_STREQ(errorText, "1500 EUR");
+}
+
+// Wherever memory runs out once: the exception passes, or the loss is told, or nothing was lost.
+TEST(MaxAmount, NoMemoryNeverMakesTheAmountsSmallerUnnoticed)
+{
+    const TemporaryFolder folder;
+    const std::string order = folder.Write("order.xml", "order");
+    const std::string longText(2000, 'x');
+    const std::string orders = Row({longText, "1", "d", "c", "1000.00", "EUR"}) + Order("5.00");
+    for (const auto& [extension, bytes] :
+         Files(Remittance("1000.00") + Remittance("5.00"), orders, Error("1", "11", longText)))
+    {
+        folder.Write("order.xml.veu" + extension, bytes);
+    }
+    bool used = true;
+    int failures = 0;
+    testing::internal::CaptureStderr();
+    for (unsigned long spared = 0; used; ++spared)
+    {
+        amounts::FileTotals totals;
+        bool raised = false;
+        {
+            const testing_support::FailNextAllocation failure(spared);
+            try
+            {
+                amounts::ReadFileTotals({order.c_str(), nullptr, nullptr, nullptr}, totals, nullptr,
+                                        nullptr);
+            }
+            catch (const std::bad_alloc&)
+            {
+                raised = true;
+            }
+            used = failure.WasUsed();
+        }
+        failures += used ? 1 : 0;
+        if (!raised && totals.complete)
+        {
+            EXPECT_DOUBLE_EQ(totals.totalAmount, 1005.0) << spared;
+            EXPECT_DOUBLE_EQ(totals.maxOrderAmount, 1000.0) << spared;
+            EXPECT_EQ(totals.orderCount, 2) << spared;
+        }
+    }
+    testing::internal::GetCapturedStderr();
+    EXPECT_GT(failures, 20);
 }
 
 TEST(MaxAmountTrace, ShowsRemittancesTotalsAndErrors)

@@ -17,6 +17,7 @@ using testing_support::IsFreeForOthers;
 using testing_support::Ticks;
 
 bool g_noMemory = false;
+bool g_noCopy = false;
 int g_alive = 0;
 
 /// A record whose allocation fails, or whose copy fails half-way.
@@ -51,6 +52,15 @@ struct Record
 struct Text : TSimpleString
 {
     using TSimpleString::TSimpleString;
+    Text(const Text& other) : TSimpleString(other)
+    {
+        if (g_noCopy)
+        {
+            throw std::bad_alloc();
+        }
+    }
+    Text& operator=(const Text&) = default;
+    ~Text() = default;
     static void* operator new(std::size_t size)
     {
         if (g_noMemory)
@@ -87,6 +97,39 @@ TEST(KeyedTableFailures, CacheLookupWithoutMemoryTouchesNothingAndReleasesTheLoc
     table.Purge(10);
     EXPECT_EQ(table.GetCount(), 0) << "the entry was not touched";
     EXPECT_EQ(g_alive, 0);
+}
+
+TEST(KeyedTableFailures, MatchingWithoutMemoryForAKeyKeepsTheEntriesAndReleasesTheLock)
+{
+    THashtable<Text, Record> table(3);
+    for (const char* const key : {"a", "b", "c"})
+    {
+        table.Insert(table.NewAssociation(key, new Record(), nullptr, 0));
+    }
+    g_noCopy = true;
+    EXPECT_THROW(table.RemoveMatching("*"), std::bad_alloc);
+    g_noCopy = false;
+    EXPECT_EQ(table.GetCount(), 3);
+    EXPECT_TRUE(IsFreeForOthers(table));
+    table.RemoveMatching("*");
+    EXPECT_EQ(table.GetCount(), 0);
+    EXPECT_EQ(g_alive, 0);
+}
+
+TEST(KeyedTableFailures, TextThatCannotBeCopiedOutLeavesNoPartOfTheCopy)
+{
+    Ticks ticks;
+    THashtableTss<Text> table(1);
+    table.Insert(table.NewAssociation("key", new Text("value"), nullptr));
+    ticks.Pass(10);
+    Text* copy = nullptr;
+    g_noCopy = true;
+    EXPECT_THROW(table.Lookup("key", copy, true), std::bad_alloc);
+    g_noCopy = false;
+    EXPECT_EQ(copy, nullptr);
+    EXPECT_TRUE(IsFreeForOthers(table));
+    table.Purge(10);
+    EXPECT_EQ(table.GetCount(), 0) << "the entry was not touched";
 }
 
 TEST(KeyedTableFailures, TextLookupWithoutMemoryTouchesNothingAndReleasesTheLock)
