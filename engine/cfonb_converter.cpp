@@ -156,21 +156,15 @@ void CfonbConverter::TakeAmount(const FixedRecord& record)
     const std::string_view zone = record.Zone(place.position, place.length);
     const std::optional<std::string> digits = DigitsOf(zone);
     const std::optional<unsigned> decimals = AmountDecimals(record);
-    if (digits.has_value() && decimals.has_value() && !record.IsTooLong())
+    if (digits.has_value() && decimals.has_value())
     {
         m_order.amount = NumberOf(*digits, *decimals);
         m_digitSum.Add(NumberOf(*digits));
         return;
     }
-    std::string problem = "Amount zone '" + std::string(zone) + "' is no number";
-    if (record.IsTooLong())
-    {
-        problem = "Amount zone '" + std::string(zone) + "' may have been shifted";
-    }
-    else if (digits.has_value())
-    {
-        problem = "Order whose number of decimals is missing";
-    }
+    const std::string problem = digits.has_value()
+                                    ? std::string("Order whose number of decimals is missing")
+                                    : "Amount zone '" + std::string(zone) + "' is no number";
     CountAsLargest(m_output, m_orderNumber, Finding::AmountMalformed, problem, m_order);
 }
 

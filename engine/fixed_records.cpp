@@ -41,39 +41,19 @@ bool FixedRecord::IsBlank() const
 
 FixedRecordSource::FixedRecordSource(OrderFile& file, ConversionOutput& output, std::size_t length)
     : m_file(file), m_lines(file), m_output(output), m_length(length),
-      m_separated(m_lines.HasLineEndWithin(LongestRecord() + 2U))
+      m_separated(m_lines.HasLineEndWithin(length + 2U))
 {
-}
-
-// A record that something was inserted into; a line that is longer holds several.
-std::size_t FixedRecordSource::LongestRecord() const noexcept
-{
-    return m_length + m_length / 2U;
 }
 
 bool FixedRecordSource::Read(std::string& text)
 {
-    return m_separated ? ReadFromLine(text) : m_lines.NextRecord(text, m_length);
-}
-
-bool FixedRecordSource::ReadFromLine(std::string& text)
-{
-    const bool rest = !m_line.empty();
-    if (!rest && !m_lines.NextLine(m_line, kLongestLine))
-    {
-        return false;
-    }
-    const std::size_t size = m_line.size() > LongestRecord() ? m_length : m_line.size();
-    m_split = rest || size < m_line.size();
-    text = m_line.substr(0, size);
-    m_line.erase(0, size);
-    return true;
+    return m_separated ? m_lines.NextLine(text, kLongestLine) : m_lines.NextRecord(text, m_length);
 }
 
 void FixedRecordSource::TellUnknownCode(const FixedRecord& record)
 {
     const std::string code(record.Code());
-    if (m_separated && !m_split)
+    if (m_separated)
     {
         m_output.AddError(Number(), std::to_string(Number()), Finding::RecordMalformed,
                           "Unknown record code " + code);
@@ -97,7 +77,7 @@ void FixedRecordSource::TellTextBehindEnd()
 
 bool FixedRecordSource::Next(FixedRecord& record)
 {
-    std::string& text = record.m_text;
+    std::string& text = record.Buffer();
     do
     {
         if (!Read(text))
@@ -107,9 +87,7 @@ bool FixedRecordSource::Next(FixedRecord& record)
         }
     } while (record.IsBlank());
     m_output.SetPosition(Number());
-    record.m_tooLong =
-        text.size() > m_length && !TrimBlanks(std::string_view(text).substr(m_length)).empty();
-    if (record.m_tooLong)
+    if (text.size() > m_length && !TrimBlanks(std::string_view(text).substr(m_length)).empty())
     {
         m_output.AddError(Number(), std::to_string(Number()), Finding::RecordLength,
                           "Record of " + std::to_string(text.size()) + " characters instead of " +

@@ -23,19 +23,14 @@ public:
     std::string_view Code() const { return Zone(1, 2); }
     bool IsBlank() const;
 
-    /// Whether text stood behind its end: the zones may then not be where they belong.
-    bool IsTooLong() const noexcept { return m_tooLong; }
+    std::string& Buffer() noexcept { return m_text; }
 
 private:
-    friend class FixedRecordSource;
-
     std::string m_text;
-    bool m_tooLong = false;
 };
 
-/// The records of a file, one by one: separated by line ends, not at all, or only here and there. A
-/// record whose trailing blanks were stripped is filled up; one that is longer is told as an error
-/// row.
+/// The records of a file, one by one: separated by line ends or not at all. A record whose trailing
+/// blanks were stripped is filled up; one that is longer is told as an error row.
 class FixedRecordSource
 {
 public:
@@ -50,8 +45,6 @@ public:
 
 private:
     bool Read(std::string& text);
-    bool ReadFromLine(std::string& text);
-    std::size_t LongestRecord() const noexcept;
     void TellTextBehindEnd();
 
     OrderFile& m_file;
@@ -59,8 +52,6 @@ private:
     ConversionOutput& m_output;
     std::size_t m_length;
     bool m_separated;
-    bool m_split = false; // the record is part of a line
-    std::string m_line;   // what is left of a line that holds several records
 };
 
 /// Digits alone; an empty zone gives false.
