@@ -5,11 +5,13 @@ include(CMakePackageConfigHelpers)
 set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/SignUtils")
 
 set_target_properties(SignUtils PROPERTIES INSTALL_RPATH "$ORIGIN")
-set_target_properties(signutils_port PROPERTIES EXPORT_NAME Port)
-target_include_directories(signutils_port INTERFACE
-  "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
-
-install(TARGETS SignUtils signutils_port EXPORT SignUtilsTargets)
+install(TARGETS SignUtils EXPORT SignUtilsTargets)
+if(NOT WIN32) # where it is a library of its own
+  set_target_properties(signutils_port PROPERTIES EXPORT_NAME Port)
+  target_include_directories(signutils_port INTERFACE
+    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+  install(TARGETS signutils_port EXPORT SignUtilsTargets)
+endif()
 install(EXPORT SignUtilsTargets
   NAMESPACE SignUtils::
   DESTINATION "${package_folder}")
@@ -61,6 +63,21 @@ install(FILES
 cmake_path(SET pkgconfig_folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 cmake_path(RELATIVE_PATH "CMAKE_INSTALL_PREFIX" BASE_DIRECTORY
   "${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder}" OUTPUT_VARIABLE prefix_from_pkgconfig)
+set(pkgconfig_libraries "-lsignutils")
+if(NOT WIN32)
+  string(APPEND pkgconfig_libraries " -lsignutils-port")
+endif()
 configure_file("${PROJECT_SOURCE_DIR}/cmake/signutils.pc.in"
   "${PROJECT_BINARY_DIR}/generated/signutils.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/generated/signutils.pc" DESTINATION "${pkgconfig_folder}")
+
+if(WIN32)
+  # What hosts of other build systems need, and the package to hand out.
+  install(FILES "${PROJECT_SOURCE_DIR}/docs/windows.md" DESTINATION . RENAME README.md)
+  install(FILES "${PROJECT_SOURCE_DIR}/signutils/exports.def"
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}" RENAME signutils.def)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME "signutils-${PROJECT_VERSION}-win64")
+  set(CPACK_STRIP_FILES ON)
+  include(CPack)
+endif()

@@ -114,13 +114,22 @@ void Connection::LearnProduct()
                                static_cast<SQLSMALLINT>(sizeof name - 1), &length),
                     kOpen);
     m_dialect = &DialectOf(name);
-    m_crossing = m_dialect->crossing;
+    m_crossing = StatementCrossing(*m_dialect, DriverFile());
 
     SQLUINTEGER extensions = 0;
     const SQLRETURN known = SQLGetInfo(m_handle.Get(), SQL_GETDATA_EXTENSIONS, &extensions,
                                        static_cast<SQLSMALLINT>(sizeof extensions), nullptr);
     m_bindsColumns = m_dialect->bindsColumns && SQL_SUCCEEDED(known) &&
                      (extensions & SQL_GD_BOUND) != 0 && (extensions & SQL_GD_ANY_COLUMN) != 0;
+}
+
+std::string Connection::DriverFile()
+{
+    char name[256] = {};
+    SQLSMALLINT length = 0;
+    const SQLRETURN result = SQLGetInfo(m_handle.Get(), SQL_DRIVER_NAME, name,
+                                        static_cast<SQLSMALLINT>(sizeof name - 1), &length);
+    return SQL_SUCCEEDED(result) ? name : "";
 }
 
 void Connection::SetUpSession(const ConnectionString& connexionString)

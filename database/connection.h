@@ -61,6 +61,8 @@ private:
     void Connect(const ConnectionString& connexionString);
     void TryConnect(const ConnectionString& connexionString);
     void LearnProduct();
+    /// The driver's file name; empty when it does not tell.
+    std::string DriverFile();
     void SetUpSession(const ConnectionString& connexionString);
     void SetUpSqlite(const ConnectionString& connexionString);
     void CheckConnection(SQLRETURN returnCode, std::string_view operation);

@@ -9,15 +9,15 @@ namespace database
 namespace
 {
 
-// Where wchar_t is no UTF-16 the driver manager is unixODBC, for which the SQLite driver has narrow
-// entry points only. The manager would convert wide text by the locale and lose letters.
-constexpr TextCrossing kSqliteCrossing =
+// Where wchar_t is no UTF-16 the driver manager is unixODBC, which would convert a wide connection
+// string for the SQLite driver by the locale and lose letters.
+constexpr TextCrossing kSqliteConnectCrossing =
     sizeof(wchar_t) == sizeof(char16_t) ? TextCrossing::Utf16 : TextCrossing::Utf8;
 
 constexpr Dialect kDialects[] = {
     {Product::Sqlite,
      "SQLite",
-     kSqliteCrossing,
+     TextCrossing::Utf8,
      true,
      {.dropsNationalPrefix = true,
       .rewritesNow = true,
@@ -100,6 +100,18 @@ const Dialect& DialectOf(std::string_view productName) noexcept
                          });
 }
 
+TextCrossing StatementCrossing(const Dialect& dialect, std::string_view driverFile) noexcept
+{
+    // The SQLite driver has wide entry points of its own on Windows alone, and there a manager
+    // would convert narrow texts by the machine's code page. Asked by its file, not by the
+    // platform: a Windows manager may hand on to a driver of another system.
+    constexpr std::string_view kWindowsEnding = ".dll";
+    const bool onWindows = driverFile.size() > kWindowsEnding.size() &&
+                           std::equal(kWindowsEnding.begin(), kWindowsEnding.end(),
+                                      driverFile.end() - kWindowsEnding.size(), EqualIgnoringCase);
+    return dialect.product == Product::Sqlite && onWindows ? TextCrossing::Utf16 : dialect.crossing;
+}
+
 TextCrossing ConnectCrossing(std::string_view connexionString, std::string_view driver) noexcept
 {
     // Wide calls tell a driver that has both kinds that the program speaks Unicode, so they come
@@ -107,7 +119,7 @@ TextCrossing ConnectCrossing(std::string_view connexionString, std::string_view 
     constexpr std::string_view kSqlite = "sqlite";
     const bool sqlite = std::search(driver.begin(), driver.end(), kSqlite.begin(), kSqlite.end(),
                                     EqualIgnoringCase) != driver.end();
-    return sqlite && !IsAscii(connexionString) ? kSqliteCrossing : TextCrossing::Utf16;
+    return sqlite && !IsAscii(connexionString) ? kSqliteConnectCrossing : TextCrossing::Utf16;
 }
 
 } // namespace database

@@ -43,6 +43,10 @@ struct Dialect
 /// The dialect of the product whose name the driver gives.
 const Dialect& DialectOf(std::string_view productName) noexcept;
 
+/// How statements and error texts cross on a connection. `driverFile` is the driver's file name as
+/// the driver gives it.
+TextCrossing StatementCrossing(const Dialect& dialect, std::string_view driverFile) noexcept;
+
 /// How a connection string crosses, when the product cannot be asked yet. `driver` is its DRIVER
 /// value, empty when it names a data source.
 TextCrossing ConnectCrossing(std::string_view connexionString, std::string_view driver) noexcept;

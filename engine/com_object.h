@@ -1,6 +1,7 @@
 #pragma once
 
 #include "port/com.h"
+#include "port/dispatch.h"
 
 #include <atomic>
 #include <memory>
@@ -70,32 +71,34 @@ private:
     std::atomic<ULONG> m_references{1};
 };
 
-/// A dual interface without late binding: it is called through its table alone.
+/// A dual interface: called through its table, or by name through its dispatch entries.
 template <typename Interface>
 class DispatchObject : public ComObject<Interface>
 {
 public:
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override
     {
-        if (count == nullptr)
-        {
-            return E_POINTER;
-        }
-        *count = 0;
-        return S_OK;
+        return Operations().GetTypeInfoCount(count);
     }
 
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID /*locale*/,
+                                          ITypeInfo** typeInfo) override
     {
-        return E_NOTIMPL;
+        return Operations().GetTypeInfo(index, typeInfo);
     }
 
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                     UINT*) override
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID /*iid*/, LPOLESTR* names, UINT count,
+                                            LCID /*locale*/, DISPID* identifiers) override
     {
-        return E_NOTIMPL;
+        return Operations().GetIDsOfNames(names, count, identifiers);
+    }
+
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID /*iid*/, LCID /*locale*/, WORD flags,
+                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                     UINT* argumentError) override
+    {
+        return Operations().Invoke(static_cast<Interface*>(this), member, flags, parameters, result,
+                                   exception, argumentError);
     }
 
 protected:
@@ -103,6 +106,9 @@ protected:
     {
         return IsEqualIID(iid, IID_IDispatch) || ComObject<Interface>::Implements(iid);
     }
+
+    /// The operations that late-bound callers find.
+    virtual const port::DispatchInterface& Operations() const = 0;
 };
 
 /// Makes objects of one class.

@@ -1,5 +1,6 @@
 #include "engine/run_object.h"
 
+#include "engine/late_binding.h"
 #include "engine/parameter_text.h"
 #include "engine/work_object.h"
 #include "port/cancellation.h"
@@ -40,6 +41,11 @@ LONG NextConnection()
 bool RunObject::Implements(REFIID iid) const
 {
     return IsEqualIID(iid, amounts::kRunInterface) || DispatchObject::Implements(iid);
+}
+
+const port::DispatchInterface& RunObject::Operations() const
+{
+    return RunOperations();
 }
 
 void RunObject::Remember(FailureNumber number, const char* text) noexcept

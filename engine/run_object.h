@@ -27,6 +27,7 @@ public:
 
 protected:
     bool Implements(REFIID iid) const override;
+    const port::DispatchInterface& Operations() const override;
 
 private:
     template <typename Action>

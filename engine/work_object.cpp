@@ -1,5 +1,7 @@
 #include "engine/work_object.h"
 
+#include "engine/late_binding.h"
+
 namespace engine
 {
 
@@ -16,6 +18,11 @@ bool WorkObject::Implements(REFIID iid) const
 {
     return IsEqualIID(iid, amounts::kWorkInterface) || IsEqualIID(iid, kOwnWork) ||
            DispatchObject::Implements(iid);
+}
+
+const port::DispatchInterface& WorkObject::Operations() const
+{
+    return WorkOperations();
 }
 
 WorkObject* WorkObject::Of(amounts::IFmtWork* work)

@@ -31,6 +31,7 @@ public:
 
 protected:
     bool Implements(REFIID iid) const override;
+    const port::DispatchInterface& Operations() const override;
 
 private:
     std::optional<Work> m_work;

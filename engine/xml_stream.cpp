@@ -1,6 +1,8 @@
 #include "engine/xml_stream.h"
 
 #include "engine/failure.h"
+#include "engine/xml_encoding.h"
+#include "support/codepage.h"
 #include "support/format.h"
 
 #include <libxml/SAX2.h>
@@ -162,7 +164,9 @@ private:
     void KeepFirst(const xmlError& error);
     [[noreturn]] void Refuse(FailureNumber number, const char* what) const;
     void RefuseGrowth() const;
+    void ChooseEncoding(std::string_view start);
     void Feed(std::string_view block, bool last);
+    void Parse(std::string_view bytes, bool last);
 
     OrderFile& m_file;
     XmlHandler& m_handler;
@@ -171,6 +175,7 @@ private:
     std::string m_firstError;
     unsigned m_depth = 0;
     std::size_t m_textLength = 0;
+    XmlEncoding m_encoding = XmlEncoding::Parsers;
 };
 
 void XmlParse::OnStart(void* context, const xmlChar* name, const xmlChar* /*prefix*/,
@@ -301,10 +306,39 @@ void XmlParse::RefuseGrowth() const
     }
 }
 
+// What is read must not depend on how the parser was built.
+void XmlParse::ChooseEncoding(std::string_view start)
+{
+    const std::string name = DeclaredEncoding(start);
+    m_encoding = EncodingOf(name);
+    if (m_encoding == XmlEncoding::Other)
+    {
+        const std::string shown = OneLine(name.substr(0, 40).c_str());
+        throw Failure(FailureNumber::Malformed,
+                      support::FormatA("Order file %s: the encoding %s is not read; use UTF-8",
+                                       m_file.Path().c_str(), shown.c_str()));
+    }
+    if (m_encoding == XmlEncoding::Windows1252)
+    {
+        // It gets UTF-8, whatever the declaration says.
+        xmlCtxtUseOptions(m_context.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
+    }
+}
+
 void XmlParse::Feed(std::string_view block, bool last)
 {
+    if (m_encoding == XmlEncoding::Windows1252)
+    {
+        Parse(support::Utf8FromNarrow(block), last);
+        return;
+    }
+    Parse(block, last);
+}
+
+void XmlParse::Parse(std::string_view bytes, bool last)
+{
     const int result =
-        xmlParseChunk(m_context.get(), block.data(), static_cast<int>(block.size()), last ? 1 : 0);
+        xmlParseChunk(m_context.get(), bytes.data(), static_cast<int>(bytes.size()), last ? 1 : 0);
     if (m_raised != nullptr)
     {
         std::rethrow_exception(m_raised);
@@ -350,6 +384,7 @@ void XmlParse::Run()
         throw Failure(FailureNumber::NotThisFormat,
                       support::FormatA("Order file %s is empty", m_file.Path().c_str()));
     }
+    ChooseEncoding(first);
     for (std::string_view block = first; !block.empty(); block = m_file.NextBlock())
     {
         Feed(block, false);

@@ -1,10 +1,10 @@
-#include "host/arguments.h"
 #include "host/command_line.h"
 #include "host/config_file.h"
 #include "host/exit_status.h"
 #include "host/output.h"
 #include "host/refusal.h"
 #include "host/text.h"
+#include "port/program.h"
 #include "support/casefold.h"
 
 #include <nlohmann/json.hpp>
@@ -23,7 +23,7 @@ constexpr const char* kLanguages[] = {"", "en", "fr"};
 // What was given first stays: command line, then environment, then file.
 void CompleteSettings(const host::CommandSpec& command, host::OptionValues& values)
 {
-    const std::string connection = host::EnvironmentVariable(kConnectionVariable);
+    const std::string connection = port::Utf8Environment(kConnectionVariable);
     if (!connection.empty() && host::FindOption(command, "db") != nullptr)
     {
         values.AddUnlessThere("db", {connection, kConnectionVariable});
@@ -37,7 +37,7 @@ void CompleteSettings(const host::CommandSpec& command, host::OptionValues& valu
 
 void WarnOfUnknownLanguage()
 {
-    const std::string language = host::EnvironmentVariable(kLanguageVariable);
+    const std::string language = port::Utf8Environment(kLanguageVariable);
     const bool isKnown =
         std::any_of(std::begin(kLanguages), std::end(kLanguages),
                     [&language](const char* known)
@@ -90,7 +90,8 @@ int Run(const std::vector<std::string>& arguments)
 
 int main(int count, char** values)
 {
-    const int status = Run(host::ProgramArguments(count, values));
+    port::UseUtf8Output();
+    const int status = Run(port::Utf8Arguments(count, values));
     if (!host::FlushOutput())
     {
         host::Complain("standard output cannot be written. Check the disk or the reading program.");

@@ -64,11 +64,65 @@ inline bool IsEqualCLSID(REFCLSID left, REFCLSID right) noexcept
     return left == right;
 }
 
-// Only pointers to them pass through the dispatch entries, which no caller here uses.
-struct ITypeInfo;
-struct DISPPARAMS;
-struct VARIANT;
-struct EXCEPINFO;
+struct IUnknown;
+struct IDispatch;
+struct ITypeInfo; // there are no type descriptions here; only null pointers of it
+
+using VARTYPE = std::uint16_t;
+inline constexpr VARTYPE VT_EMPTY = 0;
+inline constexpr VARTYPE VT_I2 = 2;
+inline constexpr VARTYPE VT_I4 = 3;
+inline constexpr VARTYPE VT_BSTR = 8;
+inline constexpr VARTYPE VT_DISPATCH = 9;
+inline constexpr VARTYPE VT_ERROR = 10;
+inline constexpr VARTYPE VT_UNKNOWN = 13;
+inline constexpr VARTYPE VT_BYREF = 0x4000;
+
+/// What late-bound calls pass: the kinds that the system's interfaces use.
+struct VARIANT
+{
+    VARTYPE vt;
+    WORD wReserved1;
+    WORD wReserved2;
+    WORD wReserved3;
+    union
+    {
+        SHORT iVal;
+        LONG lVal;
+        BSTR bstrVal;
+        IDispatch* pdispVal;
+        IUnknown* punkVal;
+        SHORT* piVal;
+        LONG* plVal;
+        BSTR* pbstrVal;
+        void* byref;
+    };
+};
+using VARIANTARG = VARIANT;
+
+struct DISPPARAMS
+{
+    VARIANTARG* rgvarg; ///< the last parameter first
+    DISPID* rgdispidNamedArgs;
+    UINT cArgs;
+    UINT cNamedArgs;
+};
+
+struct EXCEPINFO
+{
+    WORD wCode;
+    WORD wReserved;
+    BSTR bstrSource;
+    BSTR bstrDescription;
+    BSTR bstrHelpFile;
+    DWORD dwHelpContext;
+    void* pvReserved;
+    HRESULT (*pfnDeferredFillIn)(EXCEPINFO*);
+    HRESULT scode;
+};
+
+inline constexpr DISPID DISPID_UNKNOWN = -1;
+inline constexpr WORD DISPATCH_METHOD = 0x1;
 
 inline constexpr GUID GUID_NULL = {0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 0}};
 inline constexpr IID IID_NULL = GUID_NULL;
@@ -103,7 +157,10 @@ inline constexpr HRESULT E_ACCESSDENIED = static_cast<HRESULT>(0x80070005U);
 inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000EU);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057U);
 inline constexpr HRESULT DISP_E_MEMBERNOTFOUND = static_cast<HRESULT>(0x80020003U);
+inline constexpr HRESULT DISP_E_TYPEMISMATCH = static_cast<HRESULT>(0x80020005U);
 inline constexpr HRESULT DISP_E_UNKNOWNNAME = static_cast<HRESULT>(0x80020006U);
+inline constexpr HRESULT DISP_E_NONAMEDARGS = static_cast<HRESULT>(0x80020007U);
+inline constexpr HRESULT DISP_E_BADPARAMCOUNT = static_cast<HRESULT>(0x8002000EU);
 inline constexpr HRESULT CLASS_E_NOAGGREGATION = static_cast<HRESULT>(0x80040110U);
 inline constexpr HRESULT CLASS_E_CLASSNOTAVAILABLE = static_cast<HRESULT>(0x80040111U);
 inline constexpr HRESULT REGDB_E_CLASSNOTREG = static_cast<HRESULT>(0x80040154U);

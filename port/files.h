@@ -71,6 +71,8 @@ private:
 
 SIGNUTILS_PORT_API bool FileExists(const char* path); ///< a regular file
 SIGNUTILS_PORT_API bool FolderExists(const char* path);
+/// Size of a regular file in bytes, 0 when there is none; looked up without opening the file.
+SIGNUTILS_PORT_API std::int64_t FileSize(const char* path);
 
 /// Moves a file within one volume, replacing the target at once: readers see the old or the new.
 [[nodiscard]] SIGNUTILS_PORT_API bool MoveFileReplacing(const char* from, const char* to);

@@ -38,8 +38,8 @@ private:
 
 std::int64_t SizeOf(const std::string& path)
 {
-    port::File file;
-    return file.Open(path.c_str(), port::OpenMode::Read) ? file.Size() : 0;
+    // Without opening it: another process may be about to replace it.
+    return port::FileSize(path.c_str());
 }
 
 /// Whether the file is empty or its last line has its line feed.

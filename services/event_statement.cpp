@@ -25,7 +25,8 @@ std::wstring_view CutToColumn(std::wstring_view text, std::size_t units)
     std::size_t used = 0;
     for (std::size_t index = 0; index < text.size(); ++index)
     {
-        used += static_cast<unsigned long>(text[index]) > 0xFFFFUL ? 2 : 1;
+        const auto character = static_cast<char32_t>(text[index]);
+        used += character > 0xFFFF ? 2 : 1;
         if (used > units)
         {
             return support::CutWide(text, index);

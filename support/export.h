@@ -1,15 +1,15 @@
 #pragma once
 
-/// What hosts may call. SIGNUTILS_BUILDING is set while the library itself is compiled,
-/// SIGNUTILS_STATIC by programs that link its rooms instead of the shared library.
+/// What hosts may call. On Windows the library's list of exports says what it gives; a host sees it
+/// as imported, and programs that link the rooms themselves set SIGNUTILS_STATIC.
 #if defined(_WIN32)
-#if defined(SIGNUTILS_BUILDING)
-#define SIGNUTILS_API __declspec(dllexport)
-#elif defined(SIGNUTILS_STATIC)
+
+#if defined(SIGNUTILS_STATIC)
 #define SIGNUTILS_API
 #else
 #define SIGNUTILS_API __declspec(dllimport)
 #endif
+
 #else
 #define SIGNUTILS_API __attribute__((visibility("default")))
 #endif

@@ -15,15 +15,15 @@ namespace
 /// Turns the signs that would break or hide a line into blanks.
 std::wstring OneLine(std::wstring text)
 {
-    constexpr wchar_t lineSeparator = 0x2028;
-    constexpr wchar_t paragraphSeparator = 0x2029;
+    constexpr char32_t lineSeparator = 0x2028;
+    constexpr char32_t paragraphSeparator = 0x2029;
     std::replace_if(
         text.begin(), text.end(),
-        [](wchar_t character)
+        [](wchar_t unit)
         {
-            return (character >= 0 && character < 0x20) ||
-                   (character >= 0x7F && character < 0xA0) || character == lineSeparator ||
-                   character == paragraphSeparator;
+            const auto character = static_cast<char32_t>(unit);
+            return character < 0x20 || (character >= 0x7F && character < 0xA0) ||
+                   character == lineSeparator || character == paragraphSeparator;
         },
         L' ');
     return text;

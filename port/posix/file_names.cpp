@@ -104,20 +104,18 @@ bool IsPathSeparator(char character)
     return character == '/';
 }
 
-std::string JoinPath(std::string_view folder, std::string_view name)
-{
-    std::string path(folder);
-    if (!path.empty() && !IsPathSeparator(path.back()))
-    {
-        path += PathSeparator();
-    }
-    return path.append(name);
-}
-
 bool FileExists(const char* path)
 {
     struct stat information = {};
     return stat(NativePath(path).c_str(), &information) == 0 && S_ISREG(information.st_mode);
+}
+
+std::int64_t FileSize(const char* path)
+{
+    struct stat information = {};
+    const bool isFile =
+        stat(NativePath(path).c_str(), &information) == 0 && S_ISREG(information.st_mode);
+    return isFile ? information.st_size : 0;
 }
 
 bool MoveFileReplacing(const char* from, const char* to)

@@ -1,5 +1,7 @@
 #include "port/posix/native_text.h"
 
+#include "port/code_page.h"
+
 #include <cstdint>
 #include <cstring>
 
@@ -8,36 +10,6 @@ namespace port
 
 namespace
 {
-
-// Bytes 0x80 to 0x9F; all others stand for the character of the same number.
-constexpr char32_t kHighControls[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
-};
-
-char32_t CharacterOf(unsigned char byte)
-{
-    return byte >= 0x80 && byte <= 0x9F ? kHighControls[byte - 0x80] : byte;
-}
-
-bool TryByteOf(char32_t character, char& byte)
-{
-    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
-    {
-        byte = static_cast<char>(character);
-        return true;
-    }
-    for (unsigned int index = 0; index < 32; ++index)
-    {
-        if (kHighControls[index] == character)
-        {
-            byte = static_cast<char>(0x80 + index);
-            return true;
-        }
-    }
-    return false;
-}
 
 unsigned char ByteAt(std::string_view text, std::size_t index)
 {
@@ -118,7 +90,7 @@ std::string NativePath(const char* path)
     for (const char* next = path == nullptr ? "" : path; *next != '\0'; ++next)
     {
         char sequence[kLongestSequence];
-        native.append(sequence, Encode(CharacterOf(static_cast<unsigned char>(*next)), sequence));
+        native.append(sequence, Encode(CharacterOf(*next), sequence));
     }
     return native;
 }
@@ -129,7 +101,7 @@ bool TryNativePath(const char* path, char* native, std::size_t capacity) noexcep
     for (const char* next = path == nullptr ? "" : path; *next != '\0'; ++next)
     {
         char sequence[kLongestSequence];
-        const std::size_t size = Encode(CharacterOf(static_cast<unsigned char>(*next)), sequence);
+        const std::size_t size = Encode(CharacterOf(*next), sequence);
         if (size >= capacity - length)
         {
             return false;

@@ -244,7 +244,7 @@ TEST(OpenDatabase, OfAFolderThatIsMissingIsRefused)
     const auto failure = FailureOf(
         [&]
         {
-            Open(database, "DRIVER={SQLite3};Database=" + missing.string());
+            Open(database, "DRIVER={SQLite3};Database=" + missing.generic_string());
             database.ExecuteSQLW(L"CREATE TABLE T (A TEXT)");
         });
     ASSERT_TRUE(failure.has_value());

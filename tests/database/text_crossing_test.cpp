@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <ostream>
 
 using namespace database_tests;
@@ -82,16 +81,19 @@ TEST_P(TextCrossing, KeepsEveryLetterBothWays)
 INSTANTIATE_TEST_SUITE_P(Texts, TextCrossing, testing::ValuesIn(kCases),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(ConnectCrossing, OpensAFileWhoseNameHasAccents)
+TEST(StatementCrossing, SqliteIsWideWithTheDriverOfWindowsAlone)
 {
-    const SqliteFile file;
-    const std::filesystem::path folder = std::filesystem::path(file.Path()).parent_path();
-    CDatabase database;
-    Open(database, "DRIVER={SQLite3};Database=" + folder.string() + "/R\xE9gles \x80.db");
-    database.ExecuteSQLW(L"CREATE TABLE T (A INTEGER)");
-    database.Close();
+    using database::DialectOf;
+    using database::StatementCrossing;
+    constexpr auto kWide = database::TextCrossing::Utf16;
+    constexpr auto kNarrow = database::TextCrossing::Utf8;
 
-    EXPECT_TRUE(std::filesystem::exists(folder / std::filesystem::path(u8"R\u00E9gles \u20AC.db")));
+    EXPECT_EQ(StatementCrossing(DialectOf("SQLite"), "sqlite3odbc.dll"), kWide);
+    EXPECT_EQ(StatementCrossing(DialectOf("SQLite"), "SQLITE3ODBC.DLL"), kWide);
+    EXPECT_EQ(StatementCrossing(DialectOf("SQLite"), "libsqlite3odbc.so"), kNarrow);
+    EXPECT_EQ(StatementCrossing(DialectOf("SQLite"), ""), kNarrow);
+    EXPECT_EQ(StatementCrossing(DialectOf("PostgreSQL"), "psqlodbcw.so"), kWide);
+    EXPECT_EQ(StatementCrossing(DialectOf("PostgreSQL"), "psqlodbcw.dll"), kWide);
 }
 
 TEST(ConnectCrossing, UsesNarrowCallsForSqliteOnlyWhereALetterWouldBeLost)

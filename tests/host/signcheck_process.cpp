@@ -1,25 +1,9 @@
 #include "tests/host/signcheck_process.h"
 
-#include <cstdlib>
+#include "tests/testing/platform.h"
 
 namespace testing_support
 {
-
-namespace
-{
-
-// One word of a shell command; nothing in single quotes has a meaning but the quote.
-std::string ShellWord(const std::string& text)
-{
-    std::string word = "'";
-    for (const char character : text)
-    {
-        word += character == '\'' ? std::string("'\\''") : std::string(1, character);
-    }
-    return word + "'";
-}
-
-} // namespace
 
 nlohmann::json Answer::Json() const
 {
@@ -31,18 +15,11 @@ nlohmann::json Answer::Json() const
 Answer RunSigncheck(const std::vector<std::string>& arguments)
 {
     const TemporaryFolder folder;
-    std::string command = ShellWord(SIGNCHECK_PROGRAM);
-    for (const std::string& argument : arguments)
-    {
-        command += " " + ShellWord(argument);
-    }
-    command += " >" + ShellWord(folder.Path("output")) + " 2>" + ShellWord(folder.Path("errors"));
-    command += " </dev/null; echo $? >" + ShellWord(folder.Path("status"));
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
     Answer answer;
+    answer.status =
+        RunProgram(SIGNCHECK_PROGRAM, arguments, folder.Path("output"), folder.Path("errors"));
     answer.output = ReadWholeFile(folder.Path("output"));
     answer.errors = ReadWholeFile(folder.Path("errors"));
-    answer.status = std::atoi(ReadWholeFile(folder.Path("status")).c_str());
     return answer;
 }
 

@@ -140,13 +140,6 @@ TEST_F(Com, UnknownClassIsNotRegistered)
     EXPECT_EQ(m_object, nullptr);
 }
 
-TEST_F(Com, LastErrorStaysAsItWas)
-{
-    SetLastError(4711);
-    EXPECT_EQ(Create(kClass), REGDB_E_CLASSNOTREG);
-    EXPECT_EQ(GetLastError(), 4711U);
-}
-
 TEST_F(Com, ClassOfTheProcessIsMade)
 {
     const DWORD cookie = Register();
@@ -221,16 +214,6 @@ TEST_F(Com, CookieIsRevokedOnce)
     EXPECT_EQ(CoRevokeClassObject(cookie), S_OK);
     EXPECT_EQ(CoRevokeClassObject(cookie), E_INVALIDARG);
     EXPECT_EQ(CoRevokeClassObject(0), E_INVALIDARG);
-}
-
-TEST_F(Com, RegistrationsOfOneClassHaveCookiesOfTheirOwn)
-{
-    const DWORD first = Register();
-    const DWORD second = Register();
-    EXPECT_NE(first, second);
-    EXPECT_EQ(CoRevokeClassObject(first), S_OK);
-    EXPECT_EQ(Create(kClass), S_OK);
-    EXPECT_EQ(CoRevokeClassObject(second), S_OK);
 }
 
 } // namespace

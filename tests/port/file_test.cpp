@@ -242,6 +242,15 @@ TEST(FileNames, ExistenceTellsFilesFromFolders)
     EXPECT_FALSE(port::FolderExists(path.c_str()));
 }
 
+TEST(FileNames, SizeIsThatOfAFile)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(port::FileSize(folder.Write("data", "12345").c_str()), 5);
+    EXPECT_EQ(port::FileSize(folder.Write("empty", "").c_str()), 0);
+    EXPECT_EQ(port::FileSize(folder.Path("missing").c_str()), 0);
+    EXPECT_EQ(port::FileSize(folder.Path().c_str()), 0);
+}
+
 TEST(FileNames, ReplacingMovePutsTheNewFileInPlaceOfTheOld)
 {
     const TemporaryFolder folder;

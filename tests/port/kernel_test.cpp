@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 namespace
@@ -16,17 +17,28 @@ TEST(LastError, IsKeptUntilTheNextCallThatSetsIt)
 
 TEST(LastError, EachThreadHasItsOwn)
 {
-    SetLastError(4711);
+    // Starting and joining a thread may set it, so the threads meet without a call in between.
+    std::atomic<bool> mayGo = false;
+    std::atomic<bool> hasSet = false;
     DWORD atStart = 1;
-    std::thread(
+    std::thread other(
         [&]
         {
             atStart = GetLastError();
+            while (!mayGo)
+            {
+            }
             SetLastError(1);
-        })
-        .join();
-    EXPECT_EQ(atStart, 0U);
+            hasSet = true;
+        });
+    SetLastError(4711);
+    mayGo = true;
+    while (!hasSet)
+    {
+    }
     EXPECT_EQ(GetLastError(), 4711U);
+    other.join();
+    EXPECT_EQ(atStart, 0U);
 }
 
 TEST(TickCount, DoesNotRunBackwards)

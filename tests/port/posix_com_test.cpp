@@ -329,4 +329,31 @@ TEST(PosixComTables, StartWithThreeEntriesOfUnknownAndFourOfDispatch)
     }
 }
 
+// The real call does not set it on purpose, but what it does inside may.
+TEST_F(PosixCom, LastErrorOfAnUnknownClassStaysAsItWas)
+{
+    SetLastError(4711);
+    EXPECT_EQ(Create(kClass), REGDB_E_CLASSNOTREG);
+    EXPECT_EQ(GetLastError(), 4711U);
+}
+
+// Wine gives the second registration no cookie.
+TEST_F(PosixCom, RegistrationsOfOneClassHaveCookiesOfTheirOwn)
+{
+    DWORD cookies[2] = {};
+    for (DWORD& cookie : cookies)
+    {
+        auto* const factory = new Factory();
+        EXPECT_EQ(CoRegisterClassObject(kClass, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+                                        &cookie),
+                  S_OK);
+        factory->Release();
+    }
+    EXPECT_NE(cookies[0], cookies[1]);
+    EXPECT_EQ(CoRevokeClassObject(cookies[0]), S_OK);
+    EXPECT_EQ(Create(kClass), S_OK);
+    ReleaseAll();
+    EXPECT_EQ(CoRevokeClassObject(cookies[1]), S_OK);
+}
+
 } // namespace

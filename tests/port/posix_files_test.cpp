@@ -105,4 +105,14 @@ TEST(PosixFiles, MoveToAnotherVolumeIsRefused)
     EXPECT_TRUE(fs::exists(from));
 }
 
+// The real call may change it.
+TEST(PosixFiles, DeletingAFileLeavesTheLastError)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("order.veu", "x");
+    SetLastError(4711);
+    EXPECT_NE(DeleteFileA(path.c_str()), 0);
+    EXPECT_EQ(GetLastError(), 4711U);
+}
+
 } // namespace

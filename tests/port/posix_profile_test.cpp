@@ -74,4 +74,51 @@ TEST(PosixProfile, ListsWithoutANameGiveTheDefault)
     EXPECT_EQ(GetPrivateProfileStringA("B", nullptr, "text", buffer, 8, path.c_str()), 4U);
 }
 
+// What follows the real calls of Wine answer otherwise, so that they cannot be asked for it.
+
+TEST(PosixProfile, WholeSectionIsFoundWithBlanksAroundItsName)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("test.ini", "[ Columns ]\nAmount=1\n");
+    char buffer[16];
+    EXPECT_EQ(GetPrivateProfileSectionA(" columns ", buffer, 16, path.c_str()), 9U);
+    EXPECT_STREQ(buffer, "Amount=1");
+}
+
+TEST(PosixProfile, AccentedNamesAreComparedWithoutCase)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("test.ini", "[R\xC9GLE]\n\x8C\x9F=1\n");
+    char buffer[16];
+    EXPECT_EQ(GetPrivateProfileStringA("r\xE9gle", "\x9C\xFF", "", buffer, 16, path.c_str()), 1U);
+}
+
+TEST(PosixProfile, CommentAndNamelessLineAreNoKeys)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("test.ini", "[A]\n;k=0\n=1\nk=2\n");
+    char buffer[16];
+    EXPECT_EQ(GetPrivateProfileStringA("A", ";k", "", buffer, 16, path.c_str()), 0U);
+    EXPECT_EQ(GetPrivateProfileStringA("A", "", "", buffer, 16, path.c_str()), 0U);
+}
+
+TEST(PosixProfile, EndOfFileMarkEndsTheLineAlone)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("test.ini", "[A]\na=1\x1A"
+                                                      "2\nc=3\n");
+    char buffer[16];
+    EXPECT_EQ(GetPrivateProfileStringA("A", "a", "", buffer, 16, path.c_str()), 1U);
+    EXPECT_EQ(GetPrivateProfileStringA("A", "c", "", buffer, 16, path.c_str()), 1U);
+}
+
+TEST(PosixProfile, ListThatIsCutEndsWithTwoNuls)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("test.ini", "[A]\na=1\nbb=2\n[Second]\n");
+    char buffer[] = "########";
+    EXPECT_EQ(GetPrivateProfileStringA("A", nullptr, "", buffer, 5, path.c_str()), 3U);
+    EXPECT_EQ(std::string(buffer, 6), std::string("a\0b\0\0#", 6));
+}
+
 } // namespace

@@ -1,5 +1,6 @@
 #include "psr/report_handoff.h"
 
+#include "port/file_identity.h"
 #include "services/tpipeexception.h"
 #include "tests/signers/trace_file.h"
 #include "tests/testing/temporary_folder.h"
@@ -135,7 +136,8 @@ TEST_F(ReportHandOff, FileHoldsTheReportWhileItIsAnnounced)
 {
     HandOn();
     EXPECT_EQ(client.content, kDocument);
-    EXPECT_EQ(std::filesystem::path(client.path).parent_path().string(), m_temporary);
+    EXPECT_EQ(port::IdentifyFile(std::filesystem::path(client.path).parent_path().string()),
+              port::IdentifyFile(m_temporary));
     EXPECT_EQ(std::filesystem::path(client.path).extension().string(), ".psr");
 }
 

@@ -1,10 +1,10 @@
 #include "services/cevents.h"
+#include "tests/testing/platform.h"
 #include "tests/testing/test_database.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -14,14 +14,11 @@
 namespace
 {
 
+using testing_support::ReadWholeFile;
+using testing_support::RunProgram;
 using testing_support::ScopedEnvironment;
 using testing_support::TemporaryFolder;
 using testing_support::TestDatabase;
-
-std::string Quoted(const std::string& text)
-{
-    return "\"" + text + "\"";
-}
 
 /// Runs the worker program in as many processes at once as there are names.
 void RunWorkers(const std::string& task, const std::string& place,
@@ -33,10 +30,12 @@ void RunWorkers(const std::string& task, const std::string& place,
         threads.emplace_back(
             [=]
             {
-                const std::string command = Quoted(SIGNUTILS_SERVICES_WORKER) + " " + task + " " +
-                                            Quoted(place) + " " + Quoted(name) + " " +
-                                            std::to_string(count);
-                EXPECT_EQ(std::system(command.c_str()), 0) << command;
+                const TemporaryFolder folder;
+                EXPECT_EQ(RunProgram(SIGNUTILS_SERVICES_WORKER,
+                                     {task, place, name, std::to_string(count)},
+                                     folder.Path("output"), folder.Path("errors")),
+                          0)
+                    << ReadWholeFile(folder.Path("errors"));
             });
     }
     for (std::thread& thread : threads)

@@ -1,5 +1,7 @@
 #include "tests/testing/temporary_folder.h"
 
+#include "tests/testing/platform.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -12,27 +14,6 @@
 namespace testing_support
 {
 
-namespace
-{
-
-void SetVariable(const std::string& name, const char* value)
-{
-#if defined(_WIN32)
-    _putenv_s(name.c_str(), value == nullptr ? "" : value);
-#else
-    if (value == nullptr)
-    {
-        unsetenv(name.c_str());
-    }
-    else
-    {
-        setenv(name.c_str(), value, 1);
-    }
-#endif
-}
-
-} // namespace
-
 TemporaryFolder::TemporaryFolder()
 {
     std::random_device random;
@@ -43,7 +24,7 @@ TemporaryFolder::TemporaryFolder()
         name << "signutils-test-" << std::hex << random() << random();
         if (std::filesystem::create_directory(base / name.str()))
         {
-            m_path = (base / name.str()).string();
+            m_path = PathForDrivers((base / name.str()).string());
             return;
         }
     }
@@ -58,7 +39,7 @@ TemporaryFolder::~TemporaryFolder()
 
 std::string TemporaryFolder::Path(const std::string& name) const
 {
-    return (std::filesystem::path(m_path) / name).string();
+    return m_path + "/" + name;
 }
 
 std::string TemporaryFolder::Write(const std::string& name, const std::string& bytes) const

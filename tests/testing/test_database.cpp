@@ -1,12 +1,10 @@
 #include "tests/testing/test_database.h"
 
+#include "port/kernel.h"
 #include "schema/scripts.h"
 
 #include <gtest/gtest.h>
 
-#if defined(_WIN32)
-#include <windows.h>
-#endif
 #include <sql.h>
 #include <sqlext.h>
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace engine
+{
+
+/// How the bytes of an XML document become UTF-8.
+enum class XmlEncoding
+{
+    Parsers,     ///< the parser reads it: UTF-8, UTF-16, US-ASCII, ISO-8859-1, ISO-8859-15
+    Windows1252, ///< read here, since not every build of the parser knows it
+    Other,       ///< not read
+};
+
+/// The encoding that the XML declaration at the document's start names, in capitals. Empty when it
+/// names none or is not written in bytes of ASCII.
+std::string DeclaredEncoding(std::string_view start);
+
+XmlEncoding EncodingOf(std::string_view name);
+
+} // namespace engine

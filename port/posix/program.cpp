@@ -1,0 +1,25 @@
+#include "port/program.h"
+
+#include <cstdlib>
+
+namespace port
+{
+
+std::vector<std::string> Utf8Arguments(int count, char** values)
+{
+    if (count < 2)
+    {
+        return {};
+    }
+    return {values + 1, values + count};
+}
+
+std::string Utf8Environment(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string() : std::string(value);
+}
+
+void UseUtf8Output() {}
+
+} // namespace port

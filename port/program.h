@@ -1,0 +1,23 @@
+#pragma once
+
+// What a program of this project asks of the platform where it starts and ends.
+
+#include "port/export.h"
+
+#include <string>
+#include <vector>
+
+namespace port
+{
+
+/// The arguments of the program in UTF-8, without its own name; they may be malformed. `count` and
+/// `values` are those of main; Windows gives its own, which have all letters.
+SIGNUTILS_PORT_API std::vector<std::string> Utf8Arguments(int count, char** values);
+
+/// Value of an environment variable in UTF-8, empty when it is not set; it may be malformed.
+SIGNUTILS_PORT_API std::string Utf8Environment(const char* name);
+
+/// Lets bytes pass through standard output and error as they are, UTF-8 on a console too.
+SIGNUTILS_PORT_API void UseUtf8Output();
+
+} // namespace port

@@ -1,0 +1,50 @@
+#include "port/program.h"
+
+#include "port/kernel.h"
+#include "port/windows/native_text.h"
+
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
+#include <memory>
+#include <shellapi.h>
+
+namespace port
+{
+
+namespace
+{
+
+struct LocalDeleter
+{
+    void operator()(void* memory) const noexcept { LocalFree(memory); }
+};
+
+} // namespace
+
+std::vector<std::string> Utf8Arguments(int /*count*/, char** /*values*/)
+{
+    int count = 0;
+    const std::unique_ptr<LPWSTR, LocalDeleter> values(
+        CommandLineToArgvW(GetCommandLineW(), &count));
+    std::vector<std::string> arguments;
+    for (int index = 1; values != nullptr && index < count; ++index)
+    {
+        arguments.push_back(Utf8FromNative(values.get()[index]));
+    }
+    return arguments;
+}
+
+std::string Utf8Environment(const char* name)
+{
+    return Utf8FromNative(NativeVariable(ToNative(name).c_str()));
+}
+
+void UseUtf8Output()
+{
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+} // namespace port

@@ -1,0 +1,45 @@
+# Fails when the list of what the library gives on Windows and the list of what it gives elsewhere
+# name different things. The compilers spell the type of sizes differently.
+#
+# cmake -DSYMBOLS=<exported_symbols.txt> -DEXPORTS=<exports.def> -P windows_exports.cmake
+cmake_minimum_required(VERSION 3.25)
+
+# Writes the names of a list file in readable form, sorted.
+function(readable file result)
+  file(STRINGS "${file}" names REGEX "^ *[_A-Za-z][_A-Za-z0-9]*( DATA)?$")
+  list(FILTER names EXCLUDE REGEX "^EXPORTS$|_invalid_parameter_handler$")
+  list(TRANSFORM names STRIP)
+  list(TRANSFORM names REPLACE " DATA$" "")
+  list(JOIN names "\n" lines)
+  file(WRITE "${WORK}/names.txt" "${lines}\n")
+  execute_process(COMMAND c++filt INPUT_FILE "${WORK}/names.txt"
+    OUTPUT_VARIABLE lines OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  string(REPLACE "unsigned long long" "unsigned long" lines "${lines}")
+  string(REPLACE "\n" ";" lines "${lines}")
+  list(REMOVE_DUPLICATES lines)
+  list(SORT lines)
+  set(${result} "${lines}" PARENT_SCOPE)
+endfunction()
+
+readable("${SYMBOLS}" elsewhere)
+readable("${EXPORTS}" on_windows)
+list(LENGTH elsewhere count)
+if(count EQUAL 0)
+  message(FATAL_ERROR "${SYMBOLS} names nothing")
+endif()
+foreach(name IN LISTS elsewhere)
+  if(NOT name IN_LIST on_windows)
+    message("not on Windows: ${name}")
+    set(differs ON)
+  endif()
+endforeach()
+foreach(name IN LISTS on_windows)
+  if(NOT name IN_LIST elsewhere)
+    message("on Windows only: ${name}")
+    set(differs ON)
+  endif()
+endforeach()
+if(differs)
+  message(FATAL_ERROR "Build for Windows and run scripts/lib/windows_exports build/windows.")
+endif()
+message("${count} names, the same on both")

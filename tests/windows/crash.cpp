@@ -1,0 +1,8 @@
+// Ends with an access violation, so that a run of the suite shows that a crash counts as a failure.
+
+int main()
+{
+    volatile int* volatile nowhere = nullptr;
+    *nowhere = 1;
+    return 0;
+}
