@@ -79,7 +79,7 @@ bool TDelimitedFile::CopyFileName(const char* path)
 void TDelimitedFile::ReadHeaders(bool oneLineHeader)
 {
     AppendRow(m_firstHeader);
-    m_parseMode = ParseMode::Quoted;
+    m_parseMode = amounts::ParseMode::Quoted;
     if (oneLineHeader)
     {
         return;
@@ -95,7 +95,8 @@ void TDelimitedFile::ReadHeaders(bool oneLineHeader)
 void TDelimitedFile::AppendRow(TArray<TSimpleString>& header)
 {
     ReadRow(m_currentRow);
-    for (std::size_t i = 0; i < m_currentRow.GetCount(); ++i)
+    const std::size_t count = m_currentRow.GetCount();
+    for (std::size_t i = 0; i < count; ++i)
     {
         const std::string_view field = m_currentRow.GetAt(i);
         header.Add(TSimpleString(field.data(), field.size()));
@@ -114,21 +115,9 @@ bool TDelimitedFile::NextRow()
 
 void TDelimitedFile::ReadRow(amounts::DelimitedRow& row)
 {
-    row.m_fields.clear();
     ++m_rowCounter;
     ReadLine(row.m_line);
-    try
-    {
-        if (!row.m_line.empty())
-        {
-            m_parseMode == ParseMode::Plain ? SplitPlain(row) : SplitQuoted(row);
-        }
-    }
-    catch (const std::bad_alloc&)
-    {
-        row.m_fields.clear();
-        m_intact = false;
-    }
+    row.Split(m_parseMode);
 }
 
 // A line beyond memory reads as an empty one, which ends the caller's loop.
@@ -143,56 +132,6 @@ void TDelimitedFile::ReadLine(std::string& line)
         line.clear();
         m_intact = false;
         m_hasMoreRows = m_file.FinishLine();
-    }
-}
-
-void TDelimitedFile::SplitPlain(amounts::DelimitedRow& row) const
-{
-    std::string_view line = row.m_line;
-    if (line.back() == m_lineEnd)
-    {
-        line.remove_suffix(1);
-    }
-    for (;;)
-    {
-        const std::size_t end = line.find(m_separator);
-        row.m_fields.push_back(line.substr(0, end));
-        if (end == std::string_view::npos)
-        {
-            return;
-        }
-        line.remove_prefix(end + 1U);
-    }
-}
-
-// Separators and text outside quotes are passed over, so an unquoted value is lost; escape
-// characters are kept in the field.
-void TDelimitedFile::SplitQuoted(amounts::DelimitedRow& row) const
-{
-    const std::string_view line = row.m_line;
-    std::size_t opening = std::string_view::npos;
-    for (std::size_t at = line.find(m_quote); at != std::string_view::npos;
-         at = line.find(m_quote, at + 1U))
-    {
-        if (at > 0 && line[at - 1U] == m_escape)
-        {
-            continue;
-        }
-        if (opening == std::string_view::npos)
-        {
-            opening = at;
-            continue;
-        }
-        row.m_fields.push_back(line.substr(opening + 1U, at - opening - 1U));
-        opening = std::string_view::npos;
-    }
-    if (row.m_fields.empty())
-    {
-        row.m_fields.push_back(line);
-    }
-    else if (opening != std::string_view::npos)
-    {
-        row.m_fields.push_back(line.substr(opening + 1U));
     }
 }
 

@@ -1,44 +1,11 @@
 #pragma once
 
+#include "amounts/delimited_row.h"
 #include "amounts/text_line_reader.h"
 #include "containers/text_array.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
-#include <vector>
-
-class TDelimitedFile;
-
-namespace amounts
-{
-
-/// The fields of one line. The texts live in the row and are overwritten by the next one read.
-class DelimitedRow
-{
-public:
-    DelimitedRow() = default;
-    // The fields are views into the row's own line.
-    DelimitedRow(const DelimitedRow&) = delete;
-    DelimitedRow& operator=(const DelimitedRow&) = delete;
-
-    bool IsEmpty() const noexcept { return m_fields.empty(); }
-    std::size_t GetCount() const noexcept { return m_fields.size(); }
-    /// The field, or an empty text where the row is too short.
-    std::string_view GetAt(std::size_t index) const noexcept
-    {
-        return index < m_fields.size() ? m_fields[index] : std::string_view();
-    }
-
-private:
-    friend class ::TDelimitedFile;
-
-    std::string m_line;
-    std::vector<std::string_view> m_fields;
-};
-
-} // namespace amounts
 
 /// Reads a text table written by the format-conversion engine: one row per line, line 1 split at
 /// every ';', every later line made of its quoted stretches. Holds one data row at a time. Failures
@@ -81,29 +48,17 @@ public:
     void Close() noexcept;
 
 private:
-    enum class ParseMode : std::uint32_t
-    {
-        Plain = 1,
-        Quoted = 2,
-    };
-
     bool OpenFile(const char* path);
     bool CopyFileName(const char* path);
     void ReadHeaders(bool oneLineHeader);
     void AppendRow(TArray<TSimpleString>& header);
     void ReadLine(std::string& line);
-    void SplitPlain(amounts::DelimitedRow& row) const;
-    void SplitQuoted(amounts::DelimitedRow& row) const;
 
-    char m_quote = '"';
-    char m_escape = '\\';
-    char m_separator = ';';
-    char m_lineEnd = '\n';
     std::int32_t m_headerLineCount = 0;
     std::uint32_t m_rowCounter = 0;
     amounts::TextLineReader m_file;
     std::string m_fileName;
-    ParseMode m_parseMode = ParseMode::Plain;
+    amounts::ParseMode m_parseMode = amounts::ParseMode::Plain;
     bool m_hasMoreRows = false;
     bool m_intact = false; // opened, and no line was lost for want of memory
     amounts::DelimitedRow m_currentRow;

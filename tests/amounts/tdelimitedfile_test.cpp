@@ -241,6 +241,51 @@ TEST_P(QuotedLine, SplitsIntoItsQuotedStretches)
 INSTANTIATE_TEST_SUITE_P(Lines, QuotedLine, testing::ValuesIn(kSplitCases),
                          [](const auto& test) { return std::string(test.param.name); });
 
+TEST(QuotedLine, QuotesAndEscapesAreFoundWhereverTheyStand)
+{
+    // The line is searched in stretches: each quote and escape stands once at each border.
+    for (std::size_t length = 0; length <= 200; ++length)
+    {
+        const std::string first(length, 'x');
+        const std::string line = '"' + first + R"(";"a\"b";"";"last")" + "\r\n";
+        ASSERT_THAT(RowsAfterOneHeader(line),
+                    ElementsAre(ElementsAre(first, R"(a\"b)", "", "last")))
+            << length;
+    }
+}
+
+TEST(DelimitedRow, FieldsMayBeAskedForInAnyOrder)
+{
+    const TemporaryFolder folder;
+    const TDelimitedFile file(folder.Write("work.txt", "H\n\"0\";\"1\";\"2\";\"3\"\n").c_str(),
+                              kOneLine);
+    const DelimitedRow& row = file.CurrentRow();
+    for (const std::size_t column : {2U, 0U, 0U, 3U, 1U})
+    {
+        EXPECT_EQ(row.GetAt(column), std::to_string(column));
+    }
+    EXPECT_EQ(row.GetAt(4), "");
+    EXPECT_EQ(row.GetCount(), 4U);
+    EXPECT_EQ(row.GetAt(1), "1");
+    EXPECT_EQ(row.GetAt(4000), "");
+    EXPECT_EQ(row.GetAt(3), "3");
+}
+
+TEST(DelimitedFile, EmptyFieldsOfTheFirstLineCount)
+{
+    const TemporaryFolder folder;
+    const TDelimitedFile file(folder.Write("work.txt", "A;;C;\r\n\"1\"\r\n").c_str(), kOneLine);
+    EXPECT_THAT(FieldsOf(file.GetFirstHeader()), ElementsAre("A", "", "C", ""));
+}
+
+TEST(DelimitedRow, RowThatWasNeverReadHasNoField)
+{
+    const DelimitedRow row;
+    EXPECT_TRUE(row.IsEmpty());
+    EXPECT_EQ(row.GetCount(), 0U);
+    EXPECT_EQ(row.GetAt(0), "");
+}
+
 // Opens with standard error caught.
 std::string ErrorsOfOpening(const char* path, std::size_t failingSize = 0)
 {
