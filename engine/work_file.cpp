@@ -1,10 +1,12 @@
 #include "engine/work_file.h"
 
 #include "engine/failure.h"
+#include "engine/quoted_row.h"
 #include "port/environment.h"
 #include "support/format.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -29,29 +31,8 @@ std::string TemporaryName(const std::string& finalPath)
 
 } // namespace
 
-void AppendQuotedField(std::string& line, std::string_view field)
-{
-    line += '"';
-    for (const char character : field)
-    {
-        if (static_cast<unsigned char>(character) < 0x20U || character == 0x7F)
-        {
-            line += ' ';
-        }
-        else
-        {
-            line += character == '"' ? '\'' : character;
-        }
-    }
-    if (line.back() == '\\')
-    {
-        line.back() = '/';
-    }
-    line += '"';
-}
-
 WorkFile::WorkFile(std::string finalPath, HeaderKind kind,
-                   std::initializer_list<const char*> columns)
+                   std::initializer_list<std::string_view> columns)
     : m_finalPath(std::move(finalPath)), m_temporaryPath(TemporaryName(m_finalPath))
 {
     m_buffer.reserve(kBufferSize);
@@ -72,7 +53,7 @@ WorkFile::~WorkFile()
     }
 }
 
-void WorkFile::WriteHeader(HeaderKind kind, std::initializer_list<const char*> columns)
+void WorkFile::WriteHeader(HeaderKind kind, std::initializer_list<std::string_view> columns)
 {
     if (kind == HeaderKind::None)
     {
@@ -80,36 +61,24 @@ void WorkFile::WriteHeader(HeaderKind kind, std::initializer_list<const char*> c
     }
     std::string names;
     std::string widths;
-    std::string labels;
-    for (const char* const column : columns)
+    for (const std::string_view column : columns)
     {
         const std::string_view separator = names.empty() ? "" : ";";
         names.append(separator).append(column);
         widths.append(separator).append(std::to_string(kColumnWidth));
-        labels.append(separator);
-        AppendQuotedField(labels, column);
     }
     Line(names);
     if (kind == HeaderKind::FourLines)
     {
         Line(widths);
-        Line(labels);
+        Row(columns);
         Line(std::string(columns.size() * kColumnWidth, '-'));
     }
 }
 
 void WorkFile::Row(std::initializer_list<std::string_view> fields)
 {
-    bool first = true;
-    for (const std::string_view field : fields)
-    {
-        if (!first)
-        {
-            m_buffer += ';';
-        }
-        first = false;
-        AppendQuotedField(m_buffer, field);
-    }
+    AppendQuotedRow(m_buffer, fields);
     m_buffer += kLineEnd;
     FlushWhenFull();
 }

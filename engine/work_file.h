@@ -23,7 +23,8 @@ class WorkFile
 {
 public:
     /// `finalPath` is Windows-1252.
-    WorkFile(std::string finalPath, HeaderKind kind, std::initializer_list<const char*> columns);
+    WorkFile(std::string finalPath, HeaderKind kind,
+             std::initializer_list<std::string_view> columns);
     ~WorkFile();
     WorkFile(const WorkFile&) = delete;
     WorkFile& operator=(const WorkFile&) = delete;
@@ -41,7 +42,7 @@ public:
     void Withdraw() noexcept;
 
 private:
-    void WriteHeader(HeaderKind kind, std::initializer_list<const char*> columns);
+    void WriteHeader(HeaderKind kind, std::initializer_list<std::string_view> columns);
     void FlushWhenFull();
     void WriteBuffer();
     [[noreturn]] void Fail(const char* attempt) const;
@@ -52,9 +53,5 @@ private:
     std::string m_buffer;
     bool m_onDisk = false; // under its temporary name
 };
-
-/// A field as it may stand between quotes: line ends and control characters become blanks, a quote
-/// an apostrophe, a backslash at the end a slash.
-void AppendQuotedField(std::string& line, std::string_view field);
 
 } // namespace engine
