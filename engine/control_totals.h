@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace engine
 {
@@ -21,8 +22,8 @@ public:
         Finding sum;
     };
 
-    void StateCount(const std::string& text) { m_statedCount = text; }
-    void StateSum(const std::string& text) { m_statedSum = text; }
+    void StateCount(std::string_view text) { m_statedCount = text; }
+    void StateSum(std::string_view text) { m_statedSum = text; }
     void CountOrder() noexcept { ++m_count; }
     void Add(const ExactDecimal& amount) noexcept { m_sum.Add(amount); }
 

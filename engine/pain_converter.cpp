@@ -1,16 +1,17 @@
 #include "engine/pain_converter.h"
 
+#include "engine/blanks.h"
 #include "engine/control_totals.h"
 #include "engine/failure.h"
 #include "engine/order_amount.h"
 #include "engine/pain_records.h"
 #include "engine/pain_text.h"
 #include "engine/xml_stream.h"
+#include "support/codepage.h"
 #include "support/format.h"
 
-#include <algorithm>
-#include <array>
 #include <string>
+#include <string_view>
 
 namespace engine
 {
@@ -21,10 +22,18 @@ namespace
 // Texts that are compared or added: cut, they would be others.
 bool IsNumber(PainField field)
 {
-    constexpr std::array<PainField, 6> kNumbers = {
-        PainField::FileCount, PainField::FileSum,          PainField::GroupCount,
-        PainField::GroupSum,  PainField::InstructedAmount, PainField::EquivalentAmount};
-    return std::find(kNumbers.begin(), kNumbers.end(), field) != kNumbers.end();
+    switch (field)
+    {
+    case PainField::FileCount:
+    case PainField::FileSum:
+    case PainField::GroupCount:
+    case PainField::GroupSum:
+    case PainField::InstructedAmount:
+    case PainField::EquivalentAmount:
+        return true;
+    default:
+        return false;
+    }
 }
 
 PainMessage OtherMessage(PainMessage message)
@@ -42,11 +51,11 @@ class PainHandler final : public XmlHandler
 {
 public:
     PainHandler(PainMessage message, ConversionOutput& output)
-        : m_message(message), m_paths(PainPaths(message)), m_output(output)
+        : m_message(message), m_paths(PainPaths(message)), m_children(m_paths), m_output(output)
     {
     }
 
-    void StartElement(std::string_view name, const Attributes& attributes) override;
+    void StartElement(const char* name, const Attributes& attributes) override;
     std::size_t Characters(std::string_view text) override;
     void EndElement() override;
 
@@ -61,16 +70,19 @@ private:
     void EndGroup();
     void BeginOrder();
     void EndOrder();
+    std::string_view Narrowed(std::string_view utf8);
     void Store(PainField field);
-    void StoreOfFile(PainField field, const std::string& text);
-    void TakeAmount(const std::string& text);
-    void TakeExecutionDate(const std::string& text);
+    void StoreElsewhere(PainField field, std::string_view text);
+    void StoreOfFile(PainField field, std::string_view text);
+    void TakeAmount(std::string_view text);
+    void TakeExecutionDate(std::string_view text);
     void OpenRemittance();
     std::string OrderRecord() const;
     std::string GroupRecord() const;
 
     PainMessage m_message;
     const Paths& m_paths;
+    ChildMemo<PainField> m_children;
     ConversionOutput& m_output;
 
     // Where the document stands: outside a message, at a node of the table, or `m_skipped` levels
@@ -78,7 +90,8 @@ private:
     bool m_inMessage = false;
     Paths::Node m_node = Paths::kRoot;
     unsigned m_skipped = 0;
-    std::string m_text;
+    std::string m_text;   // of the element, as it came
+    std::string m_narrow; // a text of the work files
 
     std::uint64_t m_messages = 0;
     std::uint64_t m_group = 0;
@@ -100,12 +113,11 @@ std::string PainHandler::GroupRecord() const
 
 std::string PainHandler::OrderRecord() const
 {
-    return std::to_string(m_group) + "." + std::to_string(m_orderInGroup);
+    return (m_payments.head.record + ".").append(std::to_string(m_orderInGroup));
 }
 
-void PainHandler::StartElement(std::string_view name, const Attributes& attributes)
+void PainHandler::StartElement(const char* name, const Attributes& attributes)
 {
-    m_output.SetPosition(m_line);
     if (!m_inMessage)
     {
         if (IsPainMessageElement(m_message, name))
@@ -115,13 +127,13 @@ void PainHandler::StartElement(std::string_view name, const Attributes& attribut
         else if (const PainMessage other = OtherMessage(m_message);
                  IsPainMessageElement(other, name))
         {
-            m_output.AddError(m_line, "", Finding::RecordOutOfPlace,
+            m_output.AddError(Line(), "", Finding::RecordOutOfPlace,
                               std::string("A ") + NameOf(other) +
                                   " message in the file is passed over");
         }
         return;
     }
-    const Paths::Node child = m_skipped > 0 ? Paths::kNowhere : m_paths.Child(m_node, name);
+    const Paths::Node child = m_skipped > 0 ? Paths::kNowhere : m_children.Child(m_node, name);
     if (child == Paths::kNowhere)
     {
         ++m_skipped;
@@ -139,7 +151,7 @@ void PainHandler::StartElement(std::string_view name, const Attributes& attribut
         break;
     case PainField::InstructedAmount:
     case PainField::EquivalentAmount:
-        m_amountCurrency = Shortened(Trimmed(Narrow(attributes.Find("Ccy"))));
+        m_amountCurrency = Shortened(Narrowed(attributes.Find("Ccy")));
         break;
     default:
         break;
@@ -157,9 +169,9 @@ std::size_t PainHandler::Characters(std::string_view text)
 
 void PainHandler::EndElement()
 {
-    m_output.SetPosition(m_line);
     if (!m_inMessage)
     {
+        m_output.SetPosition(Line());
         return;
     }
     if (m_skipped > 0)
@@ -202,7 +214,8 @@ void PainHandler::BeginMessage()
 void PainHandler::EndMessage()
 {
     m_inMessage = false;
-    m_fileTotals.Compare(m_output, m_line, m_messageId, {Finding::HeaderCount, Finding::HeaderSum},
+    m_output.SetPosition(Line());
+    m_fileTotals.Compare(m_output, Line(), m_messageId, {Finding::HeaderCount, Finding::HeaderSum},
                          "file");
 }
 
@@ -230,13 +243,14 @@ void PainHandler::OpenRemittance()
 void PainHandler::EndGroup()
 {
     OpenRemittance();
+    m_output.SetPosition(Line());
     m_output.EndRemittance();
     if (m_orderInGroup == 0)
     {
-        m_output.AddError(m_line, GroupRecord(), Finding::EmptyGroup,
+        m_output.AddError(Line(), GroupRecord(), Finding::EmptyGroup,
                           "Payment group without an order");
     }
-    m_payments.totals.Compare(m_output, m_line, GroupRecord(),
+    m_payments.totals.Compare(m_output, Line(), GroupRecord(),
                               {Finding::GroupCount, Finding::GroupSum}, "payment group");
 }
 
@@ -244,7 +258,9 @@ void PainHandler::BeginOrder()
 {
     OpenRemittance();
     ++m_orderInGroup;
-    m_order = PainOrder();
+    // Copied, so that its texts keep their room.
+    static const PainOrder empty;
+    m_order = empty;
     m_order.row.record = OrderRecord();
 }
 
@@ -254,7 +270,7 @@ void PainHandler::EndOrder()
     const RemittanceHead& head = m_payments.head;
     m_fileTotals.CountOrder();
     m_payments.totals.CountOrder();
-    if (ReadAmount(m_order.amount, '.', m_output, m_line, row))
+    if (ReadAmount(m_order.amount, '.', m_output, Line(), row))
     {
         m_fileTotals.Add(row.amount);
         m_payments.totals.Add(row.amount);
@@ -268,20 +284,35 @@ void PainHandler::EndOrder()
     const bool transfer = m_message == PainMessage::CreditTransfer;
     row.debitAccount = transfer ? head.account : row.account;
     row.creditAccount = transfer ? row.account : head.account;
+    m_output.SetPosition(Line());
     m_output.AddOrder(row);
 }
 
-void PainHandler::TakeAmount(const std::string& text)
+void PainHandler::TakeAmount(std::string_view text)
 {
-    const RawAmount amount{text, m_amountCurrency, true};
-    if (!m_order.amount.present)
+    RawAmount& amount = m_order.amount;
+    if (!amount.present)
     {
-        m_order.amount = amount;
+        amount.text = text;
+        amount.currency = m_amountCurrency;
+        amount.present = true;
         return;
     }
-    m_output.AddError(m_line, OrderRecord(), Finding::RecordMalformed,
+    m_output.AddError(Line(), OrderRecord(), Finding::RecordMalformed,
                       "Second amount in one order; the larger one counts");
-    KeepLarger(m_order.amount, amount, '.');
+    KeepLarger(amount, {std::string(text), m_amountCurrency, true}, '.');
+}
+
+// In Windows-1252, without the blanks around it. Valid until the next call, and no longer than the
+// text given.
+std::string_view PainHandler::Narrowed(std::string_view utf8)
+{
+    if (support::IsAscii(utf8))
+    {
+        return WithoutBlanks(utf8);
+    }
+    support::NarrowFromUtf8(utf8, m_narrow);
+    return WithoutBlanks(m_narrow);
 }
 
 void PainHandler::Store(PainField field)
@@ -290,8 +321,8 @@ void PainHandler::Store(PainField field)
     {
         return;
     }
-    const std::string whole = Trimmed(Narrow(m_text));
-    const std::string text = IsNumber(field) ? whole : Shortened(whole);
+    const std::string_view whole = Narrowed(m_text);
+    const std::string_view text = IsNumber(field) ? whole : Shortened(whole);
     switch (field)
     {
     case PainField::ExecutionDate:
@@ -302,14 +333,28 @@ void PainHandler::Store(PainField field)
         TakeAmount(text);
         break;
     default:
-        StoreOfFile(field, text);
-        m_payments.Take(field, text);
-        m_order.Take(field, text);
+        StoreElsewhere(field, text);
         break;
     }
 }
 
-void PainHandler::StoreOfFile(PainField field, const std::string& text)
+void PainHandler::StoreElsewhere(PainField field, std::string_view text)
+{
+    if (field < PainField::Group)
+    {
+        StoreOfFile(field, text);
+    }
+    else if (field < PainField::Order)
+    {
+        m_payments.Take(field, text);
+    }
+    else
+    {
+        m_order.Take(field, text);
+    }
+}
+
+void PainHandler::StoreOfFile(PainField field, std::string_view text)
 {
     switch (field)
     {
@@ -330,7 +375,7 @@ void PainHandler::StoreOfFile(PainField field, const std::string& text)
     }
 }
 
-void PainHandler::TakeExecutionDate(const std::string& text)
+void PainHandler::TakeExecutionDate(std::string_view text)
 {
     if (text.empty())
     {
@@ -339,8 +384,8 @@ void PainHandler::TakeExecutionDate(const std::string& text)
     m_payments.head.executionDate = PlainDate(text);
     if (m_payments.head.executionDate.empty())
     {
-        m_output.AddError(m_line, GroupRecord(), Finding::FieldMalformed,
-                          "The execution date " + Shortened(text) + " is none");
+        m_output.AddError(Line(), GroupRecord(), Finding::FieldMalformed,
+                          std::string("The execution date ").append(text) + " is none");
     }
 }
 

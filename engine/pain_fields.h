@@ -15,7 +15,8 @@ enum class PainMessage
 };
 
 /// What an element of the message means here. "Own" is the ordering side: debtor of a transfer,
-/// creditor of a direct debit.
+/// creditor of a direct debit. What belongs to the file stands first, then what belongs to a group,
+/// then what belongs to an order.
 enum class PainField
 {
     None,

@@ -56,22 +56,26 @@ constexpr TextOf<OrderRow> kOrderTexts[] = {
 
 template <typename Record, std::size_t Size>
 void TakeText(const TextOf<Record> (&texts)[Size], Record& record, PainField field,
-              const std::string& text)
+              std::string_view text)
 {
     for (const TextOf<Record>& entry : texts)
     {
+        if (entry.field != field)
+        {
+            continue;
+        }
         std::string& kept = record.*entry.text;
-        if (entry.field == field &&
-            (entry.form == Form::First || (kept.empty() && text != kNotProvided)))
+        if (entry.form == Form::First || (kept.empty() && text != kNotProvided))
         {
             kept = text;
         }
+        return;
     }
 }
 
 // A high priority, a service level of the same day, an instant payment: no code means anything
 // else in another of these fields.
-bool IsUrgent(const std::string& code)
+bool IsUrgent(std::string_view code)
 {
     constexpr std::array<std::string_view, 5> kUrgent = {"HIGH", "URGP", "SDVA", "PRPT", "INST"};
     return std::find(kUrgent.begin(), kUrgent.end(), code) != kUrgent.end();
@@ -79,7 +83,7 @@ bool IsUrgent(const std::string& code)
 
 } // namespace
 
-void PainGroup::Take(PainField field, const std::string& text)
+void PainGroup::Take(PainField field, std::string_view text)
 {
     switch (field)
     {
@@ -98,7 +102,7 @@ void PainGroup::Take(PainField field, const std::string& text)
     }
 }
 
-void PainOrder::Take(PainField field, const std::string& text)
+void PainOrder::Take(PainField field, std::string_view text)
 {
     switch (field)
     {
@@ -106,8 +110,8 @@ void PainOrder::Take(PainField field, const std::string& text)
         row.urgent = row.urgent || IsUrgent(text);
         break;
     case PainField::RemittanceText:
-        row.label += row.label.empty() ? text : " " + text;
-        row.label = Shortened(row.label);
+        row.label.append(row.label.empty() ? "" : " ").append(text);
+        row.label.resize(Shortened(row.label).size());
         break;
     default:
         TakeText(kOrderTexts, row, field, text);

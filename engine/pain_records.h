@@ -5,7 +5,7 @@
 #include "engine/pain_fields.h"
 #include "engine/rows.h"
 
-#include <string>
+#include <string_view>
 
 namespace engine
 {
@@ -17,7 +17,7 @@ struct PainGroup
     ControlTotals totals;
     bool urgent = false;
 
-    void Take(PainField field, const std::string& text);
+    void Take(PainField field, std::string_view text);
 };
 
 /// One order, as it is read.
@@ -26,7 +26,7 @@ struct PainOrder
     OrderRow row;
     RawAmount amount;
 
-    void Take(PainField field, const std::string& text);
+    void Take(PainField field, std::string_view text);
 };
 
 } // namespace engine

@@ -6,18 +6,12 @@
 namespace engine
 {
 
-// Texts of an ISO 20022 message as the work files have them.
+// Texts of an ISO 20022 message as the work files have them, Windows-1252.
 
-/// Windows-1252; what has no place becomes '?'.
-std::string Narrow(std::string_view utf8);
-
-/// Without blanks and line ends at both ends.
-std::string Trimmed(const std::string& text);
-
-/// At most as long as any text that is written may be.
-std::string Shortened(const std::string& text);
+/// At most as long as any text that is written may be; a part of the text given.
+std::string_view Shortened(std::string_view text);
 
 /// "2026-03-29" or "2026-03-29T10:00:00" as 20260329; anything else gives an empty text.
-std::string PlainDate(const std::string& text);
+std::string PlainDate(std::string_view text);
 
 } // namespace engine

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -27,6 +29,7 @@ public:
     explicit PathTable(const std::vector<Entry>& entries)
     {
         m_nodes.emplace_back();
+        m_names.emplace_back();
         for (const Entry& entry : entries)
         {
             Insert(entry);
@@ -36,9 +39,9 @@ public:
     /// The child of a node, kNowhere when the table has none of that name.
     Node Child(Node node, std::string_view name) const
     {
-        for (const Node child : m_nodes[node].children)
+        for (const Node child : m_names[node].children)
         {
-            if (m_nodes[child].name == name)
+            if (m_names[child].name == name)
             {
                 return child;
             }
@@ -50,11 +53,16 @@ public:
     Field FieldOf(Node node) const { return m_nodes[node].field; }
 
 private:
-    struct Element
+    // What each element of a document asks for, kept close together.
+    struct Place
+    {
+        Node parent = kRoot;
+        Field field{};
+    };
+
+    struct Names
     {
         std::string name;
-        Field field{};
-        Node parent = kRoot;
         std::vector<Node> children;
     };
 
@@ -79,14 +87,50 @@ private:
             return child;
         }
         const auto added = static_cast<Node>(m_nodes.size());
-        m_nodes.emplace_back();
-        m_nodes.back().name = name;
-        m_nodes.back().parent = node;
-        m_nodes[node].children.push_back(added);
+        m_nodes.push_back({node, Field{}});
+        m_names.push_back({std::string(name), {}});
+        m_names[node].children.push_back(added);
         return added;
     }
 
-    std::vector<Element> m_nodes;
+    std::vector<Place> m_nodes;
+    std::vector<Names> m_names; // of the same nodes
+};
+
+/// The children of a table's nodes for names that each have one address, as those of a document
+/// that is being read: a name seen before at a node is not compared again.
+template <typename Field>
+class ChildMemo
+{
+public:
+    using Table = PathTable<Field>;
+    using Node = typename Table::Node;
+
+    explicit ChildMemo(const Table& table) : m_table(table) {}
+
+    Node Child(Node node, const char* name)
+    {
+        Known& known = m_known[(reinterpret_cast<std::uintptr_t>(name) + node * kSpread) % kKnown];
+        if (known.name != name || known.node != node)
+        {
+            known = {name, node, m_table.Child(node, name)};
+        }
+        return known.child;
+    }
+
+private:
+    struct Known
+    {
+        const char* name = nullptr;
+        Node node = Table::kRoot;
+        Node child = Table::kNowhere;
+    };
+
+    static constexpr std::size_t kKnown = 256;
+    static constexpr Node kSpread = 7;
+
+    const Table& m_table;
+    std::array<Known, kKnown> m_known{};
 };
 
 } // namespace engine

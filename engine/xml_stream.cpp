@@ -122,12 +122,19 @@ private:
 };
 
 // One parse. Exceptions must not cross the C parser: the first one is kept and raised afterwards.
-class XmlParse
+class XmlParse final : public XmlPosition
 {
 public:
-    XmlParse(OrderFile& file, XmlHandler& handler) : m_file(file), m_handler(handler) {}
+    XmlParse(OrderFile& file, XmlHandler& handler) : m_file(file), m_handler(handler)
+    {
+        m_handler.ReadFrom(this);
+    }
+    ~XmlParse() override { m_handler.ReadFrom(nullptr); }
+    XmlParse(const XmlParse&) = delete;
+    XmlParse& operator=(const XmlParse&) = delete;
 
     void Run();
+    int Line() const override;
 
 private:
     static XmlParse& Of(void* context) { return *static_cast<XmlParse*>(context); }
@@ -149,7 +156,6 @@ private:
         }
         try
         {
-            m_handler.SetLine(static_cast<std::uint64_t>(Line()));
             action();
         }
         catch (...)
@@ -159,7 +165,6 @@ private:
         }
     }
 
-    int Line() const;
     int Column() const;
     void KeepFirst(const xmlError& error);
     [[noreturn]] void Refuse(FailureNumber number, const char* what) const;
@@ -196,7 +201,8 @@ void XmlParse::OnStart(void* context, const xmlChar* name, const xmlChar* /*pref
             {
                 parse.Refuse(FailureNumber::Hostile, "an element of more than 256 attributes");
             }
-            parse.m_handler.StartElement(View(name), SaxAttributes(attributes, attributeCount));
+            parse.m_handler.StartElement(reinterpret_cast<const char*>(name),
+                                         SaxAttributes(attributes, attributeCount));
         });
 }
 

@@ -9,7 +9,17 @@
 namespace engine
 {
 
-/// Receives what an XML document holds, in document order. Names are local names; texts UTF-8.
+/// Where a document is being read.
+class XmlPosition
+{
+public:
+    virtual ~XmlPosition() = default;
+    virtual int Line() const = 0;
+};
+
+/// Receives what an XML document holds, in document order. Names are local names that end with a
+/// NUL; within one document the same name has the same address, and no two names share one. Texts
+/// are UTF-8.
 class XmlHandler
 {
 public:
@@ -25,17 +35,24 @@ public:
         virtual std::string_view Find(std::string_view name) const = 0;
     };
 
-    virtual void StartElement(std::string_view name, const Attributes& attributes) = 0;
+    virtual void StartElement(const char* name, const Attributes& attributes) = 0;
     /// Part of a text or CDATA section; one text may come in several parts, with elements between
     /// them. Gives back how much text is kept, so that no document makes it grow without end.
     virtual std::size_t Characters(std::string_view text) = 0;
     virtual void EndElement() = 0;
 
-    /// Line of the document, from 1, set before each call.
-    void SetLine(std::uint64_t line) noexcept { m_line = line; }
+    /// Tells the handler whom to ask for the line; null when nothing is read.
+    void ReadFrom(const XmlPosition* position) noexcept { m_position = position; }
 
 protected:
-    std::uint64_t m_line = 0;
+    /// Line of the document, from 1; 0 when none is read.
+    std::uint64_t Line() const
+    {
+        return m_position == nullptr ? 0U : static_cast<std::uint64_t>(m_position->Line());
+    }
+
+private:
+    const XmlPosition* m_position = nullptr;
 };
 
 /// Parses the file in constant memory. Document type declarations, entities other than XML's own,

@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace
 {
@@ -127,7 +130,19 @@ bool TakeUtf8(std::string_view& bytes, char32_t& character) noexcept
     return true;
 }
 
-/// Replaces malformed bytes one by one; false when there were any.
+/// Takes one character off the front: the replacement character for a malformed byte; false then.
+bool TakeOrReplaceUtf8(std::string_view& bytes, char32_t& character) noexcept
+{
+    if (TakeUtf8(bytes, character))
+    {
+        return true;
+    }
+    character = kReplacementCharacter;
+    bytes.remove_prefix(1);
+    return false;
+}
+
+/// False when there were malformed bytes.
 bool DecodeUtf8(std::string_view bytes, std::wstring& wide)
 {
     bool wellFormed = true;
@@ -135,16 +150,16 @@ bool DecodeUtf8(std::string_view bytes, std::wstring& wide)
     wide.reserve(bytes.size());
     while (!bytes.empty())
     {
-        char32_t character = kReplacementCharacter;
-        if (!TakeUtf8(bytes, character))
-        {
-            wellFormed = false;
-            character = kReplacementCharacter;
-            bytes.remove_prefix(1);
-        }
+        char32_t character = 0;
+        wellFormed = TakeOrReplaceUtf8(bytes, character) && wellFormed;
         AppendCodePoint(wide, character);
     }
     return wellFormed;
+}
+
+bool IsAsciiByte(char byte) noexcept
+{
+    return static_cast<unsigned char>(byte) < 0x80U;
 }
 
 } // namespace
@@ -222,6 +237,40 @@ std::wstring WideFromUtf8(std::string_view bytes)
     std::wstring wide;
     static_cast<void>(DecodeUtf8(bytes, wide));
     return wide;
+}
+
+bool IsAscii(std::string_view bytes) noexcept
+{
+    constexpr std::uint64_t kOthers = 0x8080808080808080U;
+    constexpr std::size_t kStep = sizeof kOthers;
+    if (bytes.size() < kStep)
+    {
+        return std::all_of(bytes.begin(), bytes.end(), IsAsciiByte);
+    }
+    // Eight at a time; the last eight may overlap those before them.
+    const char* const last = bytes.data() + bytes.size() - kStep;
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, last, kStep);
+    std::uint64_t found = eight;
+    for (const char* at = bytes.data(); at < last; at += kStep)
+    {
+        std::memcpy(&eight, at, kStep);
+        found |= eight;
+    }
+    return (found & kOthers) == 0;
+}
+
+void NarrowFromUtf8(std::string_view bytes, std::string& narrow)
+{
+    narrow.clear();
+    while (!bytes.empty())
+    {
+        char32_t character = 0;
+        static_cast<void>(TakeOrReplaceUtf8(bytes, character));
+        char byte = '?';
+        static_cast<void>(ByteOf(character, byte));
+        narrow.push_back(byte);
+    }
 }
 
 std::u16string Utf16FromWide(std::wstring_view text)

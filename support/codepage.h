@@ -26,6 +26,11 @@ bool TryWideFromUtf8(std::string_view bytes, std::wstring& wide);
 /// As TryWideFromUtf8, each malformed byte replaced by U+FFFD.
 std::wstring WideFromUtf8(std::string_view bytes);
 
+/// Whether all bytes are below 80: such a text is the same in UTF-8 and in Windows-1252.
+bool IsAscii(std::string_view bytes) noexcept;
+/// What NarrowFromWide makes of WideFromUtf8, without a wide text between. `narrow` keeps its room.
+void NarrowFromUtf8(std::string_view bytes, std::string& narrow);
+
 /// UTF-16 code units of a wide text, and back; pairs are kept whole on both platforms.
 std::u16string Utf16FromWide(std::wstring_view text);
 std::wstring WideFromUtf16(std::u16string_view text);

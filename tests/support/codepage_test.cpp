@@ -147,6 +147,28 @@ TEST_P(Utf8Decoding, TellsWellFormedFromMalformed)
     }
 }
 
+TEST_P(Utf8Decoding, NarrowTextIsThatOfTheWideOne)
+{
+    std::string narrow = "before";
+    NarrowFromUtf8(GetParam().bytes, narrow);
+    EXPECT_EQ(narrow, NarrowFromWide(GetParam().expected));
+}
+
+TEST(CodePage, OneByteThatIsNotAsciiIsFoundWhereverItStands)
+{
+    for (std::size_t length = 0; length <= 20; ++length)
+    {
+        std::string text(length, '\x7F');
+        EXPECT_TRUE(IsAscii(text)) << length;
+        for (char& byte : text)
+        {
+            byte = '\x80';
+            EXPECT_FALSE(IsAscii(text)) << length;
+            byte = '\0';
+        }
+    }
+}
+
 TEST_P(Utf8Decoding, ReplacesEachMalformedByte)
 {
     EXPECT_EQ(WideFromUtf8(GetParam().bytes), GetParam().expected);

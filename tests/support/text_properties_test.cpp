@@ -143,6 +143,10 @@ RC_GTEST_PROP(CodePageProperties, UnicodeTextsComeBackFromUtf8AndUtf16, ())
 RC_GTEST_PROP(CodePageProperties, AnyBytesBecomeWellFormedText, (const std::string& bytes))
 {
     const std::wstring replaced = WideFromUtf8(bytes);
+    std::string narrow;
+    NarrowFromUtf8(bytes, narrow);
+    RC_ASSERT(narrow == NarrowFromWide(replaced));
+    RC_ASSERT(!IsAscii(bytes) || narrow == bytes);
     std::wstring back;
     RC_ASSERT(TryWideFromUtf8(Utf8FromWide(replaced), back));
     RC_ASSERT(back == replaced);
