@@ -24,36 +24,37 @@ constexpr std::string_view kBody = "1";
 // In the totals, the record of the rows that are about the whole file.
 constexpr std::string_view kWholeFile = "*";
 // What stands for a currency that the file leaves out: a row's currency is never empty.
-constexpr const char* kNoCurrency = "XXX";
+constexpr std::array<char, 3> kNoCurrency = {'X', 'X', 'X'};
 
-std::uint16_t CurrencyDecimals(const std::string& currency)
+std::string_view View(const std::array<char, 3>& code)
 {
+    return {code.data(), code.size()};
+}
+
+std::uint16_t CurrencyDecimals(std::string_view currency)
+{
+    const std::string code(currency);
     return GlobalResourceDevise == nullptr ? kUnknown
-                                           : GlobalResourceDevise->GetDecimals(currency.c_str(), 0);
+                                           : GlobalResourceDevise->GetDecimals(code.c_str(), 0);
 }
 
 bool IsCurrencyCode(const std::string& currency)
 {
-    constexpr std::size_t kLength = 3;
-    return currency.size() == kLength && std::all_of(currency.begin(), currency.end(),
-                                                     [](char c) { return c >= 'A' && c <= 'Z'; });
+    return currency.size() == kNoCurrency.size() &&
+           std::all_of(currency.begin(), currency.end(),
+                       [](char c) { return c >= 'A' && c <= 'Z'; });
 }
 
-// Only codes are told apart: sums are kept for each, and a file must not choose how many.
-const std::string& WrittenCurrency(const std::string& currency)
+// The decimals that an amount is written with: those of its currency; where they are not known as
+// many as the value has, two at least.
+unsigned WrittenDecimals(std::uint16_t ofCurrency, const ExactDecimal& amount)
 {
-    static const std::string none = kNoCurrency;
-    return IsCurrencyCode(currency) ? currency : none;
+    return ofCurrency == kUnknown
+               ? std::clamp(amount.FractionDigits(), kUsualDecimals, kMostDecimals)
+               : ofCurrency;
 }
 
 } // namespace
-
-unsigned WrittenDecimals(const std::string& currency, const ExactDecimal& amount)
-{
-    const std::uint16_t decimals = CurrencyDecimals(currency);
-    return decimals == kUnknown ? std::clamp(amount.FractionDigits(), kUsualDecimals, kMostDecimals)
-                                : decimals;
-}
 
 ConversionOutput::ConversionOutput(const std::string& stem)
     : m_main(stem, HeaderKind::None, {}),
@@ -79,14 +80,34 @@ void ConversionOutput::BeginRemittance(const RemittanceHead& head)
     ++m_remittanceCount;
 }
 
-void ConversionOutput::CheckCurrency(const OrderRow& order)
+// Only codes are told apart: sums are kept for each, and a file must not choose how many.
+ConversionOutput::CurrencyCode ConversionOutput::WrittenCurrency(const std::string& currency)
+{
+    CurrencyCode code = kNoCurrency;
+    if (IsCurrencyCode(currency))
+    {
+        std::copy(currency.begin(), currency.end(), code.begin());
+    }
+    return code;
+}
+
+ConversionOutput::CurrencySum& ConversionOutput::SumOf(Sums& sums, const CurrencyCode& currency)
+{
+    const auto [entry, isNew] = sums.try_emplace(currency);
+    if (isNew)
+    {
+        entry->second.decimals = CurrencyDecimals(View(currency));
+    }
+    return entry->second;
+}
+
+void ConversionOutput::CheckCurrency(const OrderRow& order, std::uint16_t decimals)
 {
     if (order.currency.empty())
     {
         AddError(m_position, order.record, Finding::CurrencyMissing, "Currency missing");
         return;
     }
-    const std::uint16_t decimals = CurrencyDecimals(order.currency);
     if (!IsCurrencyCode(order.currency))
     {
         AddError(m_position, order.record, Finding::CurrencyUnknown,
@@ -108,9 +129,11 @@ void ConversionOutput::CheckCurrency(const OrderRow& order)
 
 void ConversionOutput::AddOrder(const OrderRow& order)
 {
-    CheckCurrency(order);
-    const std::string& currency = WrittenCurrency(order.currency);
-    const unsigned decimals = WrittenDecimals(currency, order.amount);
+    const CurrencyCode code = WrittenCurrency(order.currency);
+    const std::string_view currency = View(code);
+    CurrencySum& fileSum = SumOf(m_fileSums, code);
+    CheckCurrency(order, fileSum.decimals);
+    const unsigned decimals = WrittenDecimals(fileSum.decimals, order.amount);
     // Sums add what is written, so that whoever adds the orders finds the total.
     const ExactDecimal written = order.amount.RoundedUp(decimals);
     const std::string amount = written.ToText(decimals);
@@ -118,17 +141,16 @@ void ConversionOutput::AddOrder(const OrderRow& order)
                   order.transactionReference, order.urgent ? "1" : "0", order.executionDate,
                   order.bankCode, order.branchCode, order.account, order.label, order.name,
                   order.bankName, order.reference, amount, currency});
-    for (Sums* const sums : {&m_remittanceSums, &m_fileSums})
+    for (CurrencySum* const sum : {&fileSum, &SumOf(m_remittanceSums, code)})
     {
-        CurrencySum& sum = (*sums)[currency];
-        sum.total.Add(written);
-        ++sum.orders;
+        sum->total.Add(written);
+        ++sum->orders;
     }
     ++m_orderCount;
 }
 
 // The check then weighs less than the file holds.
-void ConversionOutput::CheckTotal(const std::string& currency, const ExactDecimal& total)
+void ConversionOutput::CheckTotal(const ExactDecimal& total, const std::string& written)
 {
     static const ExactDecimal largest = []
     {
@@ -139,8 +161,7 @@ void ConversionOutput::CheckTotal(const std::string& currency, const ExactDecima
     if (total > largest)
     {
         AddError(m_position, m_head.record, Finding::AmountTooLarge,
-                 "The total of " + total.ToText(WrittenDecimals(currency, total)) + " " + currency +
-                     " is weighed as " + kLargestWeighed);
+                 "The total of " + written + " is weighed as " + kLargestWeighed);
     }
 }
 
@@ -150,10 +171,11 @@ void ConversionOutput::EndRemittance()
     {
         return;
     }
-    for (const auto& [currency, sum] : m_remittanceSums)
+    for (const auto& [code, sum] : m_remittanceSums)
     {
-        CheckTotal(currency, sum.total);
-        const std::string total = sum.total.ToText(WrittenDecimals(currency, sum.total));
+        const std::string_view currency = View(code);
+        const std::string total = sum.total.ToText(WrittenDecimals(sum.decimals, sum.total));
+        CheckTotal(sum.total, std::string(total).append(" ").append(currency));
         m_remittances.Row({m_head.record, kBody, total, currency});
         m_totals.Row({m_head.record, kBody, total, currency, std::to_string(sum.orders)});
         m_details.Row({m_head.record, kBody, m_head.controlReference, m_head.executionDate,
@@ -173,9 +195,10 @@ void ConversionOutput::AddError(std::uint64_t position, const std::string& recor
 
 void ConversionOutput::WriteTotals()
 {
-    for (const auto& [currency, sum] : m_fileSums)
+    for (const auto& [code, sum] : m_fileSums)
     {
-        const std::string total = sum.total.ToText(WrittenDecimals(currency, sum.total));
+        const std::string currency(View(code));
+        const std::string total = sum.total.ToText(WrittenDecimals(sum.decimals, sum.total));
         m_totals.Row({kWholeFile, kBody, total, currency, std::to_string(sum.orders)});
         m_main.Line(support::FormatA("%s %s in %I64u orders", total.c_str(), currency.c_str(),
                                      static_cast<unsigned long long>(sum.orders)));

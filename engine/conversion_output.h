@@ -4,6 +4,7 @@
 #include "engine/rows.h"
 #include "engine/work_file.h"
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -44,13 +45,17 @@ public:
 private:
     struct CurrencySum
     {
+        std::uint16_t decimals = 0; // the currency's own, asked for once
         ExactDecimal total;
         std::uint64_t orders = 0;
     };
-    using Sums = std::map<std::string, CurrencySum>;
+    using CurrencyCode = std::array<char, 3>;
+    using Sums = std::map<CurrencyCode, CurrencySum>;
 
-    void CheckCurrency(const OrderRow& order);
-    void CheckTotal(const std::string& currency, const ExactDecimal& total);
+    static CurrencyCode WrittenCurrency(const std::string& currency);
+    static CurrencySum& SumOf(Sums& sums, const CurrencyCode& currency);
+    void CheckCurrency(const OrderRow& order, std::uint16_t decimals);
+    void CheckTotal(const ExactDecimal& total, const std::string& written);
     void WriteTotals();
 
     WorkFile m_main;
@@ -68,9 +73,5 @@ private:
     std::uint64_t m_remittanceCount = 0;
     std::uint64_t m_position = 0;
 };
-
-/// The decimals that an amount of this currency is written with: the currency's own; for a code
-/// without known decimals as many as the value has, two at least.
-unsigned WrittenDecimals(const std::string& currency, const ExactDecimal& amount);
 
 } // namespace engine

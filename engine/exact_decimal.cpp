@@ -1,5 +1,7 @@
 #include "engine/exact_decimal.h"
 
+#include "engine/blanks.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -11,25 +13,20 @@ namespace
 
 constexpr std::uint64_t kBase = 100'000'000'000'000'000U;
 
+// Up to 10^18, the largest that is asked for.
+constexpr std::array<std::uint64_t, 19> kPowersOfTen = []
+{
+    std::array<std::uint64_t, 19> powers{1};
+    for (std::size_t i = 1; i < powers.size(); ++i)
+    {
+        powers[i] = powers[i - 1U] * 10U;
+    }
+    return powers;
+}();
+
 std::uint64_t PowerOfTen(unsigned exponent)
 {
-    std::uint64_t power = 1;
-    for (unsigned i = 0; i < exponent; ++i)
-    {
-        power *= 10U;
-    }
-    return power;
-}
-
-std::string_view TrimBlanks(std::string_view text)
-{
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-    {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1U);
+    return kPowersOfTen[exponent];
 }
 
 bool AllDigits(std::string_view text)
@@ -62,7 +59,7 @@ std::string ZeroPadded(std::uint64_t number, std::size_t width)
 ExactDecimal::ParseResult ExactDecimal::Parse(std::string_view text, char separator,
                                               ExactDecimal& value)
 {
-    text = TrimBlanks(text);
+    text = WithoutBlanks(text);
     if (text.empty())
     {
         return ParseResult::Empty;
@@ -120,8 +117,8 @@ void ExactDecimal::Add(const ExactDecimal& other) noexcept
     for (std::size_t i = 0; i < m_limbs.size(); ++i)
     {
         const std::uint64_t sum = m_limbs[i] + other.m_limbs[i] + carry;
-        m_limbs[i] = sum % kBase;
-        carry = sum / kBase;
+        carry = sum >= kBase ? 1U : 0U;
+        m_limbs[i] = sum - carry * kBase;
     }
 }
 
@@ -174,12 +171,16 @@ std::string ExactDecimal::ToText(unsigned decimals) const
     decimals = std::min(decimals, kFractionDigits);
     const std::uint64_t step = PowerOfTen(kFractionDigits - decimals);
     const ExactDecimal rounded = RoundedUp(decimals);
-    std::string text;
-    for (std::size_t i = m_limbs.size() - 1U; i > 0; --i)
+    std::size_t limb = m_limbs.size() - 1U;
+    while (limb > 1U && rounded.m_limbs[limb] == 0)
     {
-        text += ZeroPadded(rounded.m_limbs[i], kFractionDigits);
+        --limb;
     }
-    text.erase(0, std::min(text.find_first_not_of('0'), text.size() - 1U));
+    std::string text = std::to_string(rounded.m_limbs[limb]);
+    while (limb > 1U)
+    {
+        text += ZeroPadded(rounded.m_limbs[--limb], kFractionDigits);
+    }
     if (decimals > 0)
     {
         text += '.';

@@ -121,9 +121,14 @@ constexpr CurrencyInfo kWithdrawn[] = {
     {"TRL", "792", 0, true}, {"VEB", "862", 2, true}, {"VEF", "937", 2, true},
     {"YUM", "891", 2, true}, {"ZMK", "894", 2, true}, {"ZWL", "932", 2, true}};
 
+std::string_view CodeOf(const CurrencyInfo& currency) noexcept
+{
+    return {currency.code, sizeof currency.code - 1U};
+}
+
 bool ComesBefore(const CurrencyInfo& currency, std::string_view code) noexcept
 {
-    return currency.code < code;
+    return CodeOf(currency) < code;
 }
 
 template <std::size_t Count>
@@ -131,7 +136,7 @@ const CurrencyInfo* FindIn(const CurrencyInfo (&table)[Count], std::string_view 
 {
     const CurrencyInfo* const found =
         std::lower_bound(std::begin(table), std::end(table), code, ComesBefore);
-    return found != std::end(table) && found->code == code ? found : nullptr;
+    return found != std::end(table) && CodeOf(*found) == code ? found : nullptr;
 }
 
 TResourceDevise g_currencies;
