@@ -16,7 +16,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -134,6 +134,14 @@ std::uint64_t Convert(const OrderFileFacts& order)
     return order.bytes;
 }
 
+void RemoveWorkFiles(const OrderFileFacts& order)
+{
+    for (const char* const extension : {"", ".bp", ".cp", ".cp2", ".tot", ".err"})
+    {
+        std::filesystem::remove(order.path + ".veu" + extension);
+    }
+}
+
 // Both must find the orders and the total that were generated before they are timed.
 void CompareContenders(const OrderFileFacts& order)
 {
@@ -172,7 +180,8 @@ int Run()
         benchmarks::TimeInTurn(
             {
                 {"XML library alone", [&] { return ParseBare(order.path, nothing, nullptr); }},
-                {"conversion into work files", [&] { return Convert(order); }},
+                {"conversion into work files", [&] { return Convert(order); },
+                 [&] { RemoveWorkFiles(order); }},
             },
             order.bytes);
     }

@@ -72,6 +72,7 @@ void Time(const Contender& contender, std::uint64_t expected, std::size_t round,
     RunOnce(contender, expected);
     times.elapsed[round] = std::chrono::duration<double>(Clock::now() - start).count();
     times.processor[round] = ProcessorSeconds() - processor;
+    contender.cleanUp();
 }
 
 void Print(const Contender& contender, const Times& times, const Times& floor, std::uint64_t bytes)
@@ -93,6 +94,7 @@ void TimeInTurn(const std::vector<Contender>& contenders, std::uint64_t bytes)
     for (const Contender& contender : contenders)
     {
         expected.push_back(contender.run());
+        contender.cleanUp();
     }
     std::vector<Times> times(contenders.size());
     for (std::size_t round = 0; round < kRounds; ++round)

@@ -13,6 +13,7 @@ struct Contender
 {
     std::string name;
     std::function<std::uint64_t()> run;
+    std::function<void()> cleanUp = [] {}; ///< after each run, not timed
 };
 
 /// Times the contenders in turn, nine rounds after one that does not count, and prints for each the
