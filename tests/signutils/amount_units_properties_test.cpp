@@ -1,11 +1,15 @@
 #include "signutils/amount_units.h"
 
+#include "tests/signutils/literal_amounts.h"
+
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 namespace
@@ -26,6 +30,77 @@ std::string Digits(int most)
 std::int64_t ToUnits(const std::string& text, std::uint16_t decimals)
 {
     return AmountTextToUnits(text.c_str(), decimals);
+}
+
+// Of every magnitude alike, and the ends of the range.
+std::int64_t UnitsOfAnyLength()
+{
+    using Limits = std::numeric_limits<std::int64_t>;
+    const auto bits = *rc::gen::arbitrary<std::uint64_t>();
+    const auto units = std::bit_cast<std::int64_t>(bits) >> *rc::gen::inRange(0, 64);
+    return *rc::gen::element(units, units, units, units, Limits::min(), Limits::max());
+}
+
+// Amounts with what may stand around their digits, and some that are none.
+std::string AnyAmountText()
+{
+    return *rc::gen::container<std::string>(
+        *rc::gen::inRange(0, 30), rc::gen::oneOf(rc::gen::inRange('0', static_cast<char>('9' + 1)),
+                                                 rc::gen::inRange('0', static_cast<char>('9' + 1)),
+                                                 rc::gen::element('.', ',', '-', ' ', '+', 'E')));
+}
+
+std::uint16_t AnyDecimals()
+{
+    const auto small = static_cast<std::uint16_t>(*rc::gen::inRange(0, 12));
+    const auto any = *rc::gen::arbitrary<std::uint16_t>();
+    return *rc::gen::element(kUnknownDecimals, kUnknownDecimals, small, small, any);
+}
+
+// Cents, halves of the last decimal that is kept, and any double there is.
+double AnyAmount()
+{
+    const auto any = std::bit_cast<double>(*rc::gen::arbitrary<std::uint64_t>());
+    const double cents = static_cast<double>(*rc::gen::arbitrary<std::int32_t>()) / 100.0;
+    const double halves = static_cast<double>(*rc::gen::arbitrary<std::int32_t>()) / 128.0;
+    return *rc::gen::element(any, cents, halves);
+}
+
+RC_GTEST_PROP(AmountUnitsProperties, TextsBecomeTheUnitsOfTheLiteralSteps, ())
+{
+    const std::string text = AnyAmountText();
+    std::uint16_t decimals = AnyDecimals();
+    std::uint16_t expectedDecimals = decimals;
+    const std::int64_t expected = literal::TextToUnits(text, expectedDecimals);
+    RC_ASSERT(AmountTextToUnits(text, decimals) == expected);
+    RC_ASSERT(decimals == expectedDecimals);
+}
+
+RC_GTEST_PROP(AmountUnitsProperties, UnitsBecomeTheTextOfTheLiteralSteps, ())
+{
+    const std::int64_t units = UnitsOfAnyLength();
+    RC_ASSERT(UnitsToAmountText(units).SafeGetString() == literal::UnitsToText(units));
+}
+
+RC_GTEST_PROP(AmountUnitsProperties, UnitsBecomeTheDoubleOfTheLiteralSteps, ())
+{
+    const std::int64_t units = UnitsOfAnyLength();
+    RC_ASSERT(UnitsToAmount(units) == literal::UnitsToAmount(units));
+}
+
+RC_GTEST_PROP(AmountUnitsProperties, DoublesBecomeTheUnitsOfTheLiteralSteps, ())
+{
+    const double value = AnyAmount();
+    RC_ASSERT(AmountToUnits(value) == literal::AmountToUnits(value));
+}
+
+RC_GTEST_PROP(AmountUnitsProperties, TextEndsAtItsFirstNul, ())
+{
+    const std::string text = AnyAmountText();
+    const std::uint16_t decimals = AnyDecimals();
+    std::uint16_t decimalsOfView = decimals;
+    const std::string more = text + std::string(1, '\0') + AnyAmountText();
+    RC_ASSERT(AmountTextToUnits(more, decimalsOfView) == ToUnits(text, decimals));
 }
 
 RC_GTEST_PROP(AmountUnitsProperties, TextOfUnitsReadsBackWithoutTheSeventhDecimal, ())
@@ -76,10 +151,12 @@ RC_GTEST_PROP(AmountUnitsProperties, BlanksAndLettersCountForNothing, ())
               ToUnits(whole + "." + fraction, kUnknownDecimals));
 }
 
-RC_GTEST_PROP(AmountUnitsProperties, AnyTextIsReadWithoutHarm, (const std::string& text))
+RC_GTEST_PROP(AmountUnitsProperties, AnyBytesAreReadAsTheLiteralStepsSay, (const std::string& text))
 {
     const auto decimals = *rc::gen::arbitrary<std::uint16_t>();
-    ToUnits(text, decimals);
+    std::uint16_t expectedDecimals = decimals;
+    RC_ASSERT(ToUnits(text, decimals) ==
+              literal::TextToUnits(text.substr(0, text.find('\0')), expectedDecimals));
 }
 
 RC_GTEST_PROP(AmountUnitsProperties, AmountsKeepTheirOrder, ())

@@ -1,7 +1,10 @@
 #include "signutils/amount_units.h"
 
+#include "tests/testing/failing_allocations.h"
+
 #include <gtest/gtest.h>
 
+#include <array>
 #include <clocale>
 #include <cstdint>
 #include <limits>
@@ -140,6 +143,22 @@ TEST(UnitsToAmount, IsTheSameInALocaleWithADecimalComma)
     EXPECT_EQ(UnitsToAmount(12345600000), 1234.56);
     EXPECT_EQ(AmountToUnits(1234.56), 12345601000);
     std::setlocale(LC_NUMERIC, before.c_str());
+}
+
+TEST(AmountConversions, NeedNoMemory)
+{
+    std::uint16_t decimals = kUnknownDecimals;
+    std::array<char, kAmountTextSize> text{};
+    const testing_support::FailAllAllocations fault;
+    const std::int64_t units = AmountTextToUnits("-922337203685.4775808", decimals);
+    const bool same = UnitsToAmountText(units, text) == "-922337203685.477580";
+    const double amount = UnitsToAmount(units);
+    const std::int64_t largest = AmountToUnits(std::numeric_limits<double>::max());
+    EXPECT_FALSE(fault.WasUsed());
+    EXPECT_TRUE(same);
+    EXPECT_EQ(text.back(), '\0');
+    EXPECT_EQ(amount, -922337203685.47758);
+    EXPECT_EQ(largest, std::numeric_limits<std::int64_t>::max());
 }
 
 } // namespace
