@@ -14,6 +14,7 @@ namespace engine
 namespace
 {
 
+constexpr std::array<std::string_view, 5> kCodes = {"03", "06", "07", "08", "16"};
 constexpr std::string_view kBills = "60";
 constexpr std::array<std::string_view, 8> kTransferCodes = {"02", "22", "27", "28",
                                                             "29", "76", "08", "85"};
@@ -52,7 +53,7 @@ class Cfonb160 final : public CfonbConverter
 {
 public:
     Cfonb160(OrderFile& file, ConversionOutput& output)
-        : CfonbConverter(file, output, {"CFONB 160", 160, "03", "06"})
+        : CfonbConverter(file, output, {"CFONB 160", 160, "03", "06", kCodes})
     {
     }
 

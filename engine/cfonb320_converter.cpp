@@ -3,6 +3,7 @@
 #include "engine/cfonb_converter.h"
 #include "engine/cfonb_date.h"
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,8 @@ namespace engine
 
 namespace
 {
+
+constexpr std::array<std::string_view, 6> kCodes = {"03", "04", "05", "06", "07", "08"};
 
 // Header zone 309: what the header says for all its orders, and what each order says itself.
 bool DateStandsInHeader(char kind)
@@ -26,7 +29,7 @@ class Cfonb320 final : public CfonbConverter
 {
 public:
     Cfonb320(OrderFile& file, ConversionOutput& output)
-        : CfonbConverter(file, output, {"CFONB 320", 320, "03PI", "04"})
+        : CfonbConverter(file, output, {"CFONB 320", 320, "03PI", "04", kCodes})
     {
     }
 

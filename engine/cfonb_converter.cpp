@@ -43,7 +43,8 @@ ExactDecimal NumberOf(std::string digits, unsigned decimals)
 } // namespace
 
 CfonbConverter::CfonbConverter(OrderFile& file, ConversionOutput& output, const Format& format)
-    : m_file(file), m_output(output), m_format(format), m_records(file, output, format.recordLength)
+    : m_file(file), m_output(output), m_format(format),
+      m_records(file, output, format.recordLength, format.codes)
 {
 }
 
@@ -156,15 +157,22 @@ void CfonbConverter::TakeAmount(const FixedRecord& record)
     const std::string_view zone = record.Zone(place.position, place.length);
     const std::optional<std::string> digits = DigitsOf(zone);
     const std::optional<unsigned> decimals = AmountDecimals(record);
-    if (digits.has_value() && decimals.has_value())
+    if (digits.has_value() && decimals.has_value() && !record.IsTooLong())
     {
         m_order.amount = NumberOf(*digits, *decimals);
         m_digitSum.Add(NumberOf(*digits));
         return;
     }
-    const std::string problem = digits.has_value()
-                                    ? std::string("Order whose number of decimals is missing")
-                                    : "Amount zone '" + std::string(zone) + "' is no number";
+    std::string problem = "Amount zone '" + std::string(zone) + "' is no number";
+    if (record.IsTooLong())
+    {
+        // Digits of another zone may stand there, and look like a small amount.
+        problem = "Amount zone '" + std::string(zone) + "' may have been shifted";
+    }
+    else if (digits.has_value())
+    {
+        problem = "Order whose number of decimals is missing";
+    }
     CountAsLargest(m_output, m_orderNumber, Finding::AmountMalformed, problem, m_order);
 }
 

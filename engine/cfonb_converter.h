@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -43,6 +44,7 @@ protected:
         std::size_t recordLength;
         std::string_view firstHeader; ///< how the file begins
         std::string_view orderCode;
+        std::span<const std::string_view> codes; ///< what its records begin with
     };
 
     CfonbConverter(OrderFile& file, ConversionOutput& output, const Format& format);

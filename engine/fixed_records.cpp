@@ -39,15 +39,51 @@ bool FixedRecord::IsBlank() const
     return TrimBlanks(m_text).empty();
 }
 
-FixedRecordSource::FixedRecordSource(OrderFile& file, ConversionOutput& output, std::size_t length)
-    : m_file(file), m_lines(file), m_output(output), m_length(length),
-      m_separated(m_lines.HasLineEndWithin(length + 2U))
+FixedRecordSource::FixedRecordSource(OrderFile& file, ConversionOutput& output, std::size_t length,
+                                     std::span<const std::string_view> codes)
+    : m_file(file), m_lines(file), m_output(output), m_length(length), m_codes(codes),
+      m_separated(m_lines.HasLineEndWithin(LongestRecord() + 2U))
 {
+}
+
+void FixedRecordSource::Tell(Finding finding, const std::string& text)
+{
+    m_output.AddError(Number(), std::to_string(Number()), finding, text);
+}
+
+bool FixedRecordSource::FurtherRecordFollows() const
+{
+    if (m_line.size() <= LongestRecord())
+    {
+        return false;
+    }
+    const std::string_view rest = std::string_view(m_line).substr(m_length);
+    return std::any_of(m_codes.begin(), m_codes.end(),
+                       [&](std::string_view code) { return rest.starts_with(code); });
+}
+
+bool FixedRecordSource::ReadFromLine(std::string& text)
+{
+    if (!m_splitting && !m_lines.NextLine(m_line, kLongestLine))
+    {
+        return false;
+    }
+    const bool further = FurtherRecordFollows();
+    if (further && !m_splitting)
+    {
+        Tell(Finding::RecordLength, "Line of " + std::to_string(m_line.size()) +
+                                        " characters holds several records of " +
+                                        std::to_string(m_length));
+    }
+    m_splitting = further;
+    text.assign(m_line, 0, further ? m_length : m_line.size());
+    m_line.erase(0, text.size());
+    return true;
 }
 
 bool FixedRecordSource::Read(std::string& text)
 {
-    return m_separated ? m_lines.NextLine(text, kLongestLine) : m_lines.NextRecord(text, m_length);
+    return m_separated ? ReadFromLine(text) : m_lines.NextRecord(text, m_length);
 }
 
 void FixedRecordSource::TellUnknownCode(const FixedRecord& record)
@@ -55,8 +91,7 @@ void FixedRecordSource::TellUnknownCode(const FixedRecord& record)
     const std::string code(record.Code());
     if (m_separated)
     {
-        m_output.AddError(Number(), std::to_string(Number()), Finding::RecordMalformed,
-                          "Unknown record code " + code);
+        Tell(Finding::RecordMalformed, "Unknown record code " + code);
         return;
     }
     throw Failure(FailureNumber::Malformed,
@@ -70,14 +105,13 @@ void FixedRecordSource::TellTextBehindEnd()
 {
     if (m_lines.HasTextBehindEnd())
     {
-        m_output.AddError(Number(), std::to_string(Number()), Finding::RecordOutOfPlace,
-                          "Text behind the end-of-file character is not read");
+        Tell(Finding::RecordOutOfPlace, "Text behind the end-of-file character is not read");
     }
 }
 
 bool FixedRecordSource::Next(FixedRecord& record)
 {
-    std::string& text = record.Buffer();
+    std::string& text = record.m_text;
     do
     {
         if (!Read(text))
@@ -87,11 +121,12 @@ bool FixedRecordSource::Next(FixedRecord& record)
         }
     } while (record.IsBlank());
     m_output.SetPosition(Number());
-    if (text.size() > m_length && !TrimBlanks(std::string_view(text).substr(m_length)).empty())
+    record.m_tooLong =
+        text.size() > m_length && !TrimBlanks(std::string_view(text).substr(m_length)).empty();
+    if (record.m_tooLong)
     {
-        m_output.AddError(Number(), std::to_string(Number()), Finding::RecordLength,
-                          "Record of " + std::to_string(text.size()) + " characters instead of " +
-                              std::to_string(m_length));
+        Tell(Finding::RecordLength, "Record of " + std::to_string(text.size()) +
+                                        " characters instead of " + std::to_string(m_length));
     }
     text.resize(m_length, ' ');
     return true;

@@ -64,6 +64,24 @@ std::vector<std::string> Records(std::string_view bytes, std::size_t length)
     return records;
 }
 
+// A line is one record, or several where one begins at the end of another and is no mere rest.
+std::vector<std::string> RecordsOfLines(std::string_view bytes, std::size_t length,
+                                        const RecordCodes& codes)
+{
+    std::vector<std::string> records;
+    for (std::string line : Lines(bytes))
+    {
+        while (line.size() > length + length / 2U &&
+               std::find(codes.begin(), codes.end(), line.substr(length, 2)) != codes.end())
+        {
+            records.push_back(line.substr(0, length));
+            line.erase(0, length);
+        }
+        records.push_back(line);
+    }
+    return records;
+}
+
 using Document = std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)>;
 
 bool IsElement(const xmlNode* node)
@@ -114,14 +132,16 @@ std::uint64_t CountInMessages(const xmlNode* node, const std::string& message,
 
 } // namespace
 
-std::uint64_t CountRecords(std::string_view bytes, std::size_t length, std::string_view code)
+std::uint64_t CountRecords(std::string_view bytes, std::size_t length, const RecordCodes& codes)
 {
     const std::string_view text = TextOf(bytes);
-    const bool separated = text.substr(0, length + 2U).find('\n') != std::string_view::npos;
-    const std::vector<std::string> records = separated ? Lines(text) : Records(text, length);
+    const bool separated =
+        text.substr(0, length + length / 2U + 2U).find('\n') != std::string_view::npos;
+    const std::vector<std::string> records =
+        separated ? RecordsOfLines(text, length, codes) : Records(text, length);
     return static_cast<std::uint64_t>(std::count_if(records.begin(), records.end(),
                                                     [&](const std::string& record)
-                                                    { return record.starts_with(code); }));
+                                                    { return record.starts_with(codes.front()); }));
 }
 
 std::uint64_t CountMtOrders(std::string_view bytes)

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Orders of a file, counted by a plain reading of its format's rules: the converters must write
 // each of them, whatever is wrong round it.
@@ -11,8 +12,11 @@
 namespace fuzz
 {
 
-/// Records of `length` characters that begin with `code`.
-std::uint64_t CountRecords(std::string_view bytes, std::size_t length, std::string_view code);
+/// What records begin with, that of orders first.
+using RecordCodes = std::vector<std::string>;
+
+/// Records of `length` characters that are orders.
+std::uint64_t CountRecords(std::string_view bytes, std::size_t length, const RecordCodes& codes);
 
 /// Fields 21, and fields 32B of no order.
 std::uint64_t CountMtOrders(std::string_view bytes);
