@@ -195,6 +195,21 @@ bool TryNarrowFromWide(std::wstring_view text, std::string& narrow)
     return complete;
 }
 
+std::optional<CharacterPlace> FindWithoutNarrowPlace(std::wstring_view text) noexcept
+{
+    const wchar_t* const end = text.data() + text.size();
+    std::size_t index = 0;
+    for (const wchar_t* position = text.data(); position != end; ++index)
+    {
+        const char32_t character = NextCodePoint(position, end);
+        if (char byte = 0; !ByteOf(character, byte))
+        {
+            return CharacterPlace{index, character};
+        }
+    }
+    return std::nullopt;
+}
+
 std::string NarrowFromWide(std::wstring_view text)
 {
     std::string narrow;
@@ -230,6 +245,20 @@ std::string Utf8FromNarrow(std::string_view text)
 bool TryWideFromUtf8(std::string_view bytes, std::wstring& wide)
 {
     return DecodeUtf8(bytes, wide);
+}
+
+std::optional<std::size_t> FindMalformedUtf8(std::string_view bytes) noexcept
+{
+    std::string_view rest = bytes;
+    char32_t character = 0;
+    while (!rest.empty())
+    {
+        if (!TakeUtf8(rest, character))
+        {
+            return bytes.size() - rest.size();
+        }
+    }
+    return std::nullopt;
 }
 
 std::wstring WideFromUtf8(std::string_view bytes)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,12 +19,24 @@ std::string NarrowFromWide(std::wstring_view text);
 /// False, with `narrow` as NarrowFromWide gives it, when a character had no place.
 bool TryNarrowFromWide(std::wstring_view text, std::string& narrow);
 
+/// A character of a text and where it stands, counted in code points from 0.
+struct CharacterPlace
+{
+    std::size_t index;
+    char32_t character;
+};
+/// The first character that has no place; nothing when TryNarrowFromWide would succeed.
+std::optional<CharacterPlace> FindWithoutNarrowPlace(std::wstring_view text) noexcept;
+
 /// A lone surrogate or a value beyond U+10FFFF becomes U+FFFD.
 std::string Utf8FromWide(std::wstring_view text);
 std::string Utf8FromNarrow(std::string_view text);
 
 /// False when the bytes are not well-formed UTF-8 (overlong forms and surrogates included).
 bool TryWideFromUtf8(std::string_view bytes, std::wstring& wide);
+/// Where the first malformed byte stands, counted from 0; nothing when TryWideFromUtf8 would
+/// succeed.
+std::optional<std::size_t> FindMalformedUtf8(std::string_view bytes) noexcept;
 /// As TryWideFromUtf8, each malformed byte replaced by U+FFFD.
 std::wstring WideFromUtf8(std::string_view bytes);
 

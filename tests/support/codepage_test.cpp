@@ -264,4 +264,34 @@ TEST(CodePage, EmptyTextsStayEmpty)
     EXPECT_EQ(WideFromUtf16(u""), L"");
 }
 
+TEST(CodePage, FirstCharacterWithoutAPlaceIsFoundByItsPositionInCharacters)
+{
+    EXPECT_FALSE(FindWithoutNarrowPlace(L""));
+    EXPECT_FALSE(FindWithoutNarrowPlace(Wide({'a', 0xE9, 0x20AC, 0x81})));
+    const auto found = FindWithoutNarrowPlace(Wide({'a', 0x20AC, 0x141, 0x142}));
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->index, 2U);
+    EXPECT_EQ(found->character, 0x141U);
+}
+
+TEST(CodePage, CharacterBeyondTheBasicPlaneIsFoundAsOne)
+{
+    const auto found = FindWithoutNarrowPlace(WideFromUtf8("x\U0001F600\u0141"));
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->index, 1U);
+    EXPECT_EQ(found->character, 0x1F600U);
+}
+
+TEST(CodePage, FirstMalformedByteIsFoundByItsPositionInBytes)
+{
+    EXPECT_FALSE(FindMalformedUtf8(""));
+    EXPECT_FALSE(FindMalformedUtf8("a\u20AC\U0001F600"));
+    EXPECT_EQ(FindMalformedUtf8("\xE9"), 0U);
+    EXPECT_EQ(FindMalformedUtf8("\u20AC\x80"), 3U);
+    EXPECT_EQ(FindMalformedUtf8("ab\xE2\x82"), 2U);        // cut short
+    EXPECT_EQ(FindMalformedUtf8("a\xC0\xAF"), 1U);         // overlong
+    EXPECT_EQ(FindMalformedUtf8("a\xED\xA0\x80"), 1U);     // half a surrogate pair
+    EXPECT_EQ(FindMalformedUtf8("a\xF4\x90\x80\x80"), 1U); // beyond the last character
+}
+
 } // namespace
