@@ -33,6 +33,7 @@ set(public_headers
   signers/signer_info.h
   signutils/check_outcome.h
   signutils/signutils.h
+  signutils/signutils_c.h
   support/export.h
   support/format_argument.h
   support/protocol_catalogue.h

@@ -1,6 +1,6 @@
 #include "signutils/version.h"
 
-const char* SignUtilsVersion()
+const char* SIGNUTILS_CALL SignUtilsVersion()
 {
     return SIGNUTILS_VERSION;
 }
