@@ -48,6 +48,11 @@ endforeach()
 install(FILES "${PROJECT_BINARY_DIR}/generated/signutils/version.h"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/signutils")
 
+# The package for hosts in Python; they name its folder in PYTHONPATH or copy it.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/bindings/python/signutils"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/signutils/python"
+  FILES_MATCHING PATTERN "*.py" PATTERN "py.typed")
+
 configure_package_config_file(
   "${PROJECT_SOURCE_DIR}/cmake/SignUtilsConfig.cmake.in"
   "${PROJECT_BINARY_DIR}/generated/SignUtilsConfig.cmake"

@@ -1,23 +1,30 @@
-# Builds the example against the staged package and has it judge one file, twice.
+# Builds an example against the staged package and has it judge one file.
 cmake_minimum_required(VERSION 3.25)
 
 include("${CMAKE_CURRENT_LIST_DIR}/build_example.cmake")
 build_example(judge)
-file(WRITE "${WORK}/order.xml" "<Document/>\n")
+set(order "${WORK}/order.xml")
+file(WRITE "${order}" "<Document/>\n")
 
 set(ENV{SIGNUTILS_SPOOL} "${WORK}/spool")
 set(ENV{SIGNUTILS_HANDOFF} "${WORK}/handoff")
 
-# expect(<exit status> <text on standard output> <signer>)
-function(expect status text signer)
-  execute_process(
-    COMMAND "${example}" "Driver=SQLite3;Database=${BANK}" "${WORK}/order.xml" "${signer}"
+# expect(<connection string> <signer> <exit status> <text on standard output> <on standard error>)
+function(expect connexion_string signer status text error_text)
+  execute_process(COMMAND ${example} "${connexion_string}" "${order}" "${signer}"
     RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
-  if(NOT result EQUAL status OR NOT output STREQUAL "${WORK}/order.xml: ${text}\n")
-    message(FATAL_ERROR "judging '${signer}': expected ${status} and '${text}', "
-                        "got ${result} and '${output}'\n${errors}")
+  if(NOT result EQUAL status OR NOT output STREQUAL text OR NOT errors STREQUAL error_text)
+    message(FATAL_ERROR "judging '${signer}': expected ${status}, '${text}' and '${error_text}', "
+                        "got ${result}, '${output}' and '${errors}'")
   endif()
 endfunction()
 
-expect(0 "accepted " "Ana Ruiz")
-expect(1 "no rule NARR" "Nobody")
+set(connexion_string "Driver=SQLite3;Database=${BANK}")
+expect("${connexion_string}" "Ana Ruiz" 0 "${order}: accepted \n" "")
+expect("${connexion_string}" "Nobody" 1 "${order}: no rule NARR\n" "")
+expect("" "Ana Ruiz" 3 "" "not judged: DSN not defined\n")
+
+execute_process(COMMAND ${example} "too few" RESULT_VARIABLE result ERROR_VARIABLE errors)
+if(NOT result EQUAL 64 OR NOT errors MATCHES "^usage: judge <connection string> ")
+  message(FATAL_ERROR "called with too few arguments: got ${result} and '${errors}'")
+endif()
