@@ -80,6 +80,11 @@ install(FILES "${PROJECT_BINARY_DIR}/generated/signutils.pc" DESTINATION "${pkgc
 if(WIN32)
   # What hosts of other build systems need, and the package to hand out.
   install(FILES "${PROJECT_SOURCE_DIR}/docs/windows.md" DESTINATION . RENAME README.md)
+  install(FILES "${PROJECT_SOURCE_DIR}/docs/integrators.md" DESTINATION .)
+  foreach(host IN ITEMS c_host csharp_host delphi_host python_host)
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/${host}" DESTINATION examples
+      FILES_MATCHING REGEX "\\.(c|cs|dpr|py|txt)$")
+  endforeach()
   install(FILES "${PROJECT_SOURCE_DIR}/signutils/exports.def"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}" RENAME signutils.def)
   set(CPACK_GENERATOR ZIP)

@@ -13,6 +13,8 @@ set(ENV{SIGNUTILS_HANDOFF} "${WORK}/handoff")
 function(expect connexion_string signer status text error_text)
   execute_process(COMMAND ${example} "${connexion_string}" "${order}" "${signer}"
     RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  string(REPLACE "\r\n" "\n" output "${output}") # of hosts for Windows
+  string(REPLACE "\r\n" "\n" errors "${errors}")
   if(NOT result EQUAL status OR NOT output STREQUAL text OR NOT errors STREQUAL error_text)
     message(FATAL_ERROR "judging '${signer}': expected ${status}, '${text}' and '${error_text}', "
                         "got ${result}, '${output}' and '${errors}'")

@@ -14,7 +14,8 @@ file(GLOB top "${unpacked}/*")
 set(package "${top}")
 
 foreach(file IN ITEMS README.md bin/signutils.dll bin/signutils-engine.dll bin/signcheck.exe
-        lib/libsignutils.dll.a lib/signutils.def include/signutils/signutils.h)
+        lib/libsignutils.dll.a lib/signutils.def include/signutils/signutils.h
+        include/signutils/signutils_c.h share/signutils/python/signutils/__init__.py)
   if(NOT EXISTS "${package}/${file}")
     message(FATAL_ERROR "the package has no ${file}")
   endif()
