@@ -1,9 +1,7 @@
 #include "amounts/delimited_row.h"
 
-#include "port/byte_mask.h"
-
 #include <algorithm>
-#include <bit>
+#include <new>
 
 namespace amounts
 {
@@ -11,127 +9,78 @@ namespace amounts
 namespace
 {
 
-constexpr char kQuote = '"';
-constexpr char kEscape = '\\';
-constexpr char kSeparator = ';';
 constexpr char kLineEnd = '\n';
-constexpr std::size_t kNone = std::string_view::npos;
 
 } // namespace
 
-void DelimitedRow::Split(ParseMode mode) noexcept
+bool DelimitedRow::Keep() noexcept
 {
-    m_mode = mode;
-    m_walk = Walk();
-    m_count = kNone;
+    const std::string_view line = m_marks.Line();
+    if (line.data() == m_kept.data())
+    {
+        return true;
+    }
+    try
+    {
+        m_kept = line;
+        Look(m_kept, m_marks.Mode());
+        return true;
+    }
+    catch (const std::bad_alloc&)
+    {
+        Look({}, m_marks.Mode());
+        return false;
+    }
 }
 
 std::size_t DelimitedRow::GetCount() const noexcept
 {
-    if (m_count == kNone)
+    if (IsEmpty())
     {
-        while (FindNext())
-        {
-        }
-        m_count = m_walk.found;
+        return 0;
     }
-    return m_count;
+    const std::size_t marks = m_marks.Count();
+    // Without a whole field the line is the only one; a quote that stays open begins one more.
+    return m_marks.Mode() == ParseMode::Plain ? marks + 1U
+                                              : std::max((marks + 1U) / 2U, std::size_t{1});
 }
 
 std::string_view DelimitedRow::GetAt(std::size_t index) const noexcept
 {
-    if (index + 1U < m_walk.found)
-    {
-        m_walk = Walk();
-    }
-    while (m_walk.found <= index)
-    {
-        if (!FindNext())
-        {
-            return {};
-        }
-    }
-    return m_walk.last;
+    return m_marks.Mode() == ParseMode::Quoted ? FindQuoted(index) : FindPlain(index);
 }
 
-bool DelimitedRow::FindNext() const noexcept
+std::string_view DelimitedRow::FindPlain(std::size_t index) const noexcept
 {
-    if (m_walk.finished || m_line.empty())
+    const std::string_view line = m_marks.Line();
+    const std::size_t separator = index == 0 ? 0 : m_marks.Find(index - 1U);
+    if (separator == LineMarks::kNone)
     {
-        return false;
+        return {};
     }
-    return m_mode == ParseMode::Plain ? FindNextPlain() : FindNextQuoted();
-}
-
-bool DelimitedRow::Take(std::string_view field) const noexcept
-{
-    m_walk.last = field;
-    ++m_walk.found;
-    return true;
-}
-
-bool DelimitedRow::FindNextPlain() const noexcept
-{
-    std::string_view rest = m_line;
-    if (rest.back() == kLineEnd)
-    {
-        rest.remove_suffix(1);
-    }
-    rest.remove_prefix(m_walk.next);
-    const std::size_t end = rest.find(kSeparator);
-    m_walk.finished = end == kNone;
-    m_walk.next += end + 1U;
-    return Take(rest.substr(0, end));
-}
-
-// Looks for quotes in the next stretch of the line; one behind the escape character does not count.
-bool DelimitedRow::FindQuotes() const noexcept
-{
-    while (m_walk.quotes == 0)
-    {
-        if (m_walk.next >= m_line.size())
-        {
-            return false;
-        }
-        const char* const from = m_line.data() + m_walk.next;
-        const std::size_t length = std::min(m_line.size() - m_walk.next, port::kMaskWidth);
-        const std::uint64_t escapes = port::ByteMask(from, length, kEscape);
-        const std::uint64_t escaped = escapes << 1U | std::uint64_t{m_walk.escape};
-        m_walk.quotes = port::ByteMask(from, length, kQuote) & ~escaped;
-        m_walk.escape = escapes >> (port::kMaskWidth - 1U) != 0;
-        m_walk.next += port::kMaskWidth;
-    }
-    return true;
-}
-
-std::size_t DelimitedRow::NextQuote() const noexcept
-{
-    if (m_walk.quotes == 0 && !FindQuotes())
-    {
-        return kNone;
-    }
-    const auto position = static_cast<std::size_t>(std::countr_zero(m_walk.quotes));
-    m_walk.quotes &= m_walk.quotes - 1U;
-    return m_walk.next - port::kMaskWidth + position;
+    const std::size_t start = index == 0 ? 0 : separator + 1U;
+    const std::size_t end = std::min(m_marks.Find(index), line.size());
+    const std::string_view field = line.substr(start, end - start);
+    return field.substr(0, field.find(kLineEnd));
 }
 
 // Separators and text outside quotes are passed over, so an unquoted value is lost; escape
 // characters are kept in the field.
-bool DelimitedRow::FindNextQuoted() const noexcept
+std::string_view DelimitedRow::FindQuoted(std::size_t index) const noexcept
 {
-    const std::string_view line = m_line;
-    const std::size_t opening = NextQuote();
-    const std::size_t closing = opening == kNone ? kNone : NextQuote();
-    if (closing != kNone)
+    const std::string_view line = m_marks.Line();
+    const std::size_t opening = m_marks.Find(2U * index);
+    const std::size_t closing =
+        opening == LineMarks::kNone ? LineMarks::kNone : m_marks.Find(2U * index + 1U);
+    if (closing != LineMarks::kNone)
     {
-        return Take(line.substr(opening + 1U, closing - opening - 1U));
+        return line.substr(opening + 1U, closing - opening - 1U);
     }
-    m_walk.finished = true;
-    if (m_walk.found == 0)
+    if (index == 0)
     {
-        return Take(line); // no field at all: the line itself, with its end
+        return line; // no whole field at all: the line itself, with its end
     }
-    return opening != kNone && Take(line.substr(opening + 1U));
+    return opening == LineMarks::kNone ? std::string_view() : line.substr(opening + 1U);
 }
 
 } // namespace amounts

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace
 {
@@ -18,27 +19,28 @@ constexpr std::size_t kErrorTextSize = 256;
 constexpr std::size_t kCurrencySize = 4;
 constexpr int kTraceLevel = 1;
 
-/// Amount and currency of one row. The texts keep their storage from row to row.
-struct RowAmount
+/// Gives the decimals of one row's currency after the other. Neighbours nearly always have the
+/// same.
+class CurrencyDecimals
 {
-    std::string amount;
-    std::string currency;
-
-    void Take(const amounts::DelimitedRow& row, std::size_t amountColumn,
-              std::size_t currencyColumn)
+public:
+    std::uint16_t Of(std::string_view currency)
     {
-        amount = row.GetAt(amountColumn);
-        currency = row.GetAt(currencyColumn);
+        if (!m_known || currency != m_currency)
+        {
+            m_currency = currency;
+            m_decimals = GlobalResourceDevise == nullptr
+                             ? kUnknownDecimals
+                             : GlobalResourceDevise->GetDecimals(m_currency.c_str(), 0);
+            m_known = true;
+        }
+        return m_decimals;
     }
 
-    /// In the currency's main unit.
-    double Value() const
-    {
-        std::uint16_t decimals = GlobalResourceDevise == nullptr
-                                     ? kUnknownDecimals
-                                     : GlobalResourceDevise->GetDecimals(currency.c_str(), 0);
-        return UnitsToAmount(AmountTextToUnits(amount.c_str(), decimals));
-    }
+private:
+    std::string m_currency;
+    std::uint16_t m_decimals = kUnknownDecimals;
+    bool m_known = false;
 };
 
 class Analysis
@@ -56,42 +58,51 @@ public:
     const TSimpleString& ErrorList() const noexcept { return m_errorList; }
 
 private:
+    double Value(std::string_view amount, std::string_view currency);
     void TraceAmount(const char* label, double amount) const;
 
     void* m_trace;
     amounts::FileTotals& m_totals;
     char* m_currencyCode;
+    CurrencyDecimals m_decimals;
     TSimpleString m_scratch;
     TSimpleString m_errorList;
 };
 
+// In the currency's main unit.
+double Analysis::Value(std::string_view amount, std::string_view currency)
+{
+    std::uint16_t decimals = m_decimals.Of(currency);
+    return UnitsToAmount(AmountTextToUnits(amount, decimals));
+}
+
 void Analysis::ReadRemittances(TDelimitedFile& file)
 {
-    RowAmount remittance;
-    amounts::ForEachRow(
-        file, amounts::kMarker,
-        [&](const amounts::DelimitedRow& row)
-        {
-            remittance.Take(row, amounts::kRemittanceTotal, amounts::kRemittanceCurrency);
-            m_totals.totalAmount += remittance.Value();
-            if (m_currencyCode != nullptr)
-            {
-                support::TruncatingCopy(m_currencyCode, kCurrencySize, remittance.currency.c_str());
-            }
-            m_scratch.GenerateString("%s %s", remittance.amount.c_str(),
-                                     remittance.currency.c_str());
-            TraceValue(m_trace, "Remise", m_scratch.SafeGetString(), kTraceLevel);
-        });
+    std::string amount;
+    std::string currency;
+    amounts::ForEachRow(file, amounts::kMarker,
+                        [&](const amounts::DelimitedRow& row)
+                        {
+                            amount = row.GetAt(amounts::kRemittanceTotal);
+                            currency = row.GetAt(amounts::kRemittanceCurrency);
+                            m_totals.totalAmount += Value(amount, currency);
+                            if (m_currencyCode != nullptr)
+                            {
+                                support::TruncatingCopy(m_currencyCode, kCurrencySize,
+                                                        currency.c_str());
+                            }
+                            m_scratch.GenerateString("%s %s", amount.c_str(), currency.c_str());
+                            TraceValue(m_trace, "Remise", m_scratch.SafeGetString(), kTraceLevel);
+                        });
 }
 
 void Analysis::ReadOrders(TDelimitedFile& file)
 {
-    RowAmount order;
     amounts::ForEachRow(file, amounts::kMarker,
                         [&](const amounts::DelimitedRow& row)
                         {
-                            order.Take(row, amounts::kOrderAmount, amounts::kOrderCurrency);
-                            const double value = order.Value();
+                            const std::string_view amount = row.GetAt(amounts::kOrderAmount);
+                            const double value = Value(amount, row.GetAt(amounts::kOrderCurrency));
                             if (value > m_totals.maxOrderAmount)
                             {
                                 m_totals.maxOrderAmount = value;

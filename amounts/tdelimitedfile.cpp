@@ -34,7 +34,7 @@ TDelimitedFile::TDelimitedFile(const char* path, int oneLineHeader)
         return;
     }
     ReadHeaders(oneLineHeader != 0);
-    ReadRow(m_currentRow);
+    ReadCurrentRow();
     m_headerLineCount = oneLineHeader != 0 ? kOneHeaderLine : kFourHeaderLines;
 }
 
@@ -94,7 +94,7 @@ void TDelimitedFile::ReadHeaders(bool oneLineHeader)
 
 void TDelimitedFile::AppendRow(TArray<TSimpleString>& header)
 {
-    ReadRow(m_currentRow);
+    ReadCurrentRow();
     const std::size_t count = m_currentRow.GetCount();
     for (std::size_t i = 0; i < count; ++i)
     {
@@ -109,30 +109,38 @@ bool TDelimitedFile::NextRow()
     {
         return false;
     }
-    ReadRow(m_currentRow);
+    ReadCurrentRow();
     return true;
+}
+
+void TDelimitedFile::ReadCurrentRow()
+{
+    m_currentRow.Look(ReadLine(), m_parseMode);
 }
 
 void TDelimitedFile::ReadRow(amounts::DelimitedRow& row)
 {
-    ++m_rowCounter;
-    ReadLine(row.m_line);
-    row.Split(m_parseMode);
+    // Its line lies where the next one is read to.
+    m_intact = m_currentRow.Keep() && m_intact;
+    row.Look(ReadLine(), m_parseMode);
+    m_intact = row.Keep() && m_intact;
 }
 
 // A line beyond memory reads as an empty one, which ends the caller's loop.
-void TDelimitedFile::ReadLine(std::string& line)
+std::string_view TDelimitedFile::ReadLine()
 {
+    ++m_rowCounter;
+    std::string_view line;
     try
     {
         m_hasMoreRows = m_file.ReadLine(line);
     }
     catch (const std::bad_alloc&)
     {
-        line.clear();
         m_intact = false;
         m_hasMoreRows = m_file.FinishLine();
     }
+    return line;
 }
 
 void TDelimitedFile::Close() noexcept

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 /// Reads a text table written by the format-conversion engine: one row per line, line 1 split at
 /// every ';', every later line made of its quoted stretches. Holds one data row at a time. Failures
@@ -20,13 +21,14 @@ public:
     TDelimitedFile(const TDelimitedFile&) = delete;
     TDelimitedFile& operator=(const TDelimitedFile&) = delete;
 
-    /// Reads the next line. Where there is none, or no memory for it, the row is empty; a line
-    /// without memory is passed over.
+    /// Reads the next line into a row of the caller's, which keeps it. Where there is none, or no
+    /// memory for it, the row is empty; a line without memory is passed over.
     void ReadRow(amounts::DelimitedRow& row);
     /// Whether a further line can be read.
     bool HasMoreRows() const noexcept { return m_hasMoreRows; }
 
-    /// The row made current by the constructor or by NextRow.
+    /// The row made current by the constructor or by NextRow; its texts are valid until then, and
+    /// no longer than the file.
     const amounts::DelimitedRow& CurrentRow() const noexcept { return m_currentRow; }
     /// Reads the next line into the current row, where there is one; false where there is none.
     bool NextRow();
@@ -52,7 +54,8 @@ private:
     bool CopyFileName(const char* path);
     void ReadHeaders(bool oneLineHeader);
     void AppendRow(TArray<TSimpleString>& header);
-    void ReadLine(std::string& line);
+    void ReadCurrentRow();
+    std::string_view ReadLine();
 
     std::int32_t m_headerLineCount = 0;
     std::uint32_t m_rowCounter = 0;

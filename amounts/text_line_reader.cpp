@@ -1,8 +1,8 @@
 #include "amounts/text_line_reader.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
-#include <string_view>
 
 namespace amounts
 {
@@ -11,6 +11,8 @@ namespace
 {
 
 constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
+constexpr char kLineFeed = '\n';
+constexpr char kReturn = '\r';
 constexpr char kEndOfFile = 0x1A;
 
 } // namespace
@@ -19,9 +21,10 @@ bool TextLineReader::Open(const char* path)
 {
     Close();
     m_failed = false;
+    m_lineEnded = false;
     try
     {
-        m_block.resize(kBlockSize);
+        m_block.resize(std::max(m_block.size(), kBlockSize));
     }
     catch (const std::bad_alloc&)
     {
@@ -31,30 +34,47 @@ bool TextLineReader::Open(const char* path)
     return !m_fileEnded;
 }
 
-// The next block; false when the file has no more. A read that fails ends the file: what was read
-// before it still counts.
+// Moves the line to the front of the block; doubles the block when the line fills it.
+void TextLineReader::MakeRoom()
+{
+    if (m_line > 0)
+    {
+        std::memmove(m_block.data(), m_block.data() + m_line, m_end - m_line);
+        m_next -= m_line;
+        m_end -= m_line;
+        m_line = 0;
+    }
+    if (m_end == m_block.size())
+    {
+        m_block.resize(2U * m_block.size());
+    }
+}
+
+// Reads on behind the line; false when the file has no more. A read that fails ends the file: what
+// was read before it still counts.
 bool TextLineReader::LoadBlock()
 {
     if (m_fileEnded)
     {
         return false;
     }
-    m_next = 0;
-    m_end = 0;
-    const std::int64_t size = m_file.Read(m_block.data(), m_block.size());
-    if (size <= 0)
+    MakeRoom();
+    char* const start = m_block.data() + m_end;
+    const std::int64_t read = m_file.Read(start, m_block.size() - m_end);
+    if (read <= 0)
     {
-        m_failed = size < 0;
+        m_failed = read < 0;
         m_fileEnded = true;
         return false;
     }
-    m_end = static_cast<std::size_t>(size);
-    if (const void* mark = std::memchr(m_block.data(), kEndOfFile, m_end); mark != nullptr)
+    auto size = static_cast<std::size_t>(read);
+    if (const void* mark = std::memchr(start, kEndOfFile, size); mark != nullptr)
     {
-        m_end = static_cast<std::size_t>(static_cast<const char*>(mark) - m_block.data());
+        size = static_cast<std::size_t>(static_cast<const char*>(mark) - start);
         m_fileEnded = true;
     }
-    return m_end > 0;
+    m_end += size;
+    return size > 0;
 }
 
 bool TextLineReader::AtEnd()
@@ -62,48 +82,57 @@ bool TextLineReader::AtEnd()
     return m_next == m_end && !LoadBlock();
 }
 
-bool TextLineReader::ReadLine(std::string& line)
+// Passes over the bytes of the block up to the line's feed.
+void TextLineReader::PassOver()
 {
-    line.clear();
-    while (!AtEnd())
+    const char* const from = m_block.data() + m_next;
+    const void* const feed = std::memchr(from, kLineFeed, m_end - m_next);
+    m_lineEnded = feed != nullptr;
+    m_next = m_lineEnded
+                 ? static_cast<std::size_t>(static_cast<const char*>(feed) - m_block.data()) + 1U
+                 : m_end;
+}
+
+bool TextLineReader::ReadLine(std::string_view& line)
+{
+    line = {};
+    m_line = m_next;
+    m_lineEnded = false;
+    while (!m_lineEnded && !AtEnd())
     {
-        const std::string_view left(m_block.data() + m_next, m_end - m_next);
-        const std::size_t feed = left.find('\n');
-        line.append(left.substr(0, feed));
-        if (feed != std::string_view::npos)
-        {
-            if (!line.empty() && line.back() == '\r')
-            {
-                line.pop_back();
-            }
-            line += '\n';
-            m_next += feed + 1U;
-            return !AtEnd();
-        }
-        m_next = m_end;
+        PassOver();
     }
-    return false;
+    std::size_t length = m_next - m_line;
+    if (!m_lineEnded)
+    {
+        line = {m_block.data() + m_line, length};
+        return false;
+    }
+    char* const feed = m_block.data() + m_next - 1U;
+    if (length > 1U && feed[-1] == kReturn)
+    {
+        feed[-1] = kLineFeed;
+        --length;
+    }
+    const bool more = !AtEnd(); // may move the line
+    line = {m_block.data() + m_line, length};
+    return more;
 }
 
 bool TextLineReader::FinishLine()
 {
-    while (!AtEnd())
+    // What is passed over need not be kept.
+    for (m_line = m_next; !m_lineEnded && !AtEnd(); m_line = m_next)
     {
-        const std::string_view left(m_block.data() + m_next, m_end - m_next);
-        const std::size_t feed = left.find('\n');
-        if (feed != std::string_view::npos)
-        {
-            m_next += feed + 1U;
-            return !AtEnd();
-        }
-        m_next = m_end;
+        PassOver();
     }
-    return false;
+    return !AtEnd();
 }
 
 void TextLineReader::Close() noexcept
 {
     m_file.Close();
+    m_line = 0;
     m_next = 0;
     m_end = 0;
     m_fileEnded = true;

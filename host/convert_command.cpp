@@ -11,6 +11,7 @@
 #include "support/codepage.h"
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace host
@@ -44,7 +45,7 @@ constexpr KindInWords kKinds[] = {
 std::uint64_t CountRows(const std::string& path, std::size_t headerLines)
 {
     amounts::TextLineReader reader;
-    std::string line;
+    std::string_view line;
     std::uint64_t lines = 0;
     if (reader.Open(path.c_str()))
     {

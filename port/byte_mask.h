@@ -31,15 +31,19 @@ inline std::uint64_t ByteMask(const char* bytes, std::size_t length, char byte) 
 {
 #if defined(__SSE2__)
     constexpr std::size_t kStep = sizeof(__m128i);
+    const __m128i wanted = _mm_set1_epi8(byte);
+    const auto maskAt = [&](std::size_t position)
+    {
+        const auto* const from = reinterpret_cast<const __m128i*>(bytes + position);
+        const __m128i equal = _mm_cmpeq_epi8(_mm_loadu_si128(from), wanted);
+        return std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(equal))} << position;
+    };
+    if (length == kMaskWidth)
+    {
+        return maskAt(0) | maskAt(kStep) | maskAt(2U * kStep) | maskAt(3U * kStep);
+    }
     if (length >= kStep)
     {
-        const __m128i wanted = _mm_set1_epi8(byte);
-        const auto maskAt = [&](std::size_t position)
-        {
-            const auto* const from = reinterpret_cast<const __m128i*>(bytes + position);
-            const __m128i equal = _mm_cmpeq_epi8(_mm_loadu_si128(from), wanted);
-            return std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(equal))} << position;
-        };
         // The last step may overlap the one before it.
         std::uint64_t mask = maskAt(length - kStep);
         for (std::size_t position = 0; position + kStep < length; position += kStep)

@@ -8,6 +8,7 @@
 
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -139,6 +140,28 @@ TEST(DelimitedFile, CallersOwnRowIsReadWithoutChangingTheCurrentOne)
     file.ReadRow(row);
     EXPECT_TRUE(row.IsEmpty());
     EXPECT_EQ(row.GetAt(0), "");
+}
+
+TEST(DelimitedFile, CurrentRowStaysWhileCallersRowsAreReadOn)
+{
+    const TemporaryFolder folder;
+    std::string bytes = "A\r\n\"current\"\r\n";
+    for (int i = 0; i < 30'000; ++i)
+    {
+        bytes += '"' + std::to_string(i) + "\"\r\n";
+    }
+    TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kOneLine);
+    DelimitedRow first;
+    DelimitedRow row;
+    file.ReadRow(first);
+    for (int i = 1; i < 30'000; ++i)
+    {
+        file.ReadRow(row);
+        ASSERT_EQ(row.GetAt(0), std::to_string(i));
+    }
+    EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("current"));
+    EXPECT_THAT(FieldsOf(first), ElementsAre("0"));
+    EXPECT_TRUE(file.IsIntact());
 }
 
 TEST(DelimitedFile, LastRowNeedsNoLineEnd)
@@ -355,6 +378,43 @@ TEST(DelimitedFileFailure, LineWithoutMemoryReadsAsEmptyAndIsPassedOver)
     EXPECT_FALSE(file.IsIntact());
     file.ReadRow(row);
     EXPECT_THAT(FieldsOf(row), ElementsAre("3"));
+}
+
+TEST(DelimitedFileFailure, LineThatFillsTheBlockIsTheOnlyOneLostWithoutMemoryForAnother)
+{
+    constexpr std::size_t kBlock = std::size_t{64} * 1024;
+    const TemporaryFolder folder;
+    const std::string path = folder.Write(
+        "work.txt", "A\r\n\"1\"\r\n\"" +
+                        std::string(kBlock - std::string_view("\"\"\r\n").size(), 'x') +
+                        "\"\r\n\"3\"\r\n");
+    TDelimitedFile file(path.c_str(), kOneLine);
+    {
+        const testing_support::FailLargeAllocation fault(kBlock);
+        EXPECT_TRUE(file.NextRow());
+        EXPECT_TRUE(fault.WasUsed());
+    }
+    EXPECT_FALSE(file.HasRow());
+    EXPECT_FALSE(file.IsIntact());
+    EXPECT_TRUE(file.NextRow());
+    EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("3"));
+}
+
+TEST(DelimitedFileFailure, CurrentRowWithoutMemoryToKeepItIsEmpty)
+{
+    const TemporaryFolder folder;
+    const std::string path =
+        folder.Write("work.txt", "A\r\n\"" + std::string(10'000, 'x') + "\"\r\n\"2\"\r\n\"3\"\r\n");
+    TDelimitedFile file(path.c_str(), kOneLine);
+    DelimitedRow row;
+    {
+        const testing_support::FailLargeAllocation fault(10'000);
+        file.ReadRow(row);
+        EXPECT_TRUE(fault.WasUsed());
+    }
+    EXPECT_THAT(FieldsOf(row), ElementsAre("2"));
+    EXPECT_FALSE(file.HasRow());
+    EXPECT_FALSE(file.IsIntact());
 }
 
 TEST(DelimitedFile, ClosedFileCanBeDeletedAndHasNoFurtherRow)

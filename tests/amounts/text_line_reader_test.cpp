@@ -7,6 +7,7 @@
 
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using amounts::TextLineReader;
@@ -27,14 +28,14 @@ Lines ReadAll(const std::string& path)
         ADD_FAILURE() << path;
         return lines;
     }
-    std::string line;
+    std::string_view line;
     bool more = true;
     while (more)
     {
         more = reader.ReadLine(line);
         if (!line.empty())
         {
-            lines.push_back(line);
+            lines.emplace_back(line);
         }
     }
     EXPECT_FALSE(reader.ReadLine(line));
@@ -87,6 +88,9 @@ const LineCase kLineCases[] = {
      std::string(65535, 'x') + "\r\nb",
      {std::string(65535, 'x') + "\n", "b"}},
     {"LineFeedLastInItsBlock", std::string(65534, 'x') + "\r\n", {std::string(65534, 'x') + "\n"}},
+    {"LineThatFillsABlockIsFollowedByAnother",
+     std::string(65534, 'x') + "\r\nb\n",
+     {std::string(65534, 'x') + "\n", "b\n"}},
     {"EndMarkFirstInItsBlock",
      std::string(65536, 'x') + "\x1A"
                                "y",
@@ -110,7 +114,7 @@ TEST(TextLineReader, MissingFileCannotBeOpened)
 {
     const TemporaryFolder folder;
     TextLineReader reader;
-    std::string line = "before";
+    std::string_view line = "before";
     EXPECT_FALSE(reader.Open(folder.Path("missing").c_str()));
     EXPECT_FALSE(reader.ReadLine(line));
     EXPECT_EQ(line, "");
@@ -121,7 +125,7 @@ TEST(TextLineReader, IsOpenedAgainFromTheStart)
     const TemporaryFolder folder;
     const std::string path = folder.Write("text.txt", "a\nb\n");
     TextLineReader reader;
-    std::string line;
+    std::string_view line;
     for (int round = 0; round < 2; ++round)
     {
         ASSERT_TRUE(reader.Open(path.c_str()));
@@ -136,7 +140,7 @@ TEST(TextLineReader, ClosedReaderHasNoLine)
     TextLineReader reader;
     ASSERT_TRUE(reader.Open(folder.Write("text.txt", "a\nb\n").c_str()));
     reader.Close();
-    std::string line;
+    std::string_view line;
     EXPECT_FALSE(reader.ReadLine(line));
     EXPECT_EQ(line, "");
 }
@@ -146,10 +150,13 @@ TEST(TextLineReader, RestOfALineCanBePassedOver)
     const TemporaryFolder folder;
     TextLineReader reader;
     ASSERT_TRUE(reader.Open(folder.Write("text.txt", kLong + "\nb\nc").c_str()));
-    std::string line;
+    std::string_view line;
     EXPECT_TRUE(reader.FinishLine());
     EXPECT_TRUE(reader.ReadLine(line));
     EXPECT_EQ(line, "b\n");
+    EXPECT_TRUE(reader.FinishLine()) << "of a line that was given nothing is left";
+    EXPECT_FALSE(reader.ReadLine(line));
+    EXPECT_EQ(line, "c");
     EXPECT_FALSE(reader.FinishLine());
 }
 
