@@ -64,6 +64,11 @@ SignUtilsStatus SIGNUTILS_CALL SignUtilsGetSignerNames(SignUtilsSession* session
                            wchar_t last[kNameCapacity] = {};
                            const int answer =
                                object.GetSignerNames(certificate.data(), first, last);
+                           if (answer == 0)
+                           {
+                               // A row that could not be read whole is there in part.
+                               *first = *last = L'\0';
+                           }
                            const char* const keptFirst = texts.KeepWide(first);
                            const char* const keptLast = texts.KeepWide(last);
                            foundPlace = answer;

@@ -275,7 +275,7 @@ extern "C"
     // Holders. Look-ups use the connection of a check: before one, and when the database cannot be
     // read, nothing is found.
 
-    /// Who holds a certificate. Names are cut to 255 characters.
+    /// Who holds a certificate. Names are cut to 255 characters, and empty when nobody is found.
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL
     SignUtilsGetSignerNames(SignUtilsSession* session, const char* certificateName, int32_t* found,
                             const char** firstName, const char** lastName);
@@ -327,7 +327,7 @@ extern "C"
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsAddPaymentStatusReport(
         SignUtilsSession* session, const char* report, const char* extension, const char* service,
         const char* partner, const char* target, SignUtilsHandOff* handOff);
-    /// Journals one audit event: level 0 information, 1 error, 2 refusal.
+    /// Journals or spools one audit event: level 0 information, 1 error, 2 refusal.
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsLogEvent(SignUtilsSession* session,
                                                                    uint16_t level,
                                                                    const char* message);

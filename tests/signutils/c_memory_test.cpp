@@ -108,6 +108,34 @@ SignUtilsStatus JudgeRules(SignUtilsSession* session)
     return status;
 }
 
+SignUtilsStatus FindNames(SignUtilsSession* session)
+{
+    std::int32_t found = 4711;
+    const char* first = nullptr;
+    const char* last = nullptr;
+    const SignUtilsStatus status =
+        SignUtilsGetSignerNames(session, "Ana Ruiz", &found, &first, &last);
+    EXPECT_EQ(*last != '\0', found == 1) << last; // no half of a holder
+    EXPECT_TRUE(status == SIGNUTILS_OK || found == 0);
+    return status;
+}
+
+SignUtilsStatus ReadProtocols(SignUtilsSession* session)
+{
+    std::int32_t found = 4711;
+    std::uint32_t protocol = 4711;
+    const char* name = nullptr;
+    SignUtilsStatus status = SignUtilsGetProtocolAt(session, 0, &found, &protocol, &name);
+    EXPECT_EQ(found == 1, status == SIGNUTILS_OK);
+    EXPECT_EQ(*name != '\0', status == SIGNUTILS_OK);
+    if (status == SIGNUTILS_OK)
+    {
+        status = SignUtilsGetProtocolName(session, 9, &name);
+        EXPECT_EQ(*name != '\0', status == SIGNUTILS_OK);
+    }
+    return status;
+}
+
 const MemoryCase kMemoryCases[] = {
     {"Create", CreateOne},
     {"Copy", CopyOne},
@@ -131,6 +159,9 @@ const MemoryCase kMemoryCases[] = {
     {"GeneratePSR", WriteReport},
     {"GetPSRWarning", ReadReport},
     {"CheckSignRulesFor", JudgeRules, ""},
+    {"GetSignerNames", FindNames},
+    {"GetProtocols", ReadProtocols},
+    {"LogEvent", [](SignUtilsSession* s) { return SignUtilsLogEvent(s, 0, kLong); }},
     {"RefusedText", [](SignUtilsSession* s) { return SignUtilsSetRefRequest(s, "\u0141"); }},
 };
 
