@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -206,8 +207,17 @@ const TextCase kTextCases[] = {
 class CTexts : public SessionTest, public ::testing::WithParamInterface<TextCase>
 {
 protected:
-    CTexts() { PrepareC(m_session, m_database.ConnexionString()); }
-    ~CTexts() override { TProtocolCatalogue::Register(4711, nullptr); }
+    CTexts()
+    {
+        // Some rows are paths, and what they name may come to be: a store, a trace.
+        std::filesystem::current_path(m_folder.Path());
+        PrepareC(m_session, m_database.ConnexionString());
+    }
+    ~CTexts() override
+    {
+        TProtocolCatalogue::Register(4711, nullptr);
+        std::filesystem::current_path(m_before);
+    }
 
     SignUtilsStatus Call(const char* text) { return GetParam().call(m_session, text); }
 
@@ -222,6 +232,7 @@ protected:
         return status == SIGNUTILS_OK || status == SIGNUTILS_FAILED;
     }
 
+    std::filesystem::path m_before = std::filesystem::current_path();
     CSession m_session;
 };
 
