@@ -44,6 +44,7 @@ function(signutils_tests room)
   gtest_discover_tests(${target}
     TEST_PREFIX "${room}."
     DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
     PROPERTIES ${properties})
 endfunction()
 
