@@ -82,7 +82,9 @@ SIGNUTILS_PORT_API std::int64_t FileSize(const char* path);
 [[nodiscard]] SIGNUTILS_PORT_API bool FlushFolder(const char* folder);
 
 /// Creates the folder and what is missing above it, for their owner only. A folder that is there is
-/// accepted when the current user owns it; another owner gives ERROR_INVALID_OWNER.
+/// accepted when the current user owns it; another owner gives ERROR_INVALID_OWNER. It keeps the
+/// rights that it has, but where every user may write that right is taken back; a folder shared by
+/// everybody on purpose, such as /tmp, gives ERROR_INVALID_ACL instead.
 [[nodiscard]] SIGNUTILS_PORT_API bool CreatePrivateFolder(const char* folder);
 [[nodiscard]] SIGNUTILS_PORT_API bool RemoveEmptyFolder(const char* folder);
 /// Whether the current user may create files in the folder.

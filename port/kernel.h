@@ -59,6 +59,7 @@ inline constexpr DWORD ERROR_INVALID_NAME = 123U;
 inline constexpr DWORD ERROR_DIR_NOT_EMPTY = 145U;
 inline constexpr DWORD ERROR_NOT_OWNER = 288U;
 inline constexpr DWORD ERROR_INVALID_OWNER = 1307U;
+inline constexpr DWORD ERROR_INVALID_ACL = 1336U;
 
 /// Makes an unnamed recursive mutex. Null, with ERROR_NOT_ENOUGH_MEMORY, when there is no memory,
 /// or, with ERROR_NOT_SUPPORTED, when a name or security attributes are asked for.

@@ -2,6 +2,7 @@
 
 #include "port/files.h"
 #include "port/kernel.h"
+#include "port/secrecy.h"
 #include "services/file_remover.h"
 #include "services/store_unreachable.h"
 #include "services/system_error.h"
@@ -119,12 +120,20 @@ std::optional<HandOffFailure> HandOffStore::MakeFolder(const HandOffItem& item,
 {
     const std::string service = port::JoinPath(m_folder, item.service);
     folder = port::JoinPath(service, item.partner);
-    if (port::FolderExists(folder.c_str()))
+    for (const std::string& part : {service, folder})
     {
-        return std::nullopt;
+        if (port::IsLink(part.c_str()))
+        {
+            return HandOffFailure{
+                HandOffError::StoreNotWritable, 0,
+                "The report's folder is a link, which may lead out of the store: \"" +
+                    OneLine(part) + "\""};
+        }
     }
-    if (!port::CreatePrivateFolder(folder.c_str()) || !port::FlushFolder(service.c_str()) ||
-        !port::FlushFolder(m_folder.c_str()))
+    const bool wasThere = port::FolderExists(folder.c_str());
+    if (!port::CreatePrivateFolder(service.c_str()) || !port::CreatePrivateFolder(folder.c_str()) ||
+        (!wasThere &&
+         (!port::FlushFolder(service.c_str()) || !port::FlushFolder(m_folder.c_str()))))
     {
         return Failure(HandOffError::StoreNotWritable,
                        "The report's folder cannot be made:", folder);

@@ -28,6 +28,7 @@ constexpr ErrorWords kErrorWords[] = {
     {ERROR_DISK_FULL, "disk full"},
     {ERROR_INVALID_NAME, "invalid name"},
     {ERROR_INVALID_OWNER, "owned by another user"},
+    {ERROR_INVALID_ACL, "every user may write there"},
 };
 
 bool IsControl(char character)

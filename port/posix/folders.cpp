@@ -25,6 +25,25 @@ bool IsFolderNative(const std::string& path)
     return stat(path.c_str(), &information) == 0 && S_ISDIR(information.st_mode);
 }
 
+/// Every user could put files of theirs in the place of ours. A sticky folder is shared by
+/// everybody on purpose and is not ours to change.
+bool TakeBackEverybodysWriting(const std::string& path, mode_t mode)
+{
+    const mode_t without = mode & 07777U & ~static_cast<mode_t>(S_IWOTH);
+    const int descriptor =
+        (mode & S_ISVTX) != 0 ? -1 : open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool taken = descriptor >= 0 && fchmod(descriptor, without) == 0;
+    if (descriptor >= 0)
+    {
+        close(descriptor);
+    }
+    if (!taken)
+    {
+        SetLastError(ERROR_INVALID_ACL);
+    }
+    return taken;
+}
+
 /// Accepts what is there when it is a folder of the current user.
 bool AcceptFolder(const std::string& path)
 {
@@ -43,7 +62,8 @@ bool AcceptFolder(const std::string& path)
         SetLastError(ERROR_INVALID_OWNER);
         return false;
     }
-    return true;
+    return (information.st_mode & S_IWOTH) == 0 ||
+           TakeBackEverybodysWriting(path, information.st_mode);
 }
 
 /// Creates the folder and those above it; another process may create them at the same time.
