@@ -55,6 +55,7 @@ Connection::Connection(const std::string& connexionString)
     {
         Refuse("08001", parsed.Fault(), {kOpen, L""});
     }
+    m_secrets = parsed.Secrets();
     Connect(parsed);
     LearnProduct();
     SetUpSession(parsed);
@@ -101,7 +102,7 @@ void Connection::TryConnect(const ConnectionString& connexionString)
     if (!SQL_SUCCEEDED(result))
     {
         const std::wstring shown = support::WideFromNarrow(connexionString.Masked());
-        RaiseDriverError(result, SQL_HANDLE_DBC, m_handle.Get(), m_crossing, {kOpen, shown});
+        Raise(result, {SQL_HANDLE_DBC, m_handle.Get()}, {kOpen, shown});
     }
     m_disconnector.Connected();
 }
@@ -238,8 +239,7 @@ void Connection::Begin()
     }
     if (!SetAutocommit(false))
     {
-        m_failed = true;
-        RaiseDriverError(SQL_ERROR, SQL_HANDLE_DBC, m_handle.Get(), m_crossing, {operation, L""});
+        Raise(SQL_ERROR, {SQL_HANDLE_DBC, m_handle.Get()}, {operation, L""});
     }
     m_inTransaction = true;
 }
@@ -276,16 +276,20 @@ void Connection::CheckConnection(SQLRETURN returnCode, std::string_view operatio
 {
     if (!SQL_SUCCEEDED(returnCode))
     {
-        m_failed = true;
-        RaiseDriverError(returnCode, SQL_HANDLE_DBC, m_handle.Get(), m_crossing, {operation, L""});
+        Raise(returnCode, {SQL_HANDLE_DBC, m_handle.Get()}, {operation, L""});
     }
 }
 
 void Connection::RaiseFrom(SQLRETURN returnCode, const StatementHandle& statement,
                            const Attempt& attempt)
 {
+    Raise(returnCode, {SQL_HANDLE_STMT, statement.Get()}, attempt);
+}
+
+void Connection::Raise(SQLRETURN returnCode, const DriverHandle& handle, const Attempt& attempt)
+{
     m_failed = true;
-    RaiseDriverError(returnCode, SQL_HANDLE_STMT, statement.Get(), m_crossing, attempt);
+    RaiseDriverError(returnCode, handle, {m_crossing, m_secrets}, attempt);
 }
 
 void Connection::Refuse(const char* state, std::string_view text, const Attempt& attempt)

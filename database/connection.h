@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace database
 {
@@ -66,13 +67,16 @@ private:
     void SetUpSession(const ConnectionString& connexionString);
     void SetUpSqlite(const ConnectionString& connexionString);
     void CheckConnection(SQLRETURN returnCode, std::string_view operation);
+    [[noreturn]] void Raise(SQLRETURN returnCode, const DriverHandle& handle,
+                            const Attempt& attempt);
     void EndTransaction(SQLSMALLINT completion, std::string_view operation);
     [[nodiscard]] bool SetAutocommit(bool on) noexcept;
     SQLRETURN ExecuteOn(const StatementHandle& statement, std::wstring_view text);
     std::wstring FirstText(std::wstring_view query, SQLUSMALLINT column);
 
     std::string m_key;
-    std::uint32_t m_timeoutSeconds; // 0: the driver's own
+    std::vector<std::string> m_secrets; // of the key
+    std::uint32_t m_timeoutSeconds;     // 0: the driver's own
     TextCrossing m_crossing;
     const Dialect* m_dialect;
     bool m_bindsColumns = false;

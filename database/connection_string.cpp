@@ -1,9 +1,11 @@
 #include "database/connection_string.h"
 
+#include "database/secrets.h"
 #include "support/casefold.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace database
 {
@@ -23,19 +25,25 @@ std::string_view Trimmed(std::string_view text)
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
+// Keys that need no hiding. Any other one behind a password may be the rest of it, where a
+// semicolon in it was not put in braces.
+constexpr const char* kOpenKeys[] = {
+    "DRIVER",   "DSN",     "FILEDSN", "DATABASE", "SERVER", "SERVERNAME", "HOST",
+    "HOSTNAME", "PORT",    "UID",     "USER",     "SOCKET", "USERNAME",   "TIMEOUT",
+    "SSLMODE",  "ENCRYPT", "CHARSET", "OPTION",   "APP",    "WSID",       "TRUSTSERVERCERTIFICATE",
+};
+
+bool IsOpenKey(const std::string& key)
+{
+    return std::any_of(std::begin(kOpenKeys), std::end(kOpenKeys),
+                       [&key](const char* each)
+                       { return support::EqualIgnoringAsciiCase(key.c_str(), each); });
+}
+
 /// Also a value that holds settings of its own, a password among them.
 bool IsSecret(const std::string& key, const std::string& raw)
 {
-    std::string lower = raw;
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char each)
-                   { return each >= 'A' && each <= 'Z' ? static_cast<char>(each + 32) : each; });
-    static constexpr const char* kSecrets[] = {"PWD",    "PASSWORD",    "PASSWD",
-                                               "NEWPWD", "SSLPASSWORD", "ACCESSTOKEN"};
-    return lower.find("password=") != std::string::npos ||
-           std::any_of(std::begin(kSecrets), std::end(kSecrets),
-                       [&key](const char* each)
-                       { return support::EqualIgnoringAsciiCase(key.c_str(), each); });
+    return IsSecretKey(key) || !SecretSettingsIn(raw).empty();
 }
 
 /// Position behind the brace that closes the one at `open`; npos when none does. A doubled closing
@@ -126,13 +134,30 @@ std::size_t ConnectionString::ReadEntry(std::string_view text, std::size_t at)
         end = BehindBraces(text, start);
         if (end == std::string_view::npos)
         {
-            m_fault = "The connection string never closes the brace of the value of " + key + ".";
+            // Not by its key: that may be part of a password with a semicolon.
+            m_fault = "The connection string never closes the brace of the value in its part " +
+                      std::to_string(m_entries.size() + 1) + ".";
             return text.size();
         }
     }
     end = std::min(text.find(';', end), text.size());
-    m_entries.push_back({key, std::string(Trimmed(text.substr(start, end - start)))});
+    AddEntry(key, std::string(Trimmed(text.substr(start, end - start))));
     return end + 1;
+}
+
+void ConnectionString::AddEntry(const std::string& key, const std::string& raw)
+{
+    Visibility visibility = Visibility::Open;
+    if (IsSecret(key, raw))
+    {
+        visibility = Visibility::Secret;
+    }
+    else if (!m_entries.empty() && m_entries.back().visibility != Visibility::Open &&
+             !IsOpenKey(key))
+    {
+        visibility = Visibility::RestOfASecret;
+    }
+    m_entries.push_back({key, raw, visibility});
 }
 
 void ConnectionString::CheckTarget()
@@ -161,9 +186,24 @@ std::vector<std::string> ConnectionString::Secrets() const
     std::vector<std::string> secrets;
     for (const Entry& each : m_entries)
     {
-        if (IsSecret(each.key, each.raw))
+        if (each.visibility == Visibility::RestOfASecret)
         {
-            secrets.push_back(WithoutBraces(each.raw));
+            secrets.push_back(each.key + "=" + each.raw);
+        }
+        if (each.visibility == Visibility::Open)
+        {
+            continue;
+        }
+        const std::string value = WithoutBraces(each.raw);
+        secrets.push_back(value);
+        if (value.size() + 2 < each.raw.size())
+        {
+            // With its doubled braces, as a driver quotes it.
+            secrets.push_back(each.raw.substr(1, each.raw.size() - 2));
+        }
+        for (std::string& inner : SecretSettingsIn(value))
+        {
+            secrets.push_back(std::move(inner));
         }
     }
     return secrets;
@@ -174,7 +214,9 @@ std::string ConnectionString::Masked() const
     std::string masked;
     for (const Entry& each : m_entries)
     {
-        masked += each.key + "=" + (IsSecret(each.key, each.raw) ? "***" : each.raw) + ";";
+        masked += each.visibility == Visibility::RestOfASecret ? "" : each.key + "=";
+        masked += each.visibility == Visibility::Open ? std::string_view(each.raw) : kHidden;
+        masked += ";";
     }
     return masked;
 }

@@ -19,7 +19,7 @@ public:
     /// The value of a key without its braces, empty when there is none. Case does not count.
     std::string Value(std::string_view key) const;
 
-    /// The values that no message may show, without their braces.
+    /// The texts that no message may show: values with and without their braces.
     std::vector<std::string> Secrets() const;
 
     /// The text for messages, every password masked; only for a text without a fault, because
@@ -27,13 +27,22 @@ public:
     std::string Masked() const;
 
 private:
+    enum class Visibility
+    {
+        Open,
+        Secret,
+        RestOfASecret, ///< an unknown key behind a secret: the secret may hold a semicolon
+    };
+
     struct Entry
     {
         std::string key;
         std::string raw; ///< as it stands, braces included
+        Visibility visibility = Visibility::Open;
     };
 
     std::size_t ReadEntry(std::string_view text, std::size_t at);
+    void AddEntry(const std::string& key, const std::string& raw);
     void CheckTarget();
 
     std::vector<Entry> m_entries;

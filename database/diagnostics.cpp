@@ -2,10 +2,12 @@
 
 #include "database/cdbexception.h"
 #include "database/odbc_text.h"
+#include "database/secrets.h"
 #include "support/codepage.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace database
 {
@@ -98,19 +100,20 @@ std::string ShownAttempt(const Attempt& attempt)
 
 } // namespace
 
-void RaiseDriverError(SQLRETURN returnCode, SQLSMALLINT kind, SQLHANDLE handle,
-                      TextCrossing crossing, const Attempt& attempt)
+void RaiseDriverError(SQLRETURN returnCode, const DriverHandle& handle, const MessageRules& rules,
+                      const Attempt& attempt)
 {
-    const auto read = crossing == TextCrossing::Utf16 ? ReadWide : ReadNarrow;
+    const auto read = rules.crossing == TextCrossing::Utf16 ? ReadWide : ReadNarrow;
     Record first;
     std::string text;
     for (SQLSMALLINT number = 1; number <= kMostRecords; ++number)
     {
         Record record;
-        if (!read(kind, handle, number, record))
+        if (!read(handle.kind, handle.handle, number, record))
         {
             break;
         }
+        record.message = WithoutSecrets(std::move(record.message), rules.secrets);
         if (number == 1)
         {
             first = record;

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace database
 {
@@ -16,9 +17,22 @@ struct Attempt
     std::wstring_view detail;   ///< the statement; never a password
 };
 
+struct DriverHandle
+{
+    SQLSMALLINT kind;
+    SQLHANDLE handle;
+};
+
+/// How a driver's messages are read.
+struct MessageRules
+{
+    TextCrossing crossing;
+    const std::vector<std::string>& secrets; ///< hidden: drivers quote connection strings
+};
+
 /// Raises CDBException* with everything that the driver says of the handle's last call.
-[[noreturn]] void RaiseDriverError(SQLRETURN returnCode, SQLSMALLINT kind, SQLHANDLE handle,
-                                   TextCrossing crossing, const Attempt& attempt);
+[[noreturn]] void RaiseDriverError(SQLRETURN returnCode, const DriverHandle& handle,
+                                   const MessageRules& rules, const Attempt& attempt);
 
 /// Raises CDBException* for what this room itself refuses. `text` is Windows-1252.
 [[noreturn]] void RaiseRefusal(const char* state, std::string_view text, const Attempt& attempt);

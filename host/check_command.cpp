@@ -138,7 +138,7 @@ CheckResult ResultOf(const SignUtils& session, unsigned long verdict, const Chec
     result.amounts = AmountsOf(request, outcome, isTraced);
     result.reasonCode = narrow(outcome.reasonCode);
     result.reasonText = support::Utf8FromWide(outcome.reasonText.SafeGetString());
-    result.problem = Redacted(narrow(outcome.problem), request.connection);
+    result.problem = narrow(outcome.problem);
     result.rowsDue = outcome.rowsDue;
     result.rowsWritten = outcome.rowsWritten;
     result.journal = NameOf(outcome.journal);

@@ -18,10 +18,12 @@ namespace
 {
 
 constexpr OptionSpec kDb = {"db", OptionKind::Text, "CONN",
-                            "ODBC connection string; SIGNCHECK_DB keeps its password out of the "
-                            "process list"};
-constexpr OptionSpec kConfig = {kConfigOption, OptionKind::Text, "FILE",
-                                "TOML file that any option can also come from"};
+                            "ODBC connection string; else SIGNCHECK_DB, else field db of "
+                            "--config, which both keep its password out of the process list"};
+constexpr OptionSpec kConfig = {
+    kConfigOption, OptionKind::Text, "FILE",
+    "TOML file that any option can also come from; mode 600 when its db "
+    "holds a password"};
 constexpr OptionSpec kJson = {"json", OptionKind::Flag, "",
                               "print one JSON object on standard output and nothing else"};
 constexpr OptionSpec kSince = {"since", OptionKind::Text, "TIME",

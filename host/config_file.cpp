@@ -1,10 +1,12 @@
 #include "host/config_file.h"
 
+#include "database/secrets.h"
 #include "host/order_path.h"
 #include "host/refusal.h"
 #include "host/suggestion.h"
 #include "host/text.h"
 #include "port/files.h"
+#include "port/secrecy.h"
 
 #include <toml++/toml.h>
 
@@ -232,15 +234,11 @@ std::string ReadConfigFile(const OptionValue& path)
     return bytes;
 }
 
-} // namespace
-
-void AddFromConfigText(const std::string& toml, const std::string& name, const CommandSpec& command,
-                       OptionValues& values)
+toml::table ParseConfig(const std::string& toml, const std::string& name)
 {
-    toml::table root;
     try
     {
-        root = toml::parse(std::string_view(toml));
+        return toml::parse(std::string_view(toml));
     }
     catch (const toml::parse_error& error)
     {
@@ -249,13 +247,65 @@ void AddFromConfigText(const std::string& toml, const std::string& name, const C
                            ". Correct the line: a field is written name = value, a text stands in "
                            "quotes.");
     }
+}
+
+bool HoldsPassword(const toml::table& table)
+{
+    const auto* db = table["db"].as_string();
+    return db != nullptr && !database::SecretSettingsIn(db->get()).empty();
+}
+
+// At the top and in every command's table, whichever command is run: the file is what others read.
+bool HoldsPasswordAnywhere(const toml::table& root)
+{
+    return HoldsPassword(root) || std::any_of(root.begin(), root.end(),
+                                              [](const auto& entry)
+                                              {
+                                                  const toml::table* table =
+                                                      entry.second.as_table();
+                                                  return table != nullptr && HoldsPassword(*table);
+                                              });
+}
+
+void RequireOwnersOnly(const OptionValue& path)
+{
+    const port::FileRights rights =
+        port::RightsOf(ExistingFilePath(path, "the settings file").c_str());
+    if (!rights.othersMayRead && !rights.othersMayWrite)
+    {
+        return;
+    }
+    throw UsageRefusal(path.origin + ": the settings file " + Quoted(path.text) +
+                       " holds the password of its field db and has mode " + rights.mode +
+                       ", so that others may " + (rights.othersMayRead ? "read" : "write") +
+                       " it. Make it its owner's alone: chmod 600 " + Printable(path.text) +
+                       ", and change the password if others have seen it.");
+}
+
+void AddFields(const toml::table& root, const std::string& name, const CommandSpec& command,
+               OptionValues& values)
+{
     AddCommandTables(root, name, command, values);
     AddTopKeys(root, name, command, values);
 }
 
+} // namespace
+
+void AddFromConfigText(const std::string& toml, const std::string& name, const CommandSpec& command,
+                       OptionValues& values)
+{
+    AddFields(ParseConfig(toml, name), name, command, values);
+}
+
 void AddFromConfigFile(const OptionValue& path, const CommandSpec& command, OptionValues& values)
 {
-    AddFromConfigText(ReadConfigFile(path), Printable(path.text), command, values);
+    const std::string name = Printable(path.text);
+    const toml::table root = ParseConfig(ReadConfigFile(path), name);
+    if (HoldsPasswordAnywhere(root))
+    {
+        RequireOwnersOnly(path);
+    }
+    AddFields(root, name, command, values);
 }
 
 } // namespace host

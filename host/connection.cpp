@@ -19,9 +19,6 @@ namespace host
 namespace
 {
 
-constexpr const char* kHidden = "***";
-// A shorter password could stand in any word, and hiding it would garble the message.
-constexpr std::size_t kShortestHiddenInMessages = 3;
 constexpr const char* kInMemory = ":memory:";
 constexpr const char* kTableMissing = "42S02";
 
@@ -64,7 +61,7 @@ bool IsDriverMissing(const std::string& state)
         IsSqlite(database::ConnectionString(connection.text)) && !IsDriverMissing(state);
     throw Refusal(kCouldNotRun,
                   connection.origin + ": the database " + Quoted(connection.shown) +
-                      " cannot be opened: " + Printable(Redacted(reason, connection)) +
+                      " cannot be opened: " + Printable(reason) +
                       (isFileAtFault
                            ? ". Correct Database= in the connection string: its folder must be "
                              "there and writable."
@@ -126,8 +123,7 @@ TableProbe Probe(CDatabase& database, const std::string& table, const std::strin
 {
     throw Refusal(kCouldNotRun,
                   connection.origin + ": table " + table + " of the database " +
-                      Quoted(connection.shown) +
-                      " cannot be read: " + Printable(Redacted(reason, connection)) +
+                      Quoted(connection.shown) + " cannot be read: " + Printable(reason) +
                       ". Check that it is a database of signcheck init, unharmed, and that the "
                       "user may read the table.");
 }
@@ -179,26 +175,6 @@ void RefuseDatabaseInMemory(const Connection& connection)
         throw UsageRefusal(connection.origin + ": the database " + Quoted(connection.shown) +
                            " ends with this command. Name a file as Database=.");
     }
-}
-
-std::string Redacted(std::string message, const Connection& connection)
-{
-    const database::ConnectionString parts(connection.text);
-    for (const std::string& secret : parts.Secrets())
-    {
-        const std::string password = support::Utf8FromNarrow(secret);
-        if (password.size() < kShortestHiddenInMessages)
-        {
-            continue;
-        }
-        std::size_t position = 0;
-        while ((position = message.find(password, position)) != std::string::npos)
-        {
-            message.replace(position, password.size(), kHidden);
-            position += std::string(kHidden).size();
-        }
-    }
-    return message;
 }
 
 void OpenDatabase(CDatabase& database, const Connection& connection, bool mayCreate)

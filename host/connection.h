@@ -23,9 +23,6 @@ Connection ConnectionFrom(const OptionValues& values);
 /// Raises UsageRefusal for an embedded database without a file, which no later command would find.
 void RefuseDatabaseInMemory(const Connection& connection);
 
-/// A driver's message (UTF-8) without the password of the connection string, should it quote it.
-std::string Redacted(std::string message, const Connection& connection);
-
 /// Opens the database. Raises Refusal with kCouldNotRun. `mayCreate`: an embedded database that is
 /// not there yet may be created.
 void OpenDatabase(CDatabase& database, const Connection& connection, bool mayCreate);

@@ -61,8 +61,7 @@ Installation InstallInto(CDatabase& database, const Connection& connection, bool
     {
         throw Refusal(kCouldNotRun,
                       connection.origin + ": the tables cannot be created in " +
-                          Quoted(connection.shown) + ": " +
-                          Printable(Redacted(reason, connection)) +
+                          Quoted(connection.shown) + ": " + Printable(reason) +
                           ". Check that the user may create tables, and repeat signcheck init.");
     }
     return done;

@@ -5,6 +5,7 @@
 #include "host/refusal.h"
 #include "host/text.h"
 #include "port/program.h"
+#include "port/secrecy.h"
 #include "support/casefold.h"
 
 #include <nlohmann/json.hpp>
@@ -54,7 +55,7 @@ int Fail(int status, const std::string& message, bool asJson)
     host::Complain(message);
     if (asJson)
     {
-        host::PrintJson({{"error", message}, {"status", status}});
+        host::PrintJson({{"error", host::WithoutPasswords(message)}, {"status", status}});
     }
     return status;
 }
@@ -90,6 +91,7 @@ int Run(const std::vector<std::string>& arguments)
 
 int main(int count, char** values)
 {
+    port::KeepMemoryPrivate();
     port::UseUtf8Output();
     const int status = Run(port::Utf8Arguments(count, values));
     if (!host::FlushOutput())

@@ -1,5 +1,7 @@
 #include "host/output.h"
 
+#include "database/secrets.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -27,14 +29,19 @@ void PrintJson(const nlohmann::ordered_json& object)
     Print(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
 }
 
+std::string WithoutPasswords(const std::string& message)
+{
+    return database::WithoutSecrets(message, {});
+}
+
 void Complain(const std::string& message)
 {
-    Write(stderr, "signcheck: " + message + "\n");
+    Write(stderr, "signcheck: " + WithoutPasswords(message) + "\n");
 }
 
 void Warn(const std::string& message)
 {
-    Write(stderr, "signcheck: WARNING: " + message + "\n");
+    Write(stderr, "signcheck: WARNING: " + WithoutPasswords(message) + "\n");
 }
 
 bool FlushOutput()

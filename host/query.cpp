@@ -85,7 +85,7 @@ struct RowReader::State
         {
             throw Refusal(kCouldNotRun,
                           connection.origin + ": the database " + Quoted(connection.shown) +
-                              " refused to be read: " + Printable(Redacted(reason, connection)) +
+                              " refused to be read: " + Printable(reason) +
                               ". Check that its tables are there (signcheck init) and that the "
                               "user may read them.");
         }

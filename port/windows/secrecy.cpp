@@ -1,6 +1,7 @@
 #include "port/secrecy.h"
 
 #include "port/kernel.h"
+#include "port/windows/native_text.h"
 
 namespace port
 {
@@ -18,7 +19,7 @@ FileRights RightsOf(const char* /*path*/)
 
 bool IsLink(const char* path)
 {
-    const DWORD attributes = GetFileAttributesA(path);
+    const DWORD attributes = GetFileAttributesW(NativePath(path).c_str());
     return attributes != INVALID_FILE_ATTRIBUTES &&
            (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }

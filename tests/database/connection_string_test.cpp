@@ -9,6 +9,7 @@ namespace
 {
 
 using database::ConnectionString;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -37,6 +38,16 @@ TEST(ConnectionStringText, MasksEveryPassword)
                                 "pqopt={password=secret3}");
 
     EXPECT_EQ(text.Masked(), "DRIVER={X};UID=u;Pwd=***;PASSWORD=***;Port=1;pqopt=***;");
+    EXPECT_THAT(text.Secrets(),
+                ElementsAre("secret1", "sec;ret}2", "sec;ret}}2", "password=secret3", "secret3"));
+}
+
+TEST(ConnectionStringText, HidesWhatMayBeTheRestOfAPasswordWithASemicolon)
+{
+    const ConnectionString text("DRIVER=X;Timeout=1;Other=2;PWD=sec;ret=3;more=4;UID=u;Other=5");
+
+    EXPECT_EQ(text.Masked(), "DRIVER=X;Timeout=1;Other=2;PWD=***;***;***;UID=u;Other=5;");
+    EXPECT_THAT(text.Secrets(), ElementsAre("sec", "ret=3", "3", "more=4", "4"));
 }
 
 struct Fault
@@ -62,7 +73,9 @@ const Fault kFaults[] = {
      "stand in braces."},
     {"NoKey", "DRIVER=X;=1", "The connection string has a '=' without a key before it."},
     {"OpenBrace", "DRIVER=X;PWD={secret",
-     "The connection string never closes the brace of the value of PWD."},
+     "The connection string never closes the brace of the value in its part 2."},
+    {"OpenBraceInAPasswordWithASemicolon", "DRIVER=X;PWD=sec;secret={x",
+     "The connection string never closes the brace of the value in its part 3."},
     {"NeitherDriverNorDsn", "Database=x;UID=y",
      "The connection string names no database: it has neither DRIVER nor DSN."},
     {"EmptyDriver", "DRIVER=;Database=x",

@@ -217,7 +217,7 @@ TEST(OpenDatabase, WithABrokenConnectionStringNamesTheFaultAndNoValue)
 
     ASSERT_TRUE(failure.has_value());
     EXPECT_EQ(failure->first,
-              "[08001] The connection string never closes the brace of the value of PWD.");
+              "[08001] The connection string never closes the brace of the value in its part 2.");
     EXPECT_THAT(failure->second, Not(HasSubstr("secret")));
 }
 

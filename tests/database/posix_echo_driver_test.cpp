@@ -1,0 +1,81 @@
+// What is left of a password when a driver repeats the connection string in its messages. The
+// driver is loaded by its path, which only the driver manager of POSIX takes in place of a name.
+
+#include "database/idle_pool.h"
+#include "tests/database/sqlite_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace database_tests;
+
+namespace
+{
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+std::string EchoConnection(const std::string& more)
+{
+    return "DRIVER=" SIGNUTILS_ECHO_DRIVER ";UID=bank;" + more;
+}
+
+std::string AllOfIt(const Failure& failure)
+{
+    return failure.first + "\n" + failure.second + "\n" + failure.text;
+}
+
+TEST(EchoingDriver, RepeatsTheConnectionStringAndSoTestsSomething)
+{
+    CDatabase database;
+    const auto failure = FailureOf([&] { Open(database, EchoConnection("Server=wire")); });
+
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->state, "28000");
+    EXPECT_THAT(failure->first, AllOf(HasSubstr("no luck with"), HasSubstr("Server=wire")));
+}
+
+class EchoedPassword : public testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(EchoedPassword, StandsInNoTextOfARefusedConnection)
+{
+    CDatabase database;
+    const auto failure = FailureOf([&] { Open(database, EchoConnection(GetParam())); });
+
+    ASSERT_TRUE(failure);
+    EXPECT_THAT(AllOfIt(*failure), AllOf(HasSubstr("UID=bank"), HasSubstr("***"),
+                                         Not(HasSubstr("sen")), Not(HasSubstr("tinel"))));
+}
+
+TEST_P(EchoedPassword, StandsInNoTextOfARefusedStatement)
+{
+    const std::string connection = EchoConnection(std::string("ECHO=CONNECT;") + GetParam());
+    CDatabase database;
+    Open(database, connection);
+
+    const auto executed = FailureOf([&] { database.ExecuteSQLW(L"DELETE FROM T"); });
+    const auto queried = FailureOf([&] { ReadOne(database, L"SELECT A FROM T", "A"); });
+
+    for (const auto& failure : {executed, queried})
+    {
+        ASSERT_TRUE(failure);
+        EXPECT_THAT(AllOfIt(*failure), AllOf(HasSubstr("no luck with"), Not(HasSubstr("sen")),
+                                             Not(HasSubstr("tinel"))));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Spellings, EchoedPassword,
+                         testing::Values("PWD=sentinel", "pwd=sentinel;X=1", "Password=sentinel",
+                                         "PASSWORD = sentinel ", "PWD={sentinel}",
+                                         "PWD={sen;tinel}", "PWD={sen}}tinel};Port=1",
+                                         "Pwd={sen tinel}", "pqopt={password=sentinel}",
+                                         "pqopt={user=x password = sentinel sslmode=off}",
+                                         "SSLPassword=sentinel", "AccessToken=sentinel",
+                                         "PWD=x;sentinel=y", "PWD=x;y=sentinel"));
+
+} // namespace
