@@ -43,6 +43,7 @@ function(signutils_tests room)
   endif()
   gtest_discover_tests(${target}
     TEST_PREFIX "${room}."
+    NO_PRETTY_VALUES # names are the same on every platform
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
     PROPERTIES ${properties})

@@ -1,9 +1,9 @@
 #include "engine/xml_stream.h"
 
 #include "engine/failure.h"
-#include "engine/xml_encoding.h"
 #include "support/codepage.h"
 #include "support/format.h"
+#include "support/xml_encoding.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -22,6 +22,8 @@ namespace engine
 
 namespace
 {
+
+using support::XmlEncoding;
 
 constexpr unsigned kMostNesting = 256;
 constexpr std::size_t kLongestText = std::size_t{1024} * 1024;
@@ -315,8 +317,8 @@ void XmlParse::RefuseGrowth() const
 // What is read must not depend on how the parser was built.
 void XmlParse::ChooseEncoding(std::string_view start)
 {
-    const std::string name = DeclaredEncoding(start);
-    m_encoding = EncodingOf(name);
+    const std::string name = support::DeclaredEncoding(start);
+    m_encoding = support::EncodingOf(name);
     if (m_encoding == XmlEncoding::Other)
     {
         const std::string shown = OneLine(name.substr(0, 40).c_str());

@@ -4,6 +4,7 @@
 #include "amounts/engine_interfaces.h"
 #include "host/com_apartment.h"
 #include "host/text.h"
+#include "port/class_advice.h"
 #include "port/files.h"
 #include "support/codepage.h"
 
@@ -32,14 +33,12 @@ std::string EngineObstacle()
     }
     if (result == REGDB_E_CLASSNOTREG)
     {
-        return "no conversion engine is registered (error " + ComErrorText(result) +
-               "). Install the engine's module and its class registry, signutils-com.ini, beside "
-               "the library, and see whether SIGNUTILS_COM_REGISTRY or SIGNUTILS_CONFIG names "
-               "another";
+        return "no conversion engine is registered (error " + ComErrorText(result) + "). " +
+               port::AdviceToRegister();
     }
     return "the conversion engine cannot be started (error " + ComErrorText(result) +
-           "). See whether its module is where the class registry, signutils-com.ini, says, and "
-           "whether it can be loaded";
+           "). See whether its module is where " + port::NameOfClassRegistry() +
+           " says, and whether it can be loaded";
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "host/xml_message.h"
 
 #include "host/text.h"
+#include "support/codepage.h"
+#include "support/xml_encoding.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -102,6 +104,15 @@ std::string WhyNone(const Search& search, bool complete)
            " no pain.001 or pain.008 message" + root;
 }
 
+void Parse(Search& search, std::string_view bytes, bool complete)
+{
+    xmlParseChunk(search.context, bytes.data(), static_cast<int>(bytes.size()), complete ? 1 : 0);
+    if (!search.ended)
+    {
+        search.found.problem = WhyNone(search, complete);
+    }
+}
+
 } // namespace
 
 XmlMessage FindXmlMessage(std::string_view bytes, bool complete)
@@ -122,11 +133,21 @@ XmlMessage FindXmlMessage(std::string_view bytes, bool complete)
         throw std::bad_alloc();
     }
     search.context = context.get();
-    xmlCtxtUseOptions(context.get(), XML_PARSE_NONET);
-    xmlParseChunk(context.get(), bytes.data(), static_cast<int>(bytes.size()), complete ? 1 : 0);
-    if (!search.ended)
+    const std::string encoding = support::DeclaredEncoding(bytes);
+    switch (support::EncodingOf(encoding))
     {
-        search.found.problem = WhyNone(search, complete);
+    case support::XmlEncoding::Other:
+        search.found.problem =
+            "its encoding " + Quoted(Printable(encoding)) + " is not read; use UTF-8";
+        return search.found;
+    case support::XmlEncoding::Windows1252:
+        xmlCtxtUseOptions(context.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
+        Parse(search, support::Utf8FromNarrow(bytes), complete);
+        break;
+    case support::XmlEncoding::Parsers:
+        xmlCtxtUseOptions(context.get(), XML_PARSE_NONET);
+        Parse(search, bytes, complete);
+        break;
     }
     return search.found;
 }

@@ -21,7 +21,7 @@ struct XmlMessage
 };
 
 /// Looks for the message element of a pain.001 or pain.008, by local name, at any depth, in any
-/// encoding that the parser knows. `bytes` are the document's beginning, or all of it when
+/// encoding that the engine reads. `bytes` are the document's beginning, or all of it when
 /// `complete`. A document type declaration is refused; nothing outside the bytes is read.
 XmlMessage FindXmlMessage(std::string_view bytes, bool complete);
 

@@ -1,5 +1,7 @@
 #include "port/dispatch.h"
 
+#include <algorithm>
+
 namespace port
 {
 
@@ -21,6 +23,32 @@ VARTYPE VariantTypeOf(DispatchType type)
         break;
     }
     return VT_BYREF | VT_BSTR;
+}
+
+// Versions of Windows' own call do not agree on what more or fewer arguments come to.
+const DispatchOperation* DispatchInterface::Called(DISPID member, WORD flags,
+                                                   const DISPPARAMS* parameters,
+                                                   HRESULT& refusal) const
+{
+    const auto operation = std::find_if(m_operations.begin(), m_operations.end(),
+                                        [&](const auto& each)
+                                        { return static_cast<DISPID>(each.position) == member; });
+    if (operation == m_operations.end() || (flags & DISPATCH_METHOD) == 0)
+    {
+        refusal = DISP_E_MEMBERNOTFOUND;
+        return nullptr;
+    }
+    if (parameters == nullptr)
+    {
+        refusal = E_INVALIDARG;
+        return nullptr;
+    }
+    if (parameters->cArgs != operation->parameters.size())
+    {
+        refusal = DISP_E_BADPARAMCOUNT;
+        return nullptr;
+    }
+    return &*operation;
 }
 
 HRESULT DispatchInterface::GetTypeInfoCount(UINT* count) const

@@ -39,7 +39,8 @@ struct DispatchOperation
     std::vector<DispatchParameter> parameters;
 };
 
-/// Answers the dispatch entries of one interface from the list of its operations. Elsewhere than on
+/// Answers the dispatch entries of one interface from the list of its operations. A failure of an
+/// operation is the call's exception. Elsewhere than on
 /// Windows there is no type description, and arguments must have the parameters' own types.
 class SIGNUTILS_PORT_API DispatchInterface
 {
@@ -55,6 +56,10 @@ public:
                    EXCEPINFO* exception, UINT* argumentError) const;
 
 private:
+    /// The operation that a call of these means; null with the call's answer when it means none.
+    const DispatchOperation* Called(DISPID member, WORD flags, const DISPPARAMS* parameters,
+                                    HRESULT& refusal) const;
+
     std::vector<DispatchOperation> m_operations;
     ITypeInfo* m_typeInfo = nullptr; // lives as long as the process
 };

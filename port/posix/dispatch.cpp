@@ -61,6 +61,21 @@ Entry EntryOf(void* object, std::uint32_t position)
     return reinterpret_cast<Entry>(table[position]);
 }
 
+/// The answer of a call whose operation answered so.
+HRESULT Answer(HRESULT result, EXCEPINFO* exception)
+{
+    if (SUCCEEDED(result))
+    {
+        return S_OK;
+    }
+    if (exception != nullptr)
+    {
+        *exception = EXCEPINFO{};
+        exception->scode = result;
+    }
+    return DISP_E_EXCEPTION;
+}
+
 } // namespace
 
 DispatchInterface::DispatchInterface(std::vector<DispatchOperation> operations)
@@ -111,26 +126,20 @@ HRESULT DispatchInterface::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* id
 }
 
 HRESULT DispatchInterface::Invoke(void* object, DISPID member, WORD flags, DISPPARAMS* parameters,
-                                  VARIANT* result, EXCEPINFO* /*exception*/,
-                                  UINT* argumentError) const
+                                  VARIANT* result, EXCEPINFO* exception, UINT* argumentError) const
 {
-    const auto operation = std::find_if(m_operations.begin(), m_operations.end(),
-                                        [&](const auto& each)
-                                        { return static_cast<DISPID>(each.position) == member; });
-    if (operation == m_operations.end() || (flags & DISPATCH_METHOD) == 0)
+    HRESULT refusal = S_OK;
+    const DispatchOperation* const operation = Called(member, flags, parameters, refusal);
+    if (operation == nullptr)
     {
-        return DISP_E_MEMBERNOTFOUND;
-    }
-    if (parameters == nullptr)
-    {
-        return E_INVALIDARG;
+        return refusal;
     }
     if (parameters->cNamedArgs != 0)
     {
         return DISP_E_NONAMEDARGS;
     }
     const std::size_t count = operation->parameters.size();
-    if (parameters->cArgs != count || count > kMostParameters)
+    if (count > kMostParameters)
     {
         return DISP_E_BADPARAMCOUNT;
     }
@@ -151,8 +160,9 @@ HRESULT DispatchInterface::Invoke(void* object, DISPID member, WORD flags, DISPP
     {
         result->vt = VT_EMPTY;
     }
-    return EntryOf(object, operation->position)(object, words[0], words[1], words[2], words[3],
-                                                words[4], words[5]);
+    return Answer(EntryOf(object, operation->position)(object, words[0], words[1], words[2],
+                                                       words[3], words[4], words[5]),
+                  exception);
 }
 
 } // namespace port

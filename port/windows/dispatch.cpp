@@ -112,9 +112,13 @@ HRESULT DispatchInterface::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* id
 HRESULT DispatchInterface::Invoke(void* object, DISPID member, WORD flags, DISPPARAMS* parameters,
                                   VARIANT* result, EXCEPINFO* exception, UINT* argumentError) const
 {
-    return m_typeInfo == nullptr ? E_NOTIMPL
-                                 : DispInvoke(object, m_typeInfo, member, flags, parameters, result,
-                                              exception, argumentError);
+    HRESULT refusal = E_NOTIMPL;
+    if (m_typeInfo == nullptr || Called(member, flags, parameters, refusal) == nullptr)
+    {
+        return refusal;
+    }
+    return DispInvoke(object, m_typeInfo, member, flags, parameters, result, exception,
+                      argumentError);
 }
 
 } // namespace port

@@ -60,7 +60,8 @@ std::vector<std::string> Names(const std::string& folder)
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder))
     {
-        names.push_back(entry.path().filename().string());
+        const std::u8string name = entry.path().filename().u8string();
+        names.emplace_back(name.begin(), name.end());
     }
     std::sort(names.begin(), names.end());
     return names;

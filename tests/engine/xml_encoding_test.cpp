@@ -1,6 +1,5 @@
 #include "engine/convert.h"
 #include "engine/failure.h"
-#include "engine/xml_encoding.h"
 #include "tests/engine/work_files.h"
 #include "tests/testing/temporary_folder.h"
 
@@ -10,11 +9,8 @@
 #include <string>
 
 using engine::Convert;
-using engine::DeclaredEncoding;
-using engine::EncodingOf;
 using engine::Failure;
 using engine::Work;
-using engine::XmlEncoding;
 using testing::HasSubstr;
 using testing_support::ReadWholeFile;
 using testing_support::TemporaryFolder;
@@ -80,21 +76,6 @@ TEST(XmlEncoding, WhatNotEveryBuildReadsIsRefused)
             EXPECT_THAT(failure.Text(), HasSubstr("is not read; use UTF-8"));
         }
     }
-}
-
-TEST(XmlEncoding, DeclarationTellsTheName)
-{
-    EXPECT_EQ(DeclaredEncoding("<?xml version=\"1.0\" encoding='windows-1252' ?><a/>"),
-              "WINDOWS-1252");
-    EXPECT_EQ(DeclaredEncoding("\xEF\xBB\xBF<?xml version='1.0' encoding = \"utf-8\"?>"), "UTF-8");
-    for (const char* const without :
-         {"", "<a encoding='x'/>", "<?xml version=\"1.0\"?><a encoding='x'/>",
-          "<?xml version=\"1.0\" encoding", "<?xml version=\"1.0\" encoding='x",
-          "<?xml version=\"1.0\" encoding=x?>", "<?xml version=\"1.0\" noencoding='x'?>"})
-    {
-        EXPECT_EQ(DeclaredEncoding(without), "") << without;
-    }
-    EXPECT_EQ(EncodingOf(""), XmlEncoding::Parsers);
 }
 
 } // namespace

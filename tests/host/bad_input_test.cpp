@@ -128,12 +128,6 @@ TEST_F(BadInput, FolderInsteadOfAnOrderFile)
                 HasSubstr("argument FILE: '" + m_folder.Path() + "' is a folder"));
 }
 
-TEST_F(BadInput, ADeviceInsteadOfAnOrderFile)
-{
-    EXPECT_THAT(RefusalOf(ForFile("/dev/null")),
-                HasSubstr("argument FILE: '/dev/null' is no regular file. Give the path"));
-}
-
 TEST_F(BadInput, EmptyConnectionString)
 {
     EXPECT_THAT(RefusalOf(With(Valid(), "--db", "")),
@@ -303,24 +297,6 @@ TEST_F(BadInput, NumbersThatAreNone)
     EXPECT_THAT(RefusalOf(With(Valid(), "--type", "-1")), HasSubstr("option --type: '-1'"));
     EXPECT_THAT(RefusalOf(ValidAnd({"--file-id", "4294967296"})),
                 HasSubstr("option --file-id: '4294967296'"));
-}
-
-TEST_F(BadInput, BytesThatAreNoUtf8)
-{
-    EXPECT_THAT(
-        RefusalOf(With(Valid(), "--signers", "\xC9lodie")),
-        AllOf(HasSubstr("option --signers"), HasSubstr("no UTF-8"), HasSubstr("Give it in UTF-8")));
-    EXPECT_THAT(RefusalOf(ValidAnd({"--request=\xFF"})), HasSubstr("option --request"));
-    EXPECT_THAT(RefusalOf(With(Valid(), "--db", "Driver=X;PWD=s3cret\xFF")),
-                AllOf(HasSubstr("option --db"), Not(HasSubstr("s3cret"))));
-}
-
-TEST_F(BadInput, BytesThatAreNoUtf8InTheEnvironment)
-{
-    const ScopedEnvironment variable("SIGNCHECK_DB", "Driver=SQLite3;Database=\xFF");
-
-    EXPECT_THAT(RefusalOf(Without(Valid(), "--db")),
-                AllOf(HasSubstr("SIGNCHECK_DB"), HasSubstr("UTF-8")));
 }
 
 TEST_F(BadInput, CharactersWithoutPlaceInWindows1252)

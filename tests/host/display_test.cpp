@@ -1,5 +1,6 @@
 // signcheck display: the orders of an order file, laid out as CtlVEU.INI says.
 
+#include "port/files.h"
 #include "tests/host/order_files.h"
 
 #include <gmock/gmock.h>
@@ -169,10 +170,15 @@ TEST_F(Display, JsonTellsWhatEachColumnMeansAndWhatTheTextShows)
     const Answer answer = Show(order, {"--json"});
 
     EXPECT_EQ(answer.errors, "");
-    EXPECT_EQ(answer.Json(), nlohmann::json::parse(R"({
-        "file": ")" + order + R"(",
+    EXPECT_EQ(
+        answer.Json(),
+        nlohmann::json::parse(
+            R"({
+        "file": ")" +
+            order + R"(",
         "format": "ISO20022/pain.001",
-        "profile": ")" SIGNUTILS_SOURCES R"(/amounts/CtlVEU.INI",
+        "profile": )" +
+            nlohmann::json(port::JoinPath(SIGNUTILS_SOURCES "/amounts", "CtlVEU.INI")).dump() + R"(,
         "remittanceSwitches": {"isCredit": true, "isBankCodeBic": true, "isAccountIban": true},
         "orderSwitches": {"isAmountCredit": true, "isBankCodeBicOrig": true,
                           "isAccountIbanOrig": true, "isBankCodeBicRecip": true,
@@ -313,7 +319,7 @@ TEST_F(Display, MissingProfileIsNamedWithTheRemedy)
     EXPECT_EQ(answer.output, "");
     EXPECT_THAT(answer.errors,
                 AllOf(StartsWith("signcheck: order display: there is no file '" +
-                                 m_profiles.Path("none") + "/CtlVEU.INI'"),
+                                 port::JoinPath(m_profiles.Path("none"), "CtlVEU.INI") + "'"),
                       HasSubstr("comes with signcheck"), HasSubstr("SIGNUTILS_CONFIG")));
     EXPECT_THAT(Names(), ElementsAre("order.xml"));
 }
@@ -330,7 +336,7 @@ TEST_F(Display, MissingSectionIsNamedWithTheRemedy)
         EXPECT_EQ(answer.status, 3) << section;
         EXPECT_EQ(answer.output, "");
         EXPECT_THAT(answer.errors,
-                    AllOf(HasSubstr(m_profiles.Path("config") + "/CtlVEU.INI"),
+                    AllOf(HasSubstr(port::JoinPath(m_profiles.Path("config"), "CtlVEU.INI")),
                           HasSubstr("has no section [" + section + "], or an empty one"),
                           HasSubstr("[" + section + " ISO20022/pain.001]"), HasSubstr("Add it.")));
     }

@@ -288,59 +288,6 @@ TEST_F(FileCheck, AFileOfAnotherFormatThanNamedHasUnknownAmounts)
     EXPECT_THAT(OrdersFolder(), ElementsAre("mt101_blocks.txt"));
 }
 
-class FileCheckWithoutEngine : public FileCheck
-{
-protected:
-    // What signcheck says when this is the class registry.
-    void ExpectUnknown(const std::string& registry, const std::string& remedy)
-    {
-        const ScopedEnvironment variable("SIGNUTILS_COM_REGISTRY", registry.c_str());
-        const Answer answer = Check(Order("pain001_v03.xml"), "auto", kAccepted);
-
-        EXPECT_EQ(answer.status, 4);
-        EXPECT_THAT(answer.errors, AllOf(HasSubstr("UNKNOWN amounts"), HasSubstr(remedy)));
-        EXPECT_EQ(answer.Json()["amounts"], "unknown");
-        EXPECT_THAT(answer.Json()["amountsProblem"].get<std::string>(),
-                    AllOf(HasSubstr("Initialize CFFmtRun Error"), HasSubstr(remedy)));
-        EXPECT_THAT(OrdersFolder(), ElementsAre("pain001_v03.xml"));
-    }
-
-    // A class registry that names this module for the engine.
-    std::string RegistryOf(const std::string& module) const
-    {
-        return m_folder.Write("com.ini", "[InprocServer32]\n"
-                                         "{4894D747-9646-40D9-BFD9-2A31050BEC91} = " +
-                                             module + "\n");
-    }
-};
-
-TEST_F(FileCheckWithoutEngine, SaysThatNoneIsRegistered)
-{
-    ExpectUnknown(m_folder.Path("none.ini"),
-                  "no conversion engine is registered (error 0x80040154)");
-}
-
-TEST_F(FileCheckWithoutEngine, SaysThatItsModuleIsMissing)
-{
-    ExpectUnknown(RegistryOf(m_folder.Path("no-module.so")),
-                  "the conversion engine cannot be started (error 0x8007007E)");
-}
-
-TEST_F(FileCheckWithoutEngine, SaysThatItsModuleIsNone)
-{
-    ExpectUnknown(RegistryOf(m_folder.Write("module.so", "no module")),
-                  "the conversion engine cannot be started (error 0x");
-}
-
-TEST_F(FileCheckWithoutEngine, SaysThatItsModuleIsNoServer)
-{
-    const fs::path library =
-        fs::path(SIGNCHECK_PROGRAM).parent_path().parent_path() / "lib" / "libsignutils-port.so";
-    ASSERT_TRUE(fs::exists(library)) << library;
-    ExpectUnknown(RegistryOf(library.string()),
-                  "the conversion engine cannot be started (error 0x800401F9)");
-}
-
 TEST_F(FileCheck, AFolderThatCannotBeWrittenIsNamed)
 {
     // Root writes into any folder but those that the kernel keeps.
@@ -423,7 +370,7 @@ TEST_F(FileCheck, OfARefusalLeavesNoWorkFile)
 TEST_F(FileCheck, OfAFileWhosePathHoldsLettersBeyondAsciiIsDone)
 {
     const std::string path = m_orders.Path("virement été.xml");
-    fs::copy_file(fs::path(SIGNUTILS_CORPUS) / "pain001_v03.xml", path);
+    fs::copy_file(fs::path(SIGNUTILS_CORPUS) / "pain001_v03.xml", Utf8Path(path));
     const Answer answer = Check(path, "auto", kAccepted);
 
     EXPECT_EQ(answer.status, 0) << answer.errors;

@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace testing_support
@@ -171,16 +170,6 @@ TEST_P(OrderFileCommand, LeavesWorkFilesOfSomebodyElseAlone)
     EXPECT_THAT(Names(), ElementsAre("order.xml", "order.xml.veu", "order.xml.veu.cp2"));
 }
 
-TEST_P(OrderFileCommand, TellsThatTheEngineCannotBeHad)
-{
-    const ScopedEnvironment registry("SIGNUTILS_COM_REGISTRY", m_folder.Path("none.ini").c_str());
-
-    EXPECT_THAT(RefusalOf({Valid()}, 3), AllOf(HasSubstr("Initialize CFFmtRun Error"),
-                                               HasSubstr("no conversion engine is registered"),
-                                               HasSubstr("SIGNUTILS_COM_REGISTRY")));
-    EXPECT_THAT(Names(), ElementsAre("order.xml"));
-}
-
 TEST_P(OrderFileCommand, FailureIsOneJsonObjectWhereJsonIsAskedFor)
 {
     const std::string order = m_folder.Write("order.xml", "<Document>");
@@ -190,17 +179,6 @@ TEST_P(OrderFileCommand, FailureIsOneJsonObjectWhereJsonIsAskedFor)
     EXPECT_EQ(answer.status, 3);
     EXPECT_EQ(answer.Json()["status"], 3);
     EXPECT_THAT(answer.errors, HasSubstr(answer.Json()["error"].get<std::string>()));
-}
-
-TEST_P(OrderFileCommand, LeavesNothingWhenItsReaderGoesAway)
-{
-    const std::string order = Transfers({Group("G1", std::vector<std::string>(5000, "EUR 1.00"))});
-    const std::string command = std::string("'") + SIGNCHECK_PROGRAM + "' " + GetParam() + " '" +
-                                order + "' 2>&1 | head -c 1 >/dev/null";
-
-    ASSERT_EQ(std::system(command.c_str()), 0);
-
-    EXPECT_THAT(Names(), ElementsAre("order.xml"));
 }
 
 } // namespace

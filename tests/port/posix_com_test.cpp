@@ -1,4 +1,5 @@
 #include "port/com.h"
+#include "port/dispatch.h"
 #include "tests/port/com_test_module.h"
 #include "tests/testing/temporary_folder.h"
 
@@ -354,6 +355,20 @@ TEST_F(PosixCom, RegistrationsOfOneClassHaveCookiesOfTheirOwn)
     EXPECT_EQ(Create(kClass), S_OK);
     ReleaseAll();
     EXPECT_EQ(CoRevokeClassObject(cookies[1]), S_OK);
+}
+
+TEST_F(PosixCom, LateBoundCallTellsThePlaceOfAnArgumentOfAnotherType)
+{
+    const port::DispatchInterface operations(
+        {{L"Operation", 3, {{L"a", port::DispatchType::Text}, {L"b", port::DispatchType::Long}}}});
+    VARIANTARG arguments[2] = {}; // the last one first
+    arguments[0].vt = VT_I4;
+    arguments[1].vt = VT_I4;
+    DISPPARAMS parameters = {arguments, nullptr, 2, 0};
+    UINT wrong = 4711;
+    EXPECT_EQ(operations.Invoke(nullptr, 3, DISPATCH_METHOD, &parameters, nullptr, nullptr, &wrong),
+              DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(wrong, 1U);
 }
 
 } // namespace

@@ -112,6 +112,15 @@ TEST(PosixProfile, EndOfFileMarkEndsTheLineAlone)
     EXPECT_EQ(GetPrivateProfileStringA("A", "c", "", buffer, 16, path.c_str()), 1U);
 }
 
+TEST(PosixProfile, ListThatJustFitsIsWhole)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("test.ini", "[A]\na=1\nbb=2\n[Second]\n");
+    char buffer[] = "########";
+    EXPECT_EQ(GetPrivateProfileStringA("A", nullptr, "", buffer, 6, path.c_str()), 5U);
+    EXPECT_EQ(std::string(buffer, 7), std::string("a\0bb\0\0#", 7));
+}
+
 TEST(PosixProfile, ListThatIsCutEndsWithTwoNuls)
 {
     const TemporaryFolder folder;

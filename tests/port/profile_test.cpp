@@ -227,8 +227,6 @@ TEST_F(Profile, ListsOfKeysAndSectionsEndWithTwoNuls)
     };
     EXPECT_EQ(read("A", 16), 5U);
     EXPECT_EQ(Shown(buffer, 7), "a|bb||#");
-    EXPECT_EQ(read("A", 6), 5U) << "just large enough";
-    EXPECT_EQ(Shown(buffer, 7), "a|bb||#");
     EXPECT_EQ(read("A", 5), 3U);
     EXPECT_EQ(read(nullptr, 16), 9U);
     EXPECT_EQ(Shown(buffer, 11), "A|Second||#");

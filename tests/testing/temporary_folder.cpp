@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -45,16 +44,21 @@ std::string TemporaryFolder::Path(const std::string& name) const
 std::string TemporaryFolder::Write(const std::string& name, const std::string& bytes) const
 {
     const std::string path = Path(name);
-    std::ofstream stream(path, std::ios::binary);
+    std::ofstream stream(Utf8Path(path), std::ios::binary);
     stream << bytes;
     stream.close();
     EXPECT_TRUE(stream.good()) << path;
     return path;
 }
 
+std::filesystem::path Utf8Path(const std::string& path)
+{
+    return std::u8string(path.begin(), path.end());
+}
+
 std::string ReadWholeFile(const std::string& path)
 {
-    std::ifstream stream(path, std::ios::binary);
+    std::ifstream stream(Utf8Path(path), std::ios::binary);
     EXPECT_TRUE(stream.is_open()) << path;
     std::ostringstream bytes;
     bytes << stream.rdbuf();

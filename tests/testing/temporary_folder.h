@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace testing_support
@@ -23,6 +24,9 @@ public:
 private:
     std::string m_path;
 };
+
+/// What a path in UTF-8 names on every platform.
+std::filesystem::path Utf8Path(const std::string& path);
 
 /// All bytes of a file; fails the running test when it cannot be read.
 std::string ReadWholeFile(const std::string& path);

@@ -28,7 +28,8 @@ execute_process(
 
 set(ENV{SIGNUTILS_SPOOL} "${WORK}/spool")
 set(ENV{SIGNUTILS_HANDOFF} "${WORK}/handoff")
-set(connection "Driver=SQLite3;Database=${WORK}/bank.db")
+set(database "${WORK}/bank.db")
+set(ENV{SIGNCHECK_DB} "Driver=SQLite3;Database=${database}")
 set(order "${WORK}/order.xml")
 file(COPY_FILE "${ORDERS}/03-dupont-workshop.xml" "${order}")
 
@@ -49,15 +50,15 @@ function(register)
     COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-expect(0 "" signcheck.exe init --sample --db "${connection}")
-expect(1 "REFUSED" signcheck.exe check "${order}" --db "${connection}" --partner DUPONTSA
+expect(0 "" signcheck.exe init --sample)
+expect(1 "REFUSED" signcheck.exe check "${order}" --partner DUPONTSA
   --service CCT --client TRESOR --protocol 9 --type 1 --signers "Élodie Lefèvre"
   --total 64200.00 --largest 20000.00 --currency EUR)
-expect(0 "Lefèvre" signcheck.exe history --db "${connection}")
+expect(0 "Lefèvre" signcheck.exe history)
 
 set(judged "verdict 2, ran 1, amounts known 1, total 64200.00, refused texts 1")
 set(unjudged "verdict 1, ran 1, amounts known 0, total 0.00, refused texts 1")
-expect(0 "${unjudged}" zip_host.exe "${connection}" "${order}")
+expect(0 "${unjudged}" zip_host.exe "${database}" "${order}")
 register()
-expect(0 "${judged}" zip_host.exe "${connection}" "${order}")
+expect(0 "${judged}" zip_host.exe "${database}" "${order}")
 register(/u)

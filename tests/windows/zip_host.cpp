@@ -1,4 +1,4 @@
-// A host built against the package alone: zip_host <connection string> <order file>
+// A host built against the package alone: zip_host <SQLite database> <order file>
 //
 // Lets the library work out the amounts by the registered engine, and installs a handler for texts
 // that do not fit.
@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 namespace
 {
@@ -29,7 +30,7 @@ int main(int argc, char** argv)
     }
     _set_invalid_parameter_handler(CountRefusedText);
     SignUtils session(nullptr, nullptr);
-    session.SetConnexionString(argv[1]);
+    session.SetConnexionString((std::string("Driver=SQLite3;Database=") + argv[1]).c_str());
     session.SetContractInfo(1, 9, "MUCH TOO LONG", "CCT", "TRESOR", 1, "");
     session.SetContractInfo(1, 9, "DUPONTSA", "CCT", "TRESOR", 1, "");
     session.SetFormatInfo("ISO20022", "pain.001", "");

@@ -151,11 +151,12 @@ std::string PathForDrivers(const std::string& path)
     }
     std::string found = name;
     HeapFree(GetProcessHeap(), 0, name);
-    // The name leads over the link that stands for the drive; a path with "c:" inside is none here.
-    constexpr std::string_view kLink = "/dosdevices/c:/";
+    // The name leads over the link that stands for the machine's root; a path with "z:" inside is
+    // none here.
+    constexpr std::string_view kLink = "/dosdevices/z:/";
     if (const std::size_t link = found.find(kLink); link != std::string::npos)
     {
-        found.replace(link, kLink.size(), "/drive_c/");
+        found.replace(0, link + kLink.size(), "/");
     }
     return found;
 }

@@ -1,8 +1,8 @@
-#include "engine/xml_encoding.h"
+#include "support/xml_encoding.h"
 
 #include <algorithm>
 
-namespace engine
+namespace support
 {
 
 namespace
@@ -89,4 +89,4 @@ XmlEncoding EncodingOf(std::string_view name)
     return IsIn(kParsersEncodings, name) ? XmlEncoding::Parsers : XmlEncoding::Other;
 }
 
-} // namespace engine
+} // namespace support

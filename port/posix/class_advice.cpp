@@ -1,0 +1,17 @@
+#include "port/class_advice.h"
+
+namespace port
+{
+
+const char* AdviceToRegister()
+{
+    return "Install the engine's module and its class registry, signutils-com.ini, beside the "
+           "library, and see whether SIGNUTILS_COM_REGISTRY or SIGNUTILS_CONFIG names another";
+}
+
+const char* NameOfClassRegistry()
+{
+    return "the class registry, signutils-com.ini,";
+}
+
+} // namespace port
