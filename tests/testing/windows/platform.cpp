@@ -62,6 +62,27 @@ private:
     HANDLE m_handle;
 };
 
+/// On a busy machine Wine now and then fails to start a program at all, with this one error;
+/// nothing of the program has run then.
+bool Start(const std::wstring& command, STARTUPINFOW& start, PROCESS_INFORMATION& process)
+{
+    constexpr int kAttempts = 3;
+    for (int attempt = 0; attempt < kAttempts; ++attempt)
+    {
+        std::wstring writable = command;
+        if (CreateProcessW(nullptr, writable.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
+                           nullptr, nullptr, &start, &process) != 0)
+        {
+            return true;
+        }
+        if (GetLastError() != ERROR_INTERNAL_ERROR)
+        {
+            return false;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 void SetVariable(const std::string& name, const char* value)
@@ -88,8 +109,7 @@ int RunProgram(const std::string& program, const std::vector<std::string>& argum
     start.hStdOutput = output.Get();
     start.hStdError = errors.Get();
     PROCESS_INFORMATION process = {};
-    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                       nullptr, &start, &process) == 0)
+    if (!Start(command, start, process))
     {
         ADD_FAILURE() << program << " does not start: " << GetLastError();
         return -1;
