@@ -1,8 +1,9 @@
 // signutils_sample_bank_run FOLDER SOURCES
 //
-// Leaves in FOLDER, which must be empty, all that the system writes for the sample bank: the
-// database with history and journal, hand-off store and spool, traces, and the work files of every
-// order file of the tests. What two platforms leave is compared byte for byte.
+// Leaves in FOLDER, which must be empty, all that the system writes for the sample bank: the texts
+// of its statements, the database with history and journal, hand-off store and spool, traces, and
+// the work files of every order file of the tests. What two platforms leave is compared byte for
+// byte.
 //
 // SIGNUTILS_SPOOL and SIGNUTILS_HANDOFF are to lie in FOLDER.
 
@@ -15,6 +16,7 @@
 #include "schema/installer.h"
 #include "signutils/signutils.h"
 #include "tests/engine/corpus_table.h"
+#include "tests/platform/statement_texts.h"
 
 #include <cstdio>
 #include <exception>
@@ -103,6 +105,9 @@ void Judge(const OrderCheck& check, const std::string& connexion, const std::str
                << session.GetExtraInfo().SafeGetString() << '\n';
     }
     TraceClose(trace);
+    WriteStatements(folder + "/statements/" + name + ".txt",
+                    {1, 9, "EBICS", check.partner, check.service, check.client, true, check.veu},
+                    {order.c_str(), name.c_str(), 42, 64200.25, 20000.5}, check.signers);
 }
 
 void Convert(const CorpusCase& each, const std::string& folder, const std::string& sources)
@@ -125,7 +130,7 @@ void Convert(const CorpusCase& each, const std::string& folder, const std::strin
 
 void Run(const std::string& folder, const std::string& sources)
 {
-    for (const char* const part : {"/orders", "/traces", "/answers", "/work"})
+    for (const char* const part : {"/orders", "/traces", "/answers", "/work", "/statements"})
     {
         fs::create_directory(folder + part);
     }
