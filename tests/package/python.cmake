@@ -10,16 +10,26 @@ set(python_environment
   "LD_LIBRARY_PATH=${staging}/${CMAKE_INSTALL_LIBDIR}"
   "SIGNUTILS_SOURCES=${PROJECT_SOURCE_DIR}")
 
-# An instrumented library wants its runtime in the process before all others.
+# runtime_library(<file> <result>): where the compiler has it.
+function(runtime_library file result)
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${file}
+    OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  set(${result} "${path}" PARENT_SCOPE)
+endfunction()
+
+# An instrumented library wants its runtime in the process before all others, and that of C++ with it:
+# what watches exceptions looks for the real functions at the start.
+if(SIGNUTILS_SANITIZER)
+  runtime_library(libstdc++.so.6 runtime_of_cxx)
+endif()
 if(SIGNUTILS_SANITIZER MATCHES "address")
-  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
-    OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  runtime_library(libasan.so runtime)
   # What the interpreter itself never gives back is not ours to find.
-  list(APPEND python_environment "LD_PRELOAD=${runtime}" "ASAN_OPTIONS=detect_leaks=0")
+  list(APPEND python_environment
+    "LD_PRELOAD=${runtime}:${runtime_of_cxx}" "ASAN_OPTIONS=detect_leaks=0")
 elseif(SIGNUTILS_SANITIZER MATCHES "thread")
-  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libtsan.so
-    OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-  list(APPEND python_environment "LD_PRELOAD=${runtime}")
+  runtime_library(libtsan.so runtime)
+  list(APPEND python_environment "LD_PRELOAD=${runtime}:${runtime_of_cxx}")
 endif()
 
 function(python_test name)
