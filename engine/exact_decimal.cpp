@@ -14,7 +14,7 @@ namespace
 constexpr std::uint64_t kBase = 100'000'000'000'000'000U;
 
 // Up to 10^18, the largest that is asked for.
-constexpr std::array<std::uint64_t, 19> kPowersOfTen = []
+constexpr std::array<std::uint64_t, 19> kPowersOfTen = []()
 {
     std::array<std::uint64_t, 19> powers{1};
     for (std::size_t i = 1; i < powers.size(); ++i)

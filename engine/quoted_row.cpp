@@ -13,7 +13,7 @@ namespace
 {
 
 // What stands for each byte between quotes.
-constexpr std::array<char, 256> kBetweenQuotes = []
+constexpr std::array<char, 256> kBetweenQuotes = []()
 {
     std::array<char, 256> bytes{};
     for (unsigned value = 0; value < bytes.size(); ++value)

@@ -128,8 +128,9 @@ SignUtilsStatus SIGNUTILS_CALL SignUtilsSignersAdd(SignUtilsSigners* signers,
     return WithSigners(signers,
                        [&](TArray<signerInfo>& list, GivenTexts&)
                        {
+                           const std::wstring name = signutils::Wide("certificate", certificate);
                            signerInfo signer;
-                           signer.certificate = signutils::Wide("certificate", certificate).c_str();
+                           signer.certificate = name.c_str();
                            list.Add(signer);
                        });
 }
