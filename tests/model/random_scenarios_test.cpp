@@ -7,13 +7,13 @@
 #include "tests/model/library_run.h"
 #include "tests/model/outcome_counts.h"
 #include "tests/model/plain_session.h"
+#include "tests/model/settings.h"
 #include "tests/model/show.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <iostream>
 #include <random>
 #include <string>
@@ -24,12 +24,6 @@ namespace
 constexpr int kDefaultScenarios = 5000;
 /// Shares of fewer scenarios say nothing.
 constexpr int kScenariosToCount = 2500;
-
-std::uint64_t Setting(const char* name, std::uint64_t otherwise)
-{
-    const char* const value = std::getenv(name);
-    return value == nullptr || *value == '\0' ? otherwise : std::strtoull(value, nullptr, 10);
-}
 
 std::uint64_t NewSeed()
 {
@@ -79,7 +73,7 @@ void RunScenarios(std::uint64_t seed, int scenarios)
     rc::detail::TestParams parameters;
     parameters.seed = seed;
     parameters.maxSuccess = scenarios; // worlds, of one scenario at least
-    parameters.disableShrinking = Setting("SIGNUTILS_MODEL_REDUCE", 1) == 0;
+    parameters.disableShrinking = model::Setting("SIGNUTILS_MODEL_REDUCE", 1) == 0;
     const auto started = std::chrono::steady_clock::now();
     const rc::detail::TestResult result = rc::detail::checkTestable(
         [&sides, scenarios]
@@ -119,9 +113,9 @@ class RandomScenarios : public testing::TestWithParam<int>
 
 TEST_P(RandomScenarios, LibraryAndModelAgree)
 {
-    const std::uint64_t seed = Setting("SIGNUTILS_MODEL_SEED", NewSeed());
+    const std::uint64_t seed = model::Setting("SIGNUTILS_MODEL_SEED", NewSeed());
     const auto scenarios =
-        static_cast<int>(Setting("SIGNUTILS_MODEL_SCENARIOS", kDefaultScenarios));
+        static_cast<int>(model::Setting("SIGNUTILS_MODEL_SCENARIOS", kDefaultScenarios));
     RunScenarios(seed + static_cast<std::uint64_t>(GetParam()), scenarios);
 }
 

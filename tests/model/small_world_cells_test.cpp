@@ -3,12 +3,12 @@
 #include "tests/model/differences.h"
 #include "tests/model/library_run.h"
 #include "tests/model/plain_session.h"
+#include "tests/model/settings.h"
 #include "tests/model/small_world.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <iostream>
 #include <random>
 
@@ -17,12 +17,6 @@ namespace
 
 constexpr std::size_t kCellsOfTheSuite = 2000;
 constexpr std::size_t kCellsOfADatabase = 20;
-
-std::uint64_t Setting(const char* name, std::uint64_t otherwise)
-{
-    const char* const value = std::getenv(name);
-    return value == nullptr || *value == '\0' ? otherwise : std::strtoull(value, nullptr, 10);
-}
 
 template <typename Row>
 void Append(std::vector<Row>& rows, const std::vector<Row>& more)
@@ -58,8 +52,8 @@ void AddCell(model::World& world, std::size_t environmentNumber, std::size_t rul
 
 TEST(SmallWorldCells, AreJudgedAlikeThroughARealDatabase)
 {
-    const std::uint64_t seed = Setting("SIGNUTILS_MODEL_SEED", std::random_device()());
-    const std::size_t cells = Setting("SIGNUTILS_MODEL_CELLS", kCellsOfTheSuite);
+    const std::uint64_t seed = model::Setting("SIGNUTILS_MODEL_SEED", std::random_device()());
+    const std::size_t cells = model::Setting("SIGNUTILS_MODEL_CELLS", kCellsOfTheSuite);
     std::mt19937_64 random(seed);
     std::uniform_int_distribution<std::size_t> environment(0, model::EnvironmentCount() - 1);
     std::uniform_int_distribution<std::size_t> rule(0, model::RuleCount() - 1);

@@ -7,12 +7,12 @@
 #include "rules/verdict.h"
 #include "tests/model/memory_lookups.h"
 #include "tests/model/plain_texts.h"
+#include "tests/model/settings.h"
 #include "tests/model/small_world.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <iostream>
@@ -25,12 +25,6 @@ using model::Text;
 
 constexpr std::size_t kStrideOfTheSuite = 97;
 constexpr int kGrowBy = 2;
-
-std::size_t Setting(const char* name, std::size_t otherwise)
-{
-    const char* const value = std::getenv(name);
-    return value == nullptr || *value == '\0' ? otherwise : std::strtoull(value, nullptr, 10);
-}
 
 /// Everything that one run of the rules tells, in one text.
 struct Findings
@@ -193,7 +187,11 @@ private:
         model::AnswerLookupsFrom(m_environment.tables);
         Text told = ModelFindings(m_environment, m_signers, given);
         const Text seen = LibraryFindings(m_environment, m_librarySigners, given);
-        EXPECT_EQ(model::Utf8Of(seen), model::Utf8Of(told)) << Described(m_index, numbers);
+        if (seen != told)
+        {
+            ADD_FAILURE() << Described(m_index, numbers) << "\nlibrary: " << model::Utf8Of(seen)
+                          << "\nmodel: " << model::Utf8Of(told);
+        }
         return told;
     }
 
@@ -206,8 +204,8 @@ private:
 
 TEST(SmallWorld, EveryRuleAndEveryPairIsJudgedAsTheModelDoes)
 {
-    const std::size_t stride = Setting("SIGNUTILS_SMALL_WORLD_STRIDE", kStrideOfTheSuite);
-    const std::size_t offset = Setting("SIGNUTILS_SMALL_WORLD_OFFSET", 0);
+    const std::size_t stride = model::Setting("SIGNUTILS_SMALL_WORLD_STRIDE", kStrideOfTheSuite);
+    const std::size_t offset = model::Setting("SIGNUTILS_SMALL_WORLD_OFFSET", 0);
     std::size_t environments = 0;
     std::size_t pairs = 0;
     const auto started = std::chrono::steady_clock::now();
