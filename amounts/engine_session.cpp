@@ -41,14 +41,7 @@ EngineSession::EngineSession(const char* fileName, const char* format1, const ch
 
 EngineSession::~EngineSession()
 {
-    try
-    {
-        CleanUp();
-    }
-    catch (const std::bad_alloc&)
-    {
-        // There was no memory for the error text, which nobody reads any more.
-    }
+    CleanUp();
 }
 
 bool EngineSession::Convert()
@@ -197,15 +190,23 @@ HRESULT EngineSession::FailWithLastError(const char* fallBack)
     return E_FAIL;
 }
 
-// One step that raises must not keep the others from being taken.
+// One step that raises must not keep the others from being taken, not even without memory to tell:
+// an object left for the destructors of the members would raise in there.
 template <typename Step>
 void EngineSession::CleanUpStep(Step&& step)
 {
     const auto tell = [this]
     {
-        if (m_error.IsEmpty())
+        try
         {
-            m_error = "Unknown exception raised at the end";
+            if (m_error.IsEmpty())
+            {
+                m_error = "Unknown exception raised at the end";
+            }
+        }
+        catch (const std::bad_alloc&)
+        {
+            // The result has to tell alone.
         }
     };
     database::GuardDatabase(

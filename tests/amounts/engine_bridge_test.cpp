@@ -4,11 +4,14 @@
 #include "port/kernel.h"
 #include "support/odbc_errors.h"
 #include "tests/amounts/scripted_engine.h"
+#include "tests/testing/failing_allocations.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -418,11 +421,60 @@ TEST(EngineBridge, RaisingCleanUpIsTextedWhenNothingWasBefore)
     Script script;
     script.describe = E_FAIL;
     script.lastErrorText = L"";
-    for (const char* const step : {"ReleaseWork", "Close", "ReleaseRun"})
+    for (const Fault fault : {Fault::Unknown, Fault::Database})
     {
-        script.faultyCalls = {step};
-        EXPECT_EQ(RunWith(script).errorText, "Unknown exception raised at the end") << step;
+        script.fault = fault;
+        for (const char* const step : {"ReleaseWork", "Close", "ReleaseRun"})
+        {
+            script.faultyCalls = {step};
+            EXPECT_EQ(RunWith(script).errorText, "Unknown exception raised at the end") << step;
+        }
     }
+}
+
+TEST(EngineBridge, SuccessWithoutADescriptionIsAFailure)
+{
+    Script script;
+    script.silentCalls = {"FMTGetWorkDescr"};
+    EXPECT_EQ(RunWith(script).errorText, "engine text");
+}
+
+TEST(EngineBridge, SuccessWithoutAResultOfTheExecutionIsAFailure)
+{
+    Script script;
+    script.silentCalls = {"FMTWorkExec"};
+    const Outcome outcome = RunWith(script);
+    EXPECT_EQ(outcome.result, 0);
+    EXPECT_EQ(outcome.errorText, "engine text n\xB0"
+                                 "0 ");
+}
+
+TEST(EngineBridge, LastErrorThatTellsNothingIsNumberZero)
+{
+    Script script;
+    script.connect = E_FAIL;
+    script.lastError = E_FAIL;
+    script.silentCalls = {"LastError"};
+    EXPECT_EQ(RunWith(script).errorText, "FMTConnect Error : 0");
+}
+
+TEST(EngineBridge, ExceptionThatCannotBeTextedLeavesNoConnectionOpen)
+{
+    std::optional<testing_support::FailNextAllocation> fault;
+    Script script;
+    script.onExecute = [&](const std::wstring&)
+    {
+        fault.emplace();
+        throw 1;
+    };
+    const ComApartment apartment;
+    const ScriptedEngine engine(script);
+    EXPECT_THROW(amounts::ExecWorkFmt({"order.xml", "ISO20022", "pain.001", nullptr}, nullptr),
+                 std::bad_alloc);
+    fault.reset();
+    ASSERT_GE(engine.Calls().size(), 4U);
+    EXPECT_THAT(Calls(engine.Calls().end() - 4, engine.Calls().end()),
+                ElementsAreArray(Joined({{kExecCall}, kEnd})));
 }
 
 TEST(EngineBridge, RaisingCleanUpLeavesSuccessAsItIs)
@@ -432,6 +484,24 @@ TEST(EngineBridge, RaisingCleanUpLeavesSuccessAsItIs)
     const Outcome outcome = RunWith(script);
     EXPECT_EQ(outcome.result, 1);
     EXPECT_EQ(outcome.errorText, "before");
+}
+
+TEST(EngineBridge, EveryCleanUpStepIsTakenAlthoughEachRaisesAndMemoryHasRunOut)
+{
+    std::optional<testing_support::FailAllAllocations> fault;
+    Script script;
+    script.lastErrorText = L"";
+    script.onExecute = [&](const std::wstring&) { fault.emplace(); };
+    const ComApartment apartment;
+    const ScriptedEngine engine(script);
+    // Without memory the scripted engine raises from every call, those of the end included.
+    const int result =
+        amounts::ExecWorkFmt({"order.xml", "ISO20022", "pain.001", nullptr}, nullptr);
+    const bool ranOut = fault->WasUsed();
+    fault.reset();
+    EXPECT_EQ(result, 1);
+    EXPECT_TRUE(ranOut);
+    EXPECT_EQ(engine.Calls().back(), kExecCall);
 }
 
 TEST(EngineBridge, ErrorTextIsCutAt255Characters)

@@ -41,6 +41,12 @@ const Script& Enter(const RawObject* object, const std::string& call, const std:
     return object->engine->GetScript();
 }
 
+bool IsSilent(const Script& script, const char* call)
+{
+    return std::find(script.silentCalls.begin(), script.silentCalls.end(), call) !=
+           script.silentCalls.end();
+}
+
 template <std::size_t Position>
 HRESULT STDMETHODCALLTYPE Unexpected(RawObject* object)
 {
@@ -77,7 +83,10 @@ HRESULT STDMETHODCALLTYPE Describe(RawObject* object, LONG connection, BSTR form
         Enter(object, "FMTGetWorkDescr",
               std::to_string(connection) + " " + Text(format1) + " " + Text(format2) + " " +
                   (work == nullptr ? "(null)" : work->name));
-    *found = script.found;
+    if (!IsSilent(script, "FMTGetWorkDescr"))
+    {
+        *found = script.found;
+    }
     return script.describe;
 }
 
@@ -91,17 +100,23 @@ HRESULT STDMETHODCALLTYPE Execute(RawObject* object, LONG connection, const RawO
     {
         script.onExecute(parameters);
     }
-    *error = script.errorNumber;
-    *success = script.success;
+    if (!IsSilent(script, "FMTWorkExec"))
+    {
+        *error = script.errorNumber;
+        *success = script.success;
+    }
     return script.execute;
 }
 
 HRESULT STDMETHODCALLTYPE LastError(RawObject* object, BSTR* text, LONG* reserved, LONG* code)
 {
     const Script& script = Enter(object, "LastError", "");
-    *text = SysAllocString(script.lastErrorText);
-    *reserved = 0;
-    *code = script.lastErrorCode;
+    if (!IsSilent(script, "LastError"))
+    {
+        *text = SysAllocString(script.lastErrorText);
+        *reserved = 0;
+        *code = script.lastErrorCode;
+    }
     return script.lastError;
 }
 

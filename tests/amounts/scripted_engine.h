@@ -42,6 +42,8 @@ struct Script
     /// The calls, by name, that raise.
     std::vector<std::string> faultyCalls;
     Fault fault = Fault::Unknown;
+    /// The calls that write none of their results.
+    std::vector<std::string> silentCalls;
     /// Runs inside the execution, with the parameter text.
     std::function<void(const std::wstring&)> onExecute;
 };
