@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -359,6 +360,38 @@ TEST(DelimitedFileFailure, PathWithoutMemoryForItsCopyIsNamed)
     const std::string path = folder.Path(std::string(10'000, 'x'));
     EXPECT_EQ(ErrorsOfOpening(path.c_str(), path.size()),
               "Fatal error : unable to allocate memory for file name buffer " + path + "\n");
+}
+
+TEST(DelimitedFileFailure, WithoutMemoryForTheSentenceTheReaderHasNoRow)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("missing.veu.bp");
+    unsigned long silent = 0;
+    bool used = true;
+    for (unsigned long spared = 0; used; ++spared)
+    {
+        bool opened = false;
+        bool hasRow = false;
+        testing::internal::CaptureStderr();
+        {
+            const testing_support::FailAllAllocations fault(spared);
+            try
+            {
+                const TDelimitedFile file(path.c_str(), kOneLine);
+                opened = true;
+                hasRow = file.HasRow();
+            }
+            catch (const std::bad_alloc&)
+            {
+                opened = false;
+            }
+            used = fault.WasUsed();
+        }
+        const std::string told = testing::internal::GetCapturedStderr();
+        silent += opened && told.empty() ? 1U : 0U;
+        EXPECT_FALSE(hasRow) << spared;
+    }
+    EXPECT_GT(silent, 0U);
 }
 
 TEST(DelimitedFileFailure, LineWithoutMemoryReadsAsEmptyAndIsPassedOver)

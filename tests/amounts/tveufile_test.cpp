@@ -364,6 +364,13 @@ TEST_F(VeuFile, ListWithoutAPieceIsAListAllTheSame)
     EXPECT_EQ(m_told, "");
 }
 
+TEST_F(VeuFile, ListNeedsNoPlaceForItsColumns)
+{
+    OpenWithoutProfile();
+    EXPECT_EQ(Resolve("$BANQUE,$COMPTE"), 9995);
+    EXPECT_EQ(m_told, "");
+}
+
 TEST_F(VeuFile, SpecificationIsCutAt255Characters)
 {
     OpenWithoutProfile("A;" + std::string(254, 'x'));

@@ -51,7 +51,7 @@ protected:
     {
         const rules::CheckInput input = {
             contract,       {file.c_str(), orderId.c_str(), 42, total, largest},
-            list,           connexionString.c_str(),
+            list,           withoutConnexionString ? nullptr : connexionString.c_str(),
             trace.Handle(), signers,
             session,        journal,
         };
@@ -117,6 +117,7 @@ protected:
     JournalOfATest journal;
     rules::ContractKey contract = {1, 9, "EBICS", "PARTNER1", "SERVICE1", "CLIENT1", true, false};
     std::string connexionString;
+    bool withoutConnexionString = false;
     std::string file = "order.xml";
     std::string orderId = "ORDER1";
     double total = 100.0;

@@ -347,6 +347,14 @@ TEST_F(SignatureCheck, WithoutConnectionStringNothingIsJudged)
     EXPECT_TRUE(trace.Lines().ends_with("VEU      |NO\nError|DSN not defined\n"));
 }
 
+TEST_F(SignatureCheck, NullConnectionStringIsLikeAnEmptyOne)
+{
+    withoutConnexionString = true;
+
+    EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictFailed);
+    ExpectNotRun("DSN not defined");
+}
+
 TEST_F(SignatureCheck, OpenSessionDoesNotHelpAnEmptyConnectionString)
 {
     Check(L"Ana Ruiz");

@@ -90,6 +90,25 @@ TEST_F(ForgedStatement, FileNameThatAddsASecondRowWritesNone)
     ExpectNothingWritten();
 }
 
+TEST_F(ForgedStatement, FileNameThatAddsASecondRowWritesNoneWithoutARuleEither)
+{
+    file = "x'),(1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,'y";
+
+    EXPECT_EQ(Check(L"Ana Ruiz"), rules::kVerdictNoRule);
+    EXPECT_THAT(trail.problem.SafeGetString(), HasSubstr("The file name, cut to 256 characters,"));
+    ExpectNothingWritten();
+}
+
+TEST_F(ForgedStatement, LostRowIsTracedWithCauseBeforeOperation)
+{
+    bank.With(Contract(L"C1").AloneBy(L"H1"));
+    file = "x'y";
+    Check(L"Ana Ruiz");
+
+    EXPECT_TRUE(trace.Has("***Exception|SignRules: error 0A28001A, return code -1, " +
+                          std::string(trail.problem.SafeGetString()) + ", ExecuteSQLW"));
+}
+
 TEST_F(ForgedStatement, SignerListThatBringsAmountsOfItsOwnWritesNoRow)
 {
     bank.With(Contract(L"C1").AllHolders().WithoutRules());

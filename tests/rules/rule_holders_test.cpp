@@ -1,3 +1,4 @@
+#include "support/codepage.h"
 #include "tests/rules/evaluation_fixture.h"
 
 namespace
@@ -34,6 +35,7 @@ TEST_F(RuleHolders, BlockedHolderIsRefusedBeforeTheAmountIsLookedAt)
     EXPECT_EQ(Message(), L"");
     EXPECT_EQ(Journalled(), Reason() + L"\r\n");
     EXPECT_EQ(trace.Count("CHECK AMOUNT RULE-|---------------------------"), 0);
+    EXPECT_TRUE(trace.Has("#RULE1 FAILED|" + support::Utf8FromWide(Reason())));
 }
 
 TEST_F(RuleHolders, BlockedHolderIsRefusedBeforeTheSignersAreCounted)

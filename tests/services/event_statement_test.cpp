@@ -94,6 +94,24 @@ TEST(EventStatement, CutLeavesNoHalfCharacter)
                                                L"',1,NULL,NULL,NULL,NULL,NULL,NULL)");
 }
 
+TEST(EventStatement, CharactersBeyondSixteenBitsTakeTwoPlacesOfTheirColumn)
+{
+    EventRecord event = Event();
+    event.attachKind = L"\U0001F600\U0001F600\U00010000\U0001F600\U0001F600x";
+    EXPECT_EQ(EventInsertStatement(event),
+              std::wstring(kStart) +
+                  L"NULL,1,NULL,NULL,NULL,NULL,"
+                  L"N'\U0001F600\U0001F600\U00010000\U0001F600\U0001F600',NULL)");
+}
+
+TEST(EventStatement, LastCharacterOfSixteenBitsTakesOnePlace)
+{
+    EventRecord event = Event();
+    event.attachKind = std::wstring(11, L'\xFFFF');
+    EXPECT_EQ(EventInsertStatement(event), std::wstring(kStart) + L"NULL,1,NULL,NULL,NULL,NULL,N'" +
+                                               std::wstring(10, L'\xFFFF') + L"',NULL)");
+}
+
 TEST(EventStatement, PercentSignsAreText)
 {
     EventRecord event = Event();

@@ -240,6 +240,39 @@ TEST_F(WithoutMemory, ExceptionBehindTheRowsLeavesThemInTheOutcome)
     EXPECT_TRUE(met);
 }
 
+TEST_F(WithoutMemory, ExceptionBehindACheckThatCouldNotRunKeepsWhyItCouldNot)
+{
+    bool used = true;
+    unsigned long endedInTheReport = 0;
+    for (unsigned long spared = 0; used; ++spared)
+    {
+        SCOPED_TRACE(spared);
+        PutBack();
+        SignUtils session;
+        PrepareRefusal(session);
+        session.SetConnexionString("");
+        const CheckOutcome& outcome = session.GetLastCheck();
+        try
+        {
+            const FailNextAllocation failure(spared);
+            EXPECT_EQ(session.CheckSignRules(kOrder, kSigner), kRefused);
+            used = failure.WasUsed();
+        }
+        catch (const std::bad_alloc&)
+        {
+            if (outcome.report != ReportState::NotDue)
+            {
+                ++endedInTheReport;
+                EXPECT_STREQ(outcome.problem.SafeGetString(), "DSN not defined");
+                EXPECT_EQ(outcome.journal, JournalState::Lost);
+            }
+        }
+        EXPECT_FALSE(outcome.ran);
+        EXPECT_EQ(outcome.verdict, kRefused);
+    }
+    EXPECT_GT(endedInTheReport, 0U);
+}
+
 TEST_F(WithoutMemory, RulesAloneFailNoMoreOnceTheirEventIsWritten)
 {
     bool used = true;
