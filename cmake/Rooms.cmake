@@ -1,6 +1,14 @@
 # A room is one folder with one concern; each becomes a static library that the shared library,
 # the host and the tests link.
 
+# Counts the runs of each line when the room is on the list of SIGNUTILS_COVERAGE.
+function(signutils_count_runs target room)
+  if(room IN_LIST SIGNUTILS_COVERAGE)
+    target_compile_options(${target} PRIVATE ${SIGNUTILS_COVERAGE_FLAGS} -O0)
+    target_link_options(${target} PUBLIC --coverage)
+  endif()
+endfunction()
+
 # signutils_room(<name> SOURCES <files> [USES <rooms>] [LINKS <libraries>])
 function(signutils_room name)
   cmake_parse_arguments(ROOM "" "" "SOURCES;USES;LINKS" ${ARGN})
@@ -15,6 +23,7 @@ function(signutils_room name)
     if(WIN32)
       target_compile_definitions(${target} PUBLIC SIGNUTILS_STATIC)
     endif()
+    signutils_count_runs(${target} ${name})
   endif()
   target_include_directories(${target} ${scope} "${PROJECT_SOURCE_DIR}")
   list(TRANSFORM ROOM_USES PREPEND signutils_)
@@ -41,6 +50,7 @@ function(signutils_tests room)
     # COM finds the engine by the registry.
     list(APPEND properties FIXTURES_REQUIRED engine_registered)
   endif()
+  signutils_count_runs(${target} ${room})
   gtest_discover_tests(${target}
     TEST_PREFIX "${room}."
     NO_PRETTY_VALUES # names are the same on every platform
