@@ -112,7 +112,7 @@ void Judge(const OrderCheck& check, const std::string& connexion, const std::str
 
 void Convert(const CorpusCase& each, const std::string& folder, const std::string& sources)
 {
-    const std::string order = folder + "/work/" + each.file;
+    const std::string order = folder + "/converted/" + each.file;
     fs::copy_file(sources + "/tests/engine/corpus/" + each.file, order);
     try
     {
@@ -130,7 +130,7 @@ void Convert(const CorpusCase& each, const std::string& folder, const std::strin
 
 void Run(const std::string& folder, const std::string& sources)
 {
-    for (const char* const part : {"/orders", "/traces", "/answers", "/work", "/statements"})
+    for (const char* const part : {"/orders", "/traces", "/answers", "/converted", "/statements"})
     {
         fs::create_directory(folder + part);
     }
