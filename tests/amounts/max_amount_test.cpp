@@ -276,9 +276,20 @@ TEST(MaxAmount, DecimalsAreAskedOfTheProcessesCurrencyTable)
     AskedCurrencies table;
     TResourceDevise* const before = std::exchange(GlobalResourceDevise, &table);
     const Analysis analysis =
-        Analyse(Files(Remittance("150000", "ABC"), Order("1500", "JPY") + Order("2.00", "")));
+        Analyse(Files(Remittance("150000", "ABC") + Remittance("150000", "ABC"),
+                      Order("1500", "JPY") + Order("2.00", "")));
     GlobalResourceDevise = before;
-    EXPECT_THAT(table.Asked(), ElementsAre("ABC/0", "JPY/0", "/0"));
+    EXPECT_THAT(table.Asked(), ElementsAre("ABC/0", "JPY/0", "/0")) << "neighbours once";
+    EXPECT_DOUBLE_EQ(analysis.totals.totalAmount, 300.00);
+}
+
+TEST(MaxAmount, DecimalsOfAFirstRowWithoutCurrencyAreAskedForToo)
+{
+    AskedCurrencies table;
+    TResourceDevise* const before = std::exchange(GlobalResourceDevise, &table);
+    const Analysis analysis = Analyse(Files(Remittance("150000", ""), ""));
+    GlobalResourceDevise = before;
+    EXPECT_THAT(table.Asked(), ElementsAre("/0"));
     EXPECT_DOUBLE_EQ(analysis.totals.totalAmount, 150.00);
 }
 

@@ -10,6 +10,7 @@
 
 #include <dlfcn.h>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -134,6 +135,29 @@ TEST(PosixDelimitedFile, IsNotIntactAfterAReadThatFailed)
     TDelimitedFile file("/proc/self/mem", 0);
     EXPECT_FALSE(file.HasRow());
     EXPECT_FALSE(file.IsIntact());
+}
+
+TEST(PosixDelimitedFile, IsGivenBackToTheSystemByClosingIt)
+{
+    const TemporaryFolder folder;
+    TDelimitedFile file(folder.Write("order.xml.veu.bp", "A\r\n\"1\"\r\n").c_str(), 1);
+    EXPECT_THAT(OpenWorkFiles(), ElementsAreArray({"order.xml.veu.bp"}));
+    file.Close();
+    EXPECT_THAT(OpenWorkFiles(), IsEmpty());
+}
+
+// Who writes on while the file is read does not change what was read.
+TEST(PosixDelimitedFile, EndsWhereItsEndWasMet)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("order.xml.veu.bp", "A\r\n\"1\"\r\n");
+    TDelimitedFile file(path.c_str(), 1);
+    EXPECT_FALSE(file.HasMoreRows());
+    std::ofstream(path, std::ios::app) << "\"2\"\r\n";
+    amounts::DelimitedRow row;
+    file.ReadRow(row);
+    EXPECT_TRUE(row.IsEmpty());
+    EXPECT_TRUE(file.IsIntact());
 }
 
 class Deletion : public testing::Test

@@ -271,9 +271,9 @@ TEST(QuotedLine, QuotesAndEscapesAreFoundWhereverTheyStand)
     for (std::size_t length = 0; length <= 200; ++length)
     {
         const std::string first(length, 'x');
-        const std::string line = '"' + first + R"(";"a\"b";"";"last")" + "\r\n";
+        const std::string line = '"' + first + R"(";"a\"b\c";"";"last")" + "\r\n";
         ASSERT_THAT(RowsAfterOneHeader(line),
-                    ElementsAre(ElementsAre(first, R"(a\"b)", "", "last")))
+                    ElementsAre(ElementsAre(first, R"(a\"b\c)", "", "last")))
             << length;
     }
 }
@@ -308,6 +308,7 @@ TEST(DelimitedRow, RowThatWasNeverReadHasNoField)
     EXPECT_TRUE(row.IsEmpty());
     EXPECT_EQ(row.GetCount(), 0U);
     EXPECT_EQ(row.GetAt(0), "");
+    EXPECT_EQ(row.GetAt(1), "");
 }
 
 // Opens with standard error caught.

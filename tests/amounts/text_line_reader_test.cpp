@@ -1,10 +1,12 @@
 #include "amounts/text_line_reader.h"
 
+#include "tests/testing/failing_allocations.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -91,6 +93,7 @@ const LineCase kLineCases[] = {
     {"LineThatFillsABlockIsFollowedByAnother",
      std::string(65534, 'x') + "\r\nb\n",
      {std::string(65534, 'x') + "\n", "b\n"}},
+    {"EndMarkHidesTheBlocksBehindIt", "a\n\x1A" + kLong + "\nb\n", {"a\n"}},
     {"EndMarkFirstInItsBlock",
      std::string(65536, 'x') + "\x1A"
                                "y",
@@ -143,6 +146,48 @@ TEST(TextLineReader, ClosedReaderHasNoLine)
     std::string_view line;
     EXPECT_FALSE(reader.ReadLine(line));
     EXPECT_EQ(line, "");
+    EXPECT_FALSE(reader.HasFailed());
+}
+
+TEST(TextLineReader, EndMarkFirstInItsBlockLeavesNoFurtherLine)
+{
+    const TemporaryFolder folder;
+    TextLineReader reader;
+    const std::string bytes = std::string(65535, 'x') + "\n\x1A" + "y";
+    ASSERT_TRUE(reader.Open(folder.Write("text.txt", bytes).c_str()));
+    std::string_view line;
+    EXPECT_FALSE(reader.ReadLine(line));
+    EXPECT_EQ(line.size(), 65536U);
+}
+
+TEST(TextLineReader, LineWithoutMemoryIsEmpty)
+{
+    const TemporaryFolder folder;
+    TextLineReader reader;
+    ASSERT_TRUE(reader.Open(folder.Write("text.txt", kLong + "\nb").c_str()));
+    std::string_view line = "before";
+    {
+        const testing_support::FailLargeAllocation fault(100'000);
+        EXPECT_THROW(reader.ReadLine(line), std::bad_alloc);
+    }
+    EXPECT_EQ(line, "");
+    EXPECT_TRUE(reader.FinishLine());
+    EXPECT_FALSE(reader.ReadLine(line));
+    EXPECT_EQ(line, "b");
+}
+
+TEST(TextLineReader, NothingIsLeftOfALineWhenOpenedAgain)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("text.txt", "a\nb\nc");
+    TextLineReader reader;
+    std::string_view line;
+    ASSERT_TRUE(reader.Open(path.c_str()));
+    EXPECT_TRUE(reader.ReadLine(line));
+    ASSERT_TRUE(reader.Open(path.c_str()));
+    EXPECT_TRUE(reader.FinishLine()) << "of the first line, of which nothing was read";
+    EXPECT_TRUE(reader.ReadLine(line));
+    EXPECT_EQ(line, "b\n");
 }
 
 TEST(TextLineReader, RestOfALineCanBePassedOver)

@@ -257,8 +257,12 @@ TEST_F(VeuFile, LoadingAgainForgetsTheSectionBefore)
 {
     TVeuFile& file = Open("[a]\r\nrem_AccountNumberOrig=$BANQUE,$COMPTE\r\nrem_Country=~FR\r\n"
                           "rem_DisplayCol01=$BANQUE\r\n"
-                          "[b]\r\nrem_Country=-\r\nrem_DisplayCol01=$COMPTE\r\n");
+                          "[b]\r\nrem_Country=-\r\nrem_DisplayCol01=$COMPTE\r\n"
+                          "[rib]\r\nrem_AccountNumberOrig=#RIB\r\n");
+    Told([&] { file.LoadRemittanceSection("rib"); });
+    EXPECT_TRUE(file.IsAccountRib());
     file.LoadRemittanceSection("a");
+    EXPECT_FALSE(file.IsAccountRib());
     file.LoadDisplaySection("a");
     file.LoadRemittanceSection("b");
     file.LoadDisplaySection("b");
@@ -412,6 +416,22 @@ TEST_F(VeuFile, DisplayStopsAtTheFirstMissingNumber)
     file.LoadDisplaySection("display");
     ASSERT_EQ(file.GetDisplayItems().GetCount(), 1);
     EXPECT_EQ((*file.GetDisplayItems().GetAt(0))->column, 0);
+}
+
+TEST_F(VeuFile, FirstColumnIsShownAndNamedLikeAnyOther)
+{
+    TVeuFile& file = Open("[display]\r\nrem_DisplayCol01=$RECORD\r\nrem_DisplayLib01=$RECORD\r\n");
+    file.LoadDisplaySection("display");
+    ASSERT_EQ(file.GetDisplayItems().GetCount(), 1);
+    EXPECT_THAT(Values((*file.GetDisplayItems().GetAt(0))->columns), ElementsAre(0));
+    EXPECT_EQ((*file.GetDisplayItems().GetAt(0))->label, "RECORD");
+}
+
+TEST_F(VeuFile, DisplayHeaderIsCutAt4095Characters)
+{
+    TVeuFile& file = Open("[display]\r\nrem_DisplayHeader=" + std::string(5000, 'x') + "\r\n");
+    file.LoadDisplaySection("display");
+    EXPECT_EQ(file.GetDisplayHeader().GetLength(), 4095U);
 }
 
 TEST_F(VeuFile, DisplayNumbersHaveTwoDigitsAndGoOnBeyond)

@@ -140,6 +140,29 @@ INSTANTIATE_TEST_SUITE_P(Parties, TextOfAQuery, testing::ValuesIn(kParties), kNa
 INSTANTIATE_TEST_SUITE_P(Parties, TextOfARow, testing::ValuesIn(kParties), kName);
 INSTANTIATE_TEST_SUITE_P(Texts, TextOfARow, testing::ValuesIn(kRowTexts), kName);
 
+TEST(RefusedText, IsToldWithWhatWasAboutToBeDone)
+{
+    const auto operationOf = [](auto&& body)
+    {
+        std::string operation;
+        database::GuardDatabase(
+            body,
+            [&](const CDBException& raised) { operation = raised.GetSecondText().SafeGetString(); },
+            [] { FAIL(); });
+        return operation;
+    };
+    Texts texts;
+    texts.partner = "P'";
+    const rules::ContractKey contract = ContractOf(texts);
+    const rules::OrderFacts order = {"f", "O", 1, 0.0, 0.0};
+    EXPECT_EQ(operationOf([&] { rules::RequireWithinLiterals(contract); }), "OpenW");
+    EXPECT_EQ(operationOf(
+                  [&] {
+                      rules::RequireWithinLiterals({contract, order, L"c", 0}, L"m");
+                  }),
+              "ExecuteSQLW");
+}
+
 TEST(TextsOfTheNoRuleRow, AreHeldWithinTheirLiterals)
 {
     const Texts texts;

@@ -1,5 +1,7 @@
 #include "rules/statements.h"
 
+#include "tests/testing/row_layouts.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -7,6 +9,7 @@
 namespace
 {
 
+using database::ColumnKind;
 using rules::ContractKey;
 using rules::HistoryFacts;
 using rules::OrderFacts;
@@ -91,23 +94,31 @@ TEST(Statements, NumbersOf32BitsAreAskedForWithTheirSign)
     EXPECT_NE(query.find(L"C.PROTOCOL=-2147483648 AND"), std::wstring::npos);
 }
 
-TEST(Statements, RowLayoutsFollowTheStatements)
+// Numbers take eleven characters, sign included.
+TEST(Statements, RuleRowIsBoundByTheLengthsOfTheSchema)
 {
-    const char* const ruleColumns[] = {"CUID",   "VPNAME", "PROTOCOL", "SERVER",     "VFNAME",
-                                       "VCNAME", "TYPE",   "PROFILE",  "ALLHOLDERS", "OPPOSITION",
-                                       "HUID1",  "HUID2",  "ALONE",    "AMOUNT",     "TLEVEL"};
-    ASSERT_EQ(rules::kRuleRow.count, std::size(ruleColumns));
-    for (std::size_t i = 0; i < std::size(ruleColumns); ++i)
-    {
-        EXPECT_STREQ(rules::kRuleRow.columns[i].name, ruleColumns[i]);
-    }
-    const char* const contractColumns[] = {"CUID",   "VPNAME",     "PTC",        "VFNAME",
-                                           "VCNAME", "ALLHOLDERS", "OPPOSITION", "SERVER"};
-    ASSERT_EQ(rules::kContractRow.count, std::size(contractColumns));
-    for (std::size_t i = 0; i < std::size(contractColumns); ++i)
-    {
-        EXPECT_STREQ(rules::kContractRow.columns[i].name, contractColumns[i]);
-    }
+    constexpr database::ColumnLayout columns[] = {
+        {"CUID", ColumnKind::Narrow, 64},       {"VPNAME", ColumnKind::Narrow, 8},
+        {"PROTOCOL", ColumnKind::Narrow, 11},   {"SERVER", ColumnKind::Narrow, 11},
+        {"VFNAME", ColumnKind::Narrow, 8},      {"VCNAME", ColumnKind::Narrow, 8},
+        {"TYPE", ColumnKind::Narrow, 11},       {"PROFILE", ColumnKind::Narrow, 11},
+        {"ALLHOLDERS", ColumnKind::Narrow, 11}, {"OPPOSITION", ColumnKind::Narrow, 20},
+        {"HUID1", ColumnKind::Narrow, 64},      {"HUID2", ColumnKind::Narrow, 64},
+        {"ALONE", ColumnKind::Narrow, 11},      {"AMOUNT", ColumnKind::Narrow, 32},
+        {"TLEVEL", ColumnKind::Narrow, 11},
+    };
+    testing_support::ExpectLayout(rules::kRuleRow, columns);
+}
+
+TEST(Statements, ContractRowIsBoundByTheLengthsOfTheSchema)
+{
+    constexpr database::ColumnLayout columns[] = {
+        {"CUID", ColumnKind::Narrow, 64},       {"VPNAME", ColumnKind::Narrow, 8},
+        {"PTC", ColumnKind::Narrow, 11},        {"VFNAME", ColumnKind::Narrow, 8},
+        {"VCNAME", ColumnKind::Narrow, 8},      {"ALLHOLDERS", ColumnKind::Narrow, 11},
+        {"OPPOSITION", ColumnKind::Narrow, 20}, {"SERVER", ColumnKind::Narrow, 11},
+    };
+    testing_support::ExpectLayout(rules::kContractRow, columns);
 }
 
 TEST(Statements, DecisionRowHoldsEveryColumn)

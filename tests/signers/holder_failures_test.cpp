@@ -80,6 +80,30 @@ TEST_F(HolderFailures, HolderIdentifierThatWouldNameAnotherFindsNobody)
     ExpectOneDatabaseError();
 }
 
+TEST_F(HolderFailures, TextThatIsRefusedIsNamed)
+{
+    const std::string reason = " has an apostrophe without a partner, which would end its literal "
+                               "in the statement: write it without apostrophes.";
+    List({L"Ana Ruiz"});
+    EXPECT_EQ(Names(L"Pat O'Brien"), 0);
+    EXPECT_EQ(problem.SafeGetString(), "[42000] The certificate name" + reason);
+
+    problem = "";
+    EXPECT_EQ(Infos("H'1"), 0);
+    EXPECT_EQ(problem.SafeGetString(), "[42000] The holder identifier" + reason);
+}
+
+TEST_F(HolderFailures, FailedLookUpIsNotComplete)
+{
+    bool complete = true;
+    directory.complete = &complete;
+    bank.With(Holder(L"H1").Certificate(L"Ana Ruiz"));
+    EXPECT_EQ(Names(L"Ana Ruiz"), 1);
+    EXPECT_TRUE(complete);
+    EXPECT_EQ(Names(L"Pat O'Brien"), 0);
+    EXPECT_FALSE(complete);
+}
+
 TEST_F(HolderFailures, QuotesInPairsStandForOneEach)
 {
     bank.With(Holder(L"H'1").Named(L"Pat", L"O'Brien").Certificate(L"Pat O'Brien"))

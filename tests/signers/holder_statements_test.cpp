@@ -1,11 +1,15 @@
 #include "signers/holder_statements.h"
 
+#include "tests/testing/row_layouts.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace
 {
+
+using database::ColumnKind;
 
 class HolderStatements : public testing::Test
 {
@@ -78,19 +82,15 @@ TEST_F(HolderStatements, NullTextsCountAsEmpty)
     EXPECT_NE(OfHolder(nullptr, 1).find(L"H.HUID='' AND ("), std::wstring::npos);
 }
 
-TEST_F(HolderStatements, ColumnsAreBoundByTheirSchemaLengths)
+TEST_F(HolderStatements, RowIsBoundByTheLengthsOfTheSchema)
 {
-    const database::RowLayout& row = signers::kHolderRow;
-    ASSERT_EQ(row.count, 8U);
-    EXPECT_STREQ(row.columns[0].name, "HUID");
-    EXPECT_EQ(row.columns[0].length, 64U);
-    EXPECT_STREQ(row.columns[1].name, "VPNAME");
-    EXPECT_EQ(row.columns[1].length, 8U);
-    for (const std::size_t wide : {std::size_t{2}, std::size_t{3}, std::size_t{5}})
-    {
-        EXPECT_EQ(row.columns[wide].kind, database::ColumnKind::Wide);
-        EXPECT_EQ(row.columns[wide].length, 255U);
-    }
+    constexpr database::ColumnLayout columns[] = {
+        {"HUID", ColumnKind::Narrow, 64},       {"VPNAME", ColumnKind::Narrow, 8},
+        {"FNAME", ColumnKind::Wide, 255},       {"LNAME", ColumnKind::Wide, 255},
+        {"OPPOSITION", ColumnKind::Narrow, 20}, {"CN", ColumnKind::Wide, 255},
+        {"SERIAL", ColumnKind::Narrow, 64},     {"EXPIRDATE", ColumnKind::Narrow, 32},
+    };
+    testing_support::ExpectLayout(signers::kHolderRow, columns);
 }
 
 } // namespace

@@ -6,10 +6,12 @@
 
 #include <array>
 #include <clocale>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 namespace
 {
@@ -54,6 +56,16 @@ const TextCase kTextCases[] = {
     {"AsLongAsItsDecimalsIsAWholeNumber", "12", 3, 120000000, 3},
     {"OneLongerThanItsDecimalsLosesTheFirst", "123", 2, 2300000, 2},
     {"OtherSeparatorsAreDroppedWithKnownDecimals", "1.234,56", 2, 12345600000, 2},
+    {"MinusBehindTheSeparatorsPlaceIsLost", "-45", 2, 4500000, 2},
+    {"MinusBeforeTheSeparatorsPlaceIsKept", "-.45", 2, -4500000, 2},
+    {"CharactersBesideTheDigitsAreNone", "1:2/3", 0xFFFF, 1230000000, 0},
+    {"CharactersBesideTheDigitsAreNoneWithKnownDecimals", "1:9/0.5", 1, 1905000000, 1},
+    {"OtherCharactersInAKnownFractionAreNotCounted", "1.2E5", 3, 12500000, 2},
+    {"LargestWholeNumberIsKept", "922337203685", 0xFFFF, 9223372036850000000, 0},
+    {"OneAboveTheLargestWholeNumberSaturates", "922337203686", 0xFFFF,
+     std::numeric_limits<std::int64_t>::max(), 0},
+    {"LargestUnitsAreKeptWithASign", "-922337203685.4775807", 0xFFFF,
+     -std::numeric_limits<std::int64_t>::max(), 7},
     {"BeyondTheLargestSaturates", "99999999999999999999", 0xFFFF,
      std::numeric_limits<std::int64_t>::max(), 0},
     {"BelowTheSmallestSaturates", "-99999999999999999999", 0xFFFF,
@@ -82,6 +94,24 @@ TEST(AmountTextToUnits, NullTextIsZero)
     EXPECT_EQ(decimals, 0);
 }
 
+TEST(AmountTextToUnits, TextEndsWithItsView)
+{
+    std::uint16_t decimals = 1;
+    EXPECT_EQ(AmountTextToUnits(std::string_view("1.2345").substr(0, 3), decimals), 12000000);
+    decimals = kUnknownDecimals;
+    EXPECT_EQ(AmountTextToUnits(std::string_view("1.2345").substr(0, 3), decimals), 12000000);
+}
+
+// As many characters as the indicator of unknown decimals has of them.
+TEST(AmountTextToUnits, UnknownDecimalsAreSearchedForInTheLongestTexts)
+{
+    const std::string text = '-' + std::string(65'532, ' ') + "1.5";
+    ASSERT_EQ(text.size(), std::size_t{kUnknownDecimals} + 1U);
+    std::uint16_t decimals = kUnknownDecimals;
+    EXPECT_EQ(AmountTextToUnits(text, decimals), -15000000);
+    EXPECT_EQ(decimals, 1);
+}
+
 TEST(UnitsToAmountText, HasAPointAndSixDecimals)
 {
     EXPECT_STREQ(UnitsToAmountText(12345600000).SafeGetString(), "1234.560000");
@@ -95,10 +125,12 @@ TEST(UnitsToAmountText, DropsTheSeventhDecimalWithoutRounding)
 {
     EXPECT_STREQ(UnitsToAmountText(5).SafeGetString(), "0.000000");
     EXPECT_STREQ(UnitsToAmountText(19).SafeGetString(), "0.000001");
+    EXPECT_STREQ(UnitsToAmountText(-19999999).SafeGetString(), "-1.999999");
 }
 
 TEST(UnitsToAmountText, NegativeAmountsOfEightDigitsAreWellFormed)
 {
+    EXPECT_STREQ(UnitsToAmountText(-10000000).SafeGetString(), "-1.000000");
     EXPECT_STREQ(UnitsToAmountText(-75000000).SafeGetString(), "-7.500000");
     EXPECT_STREQ(UnitsToAmountText(-12345600000).SafeGetString(), "-1234.560000");
 }
@@ -108,6 +140,7 @@ TEST(UnitsToAmountText, SmallNegativeAmountsAreMalformedAndKeptSo)
     // Seven zeros and -5 are 0000000-5: the sign lands among the decimals.
     EXPECT_STREQ(UnitsToAmountText(-5).SafeGetString(), "0.00000-");
     EXPECT_STREQ(UnitsToAmountText(-5000000).SafeGetString(), "-.500000");
+    EXPECT_STREQ(UnitsToAmountText(-9999999).SafeGetString(), "-.999999");
 }
 
 TEST(AmountToUnits, MovesEveryAmountATenThousandthAwayFromZero)
@@ -127,6 +160,20 @@ TEST(UnitsToAmount, GivesTheMainUnit)
     EXPECT_EQ(UnitsToAmount(5), 0.0);
     EXPECT_EQ(UnitsToAmount(-75000000), -7.5);
     EXPECT_EQ(UnitsToAmount(10), 0.000001);
+}
+
+// The sign of less than a tenth ends the number that the text is read as.
+TEST(UnitsToAmount, NegativeAmountsBelowATenthAreZero)
+{
+    EXPECT_EQ(UnitsToAmount(-999999), 0.0);
+    EXPECT_EQ(UnitsToAmount(-1000000), -0.1);
+}
+
+// One above 2^53 millionths: a division would round twice.
+TEST(UnitsToAmount, AmountsBeyondTheExactOnesAreThoseOfTheirText)
+{
+    EXPECT_EQ(UnitsToAmount(90071992547409930), 9007199254.740993);
+    EXPECT_EQ(UnitsToAmount(-90071992547409930), -9007199254.740993);
 }
 
 TEST(UnitsToAmount, IsTheSameInALocaleWithADecimalComma)
