@@ -1,10 +1,18 @@
 # Flags that make a defect in the product harder to exploit. Every room, library, module and program
 # that is installed links `signutils_hardening`; tests and benchmarks get the link flags through the
-# rooms. What came of it is tested on the built files (tests/hardening).
+# rooms. What came of it is tested on the built files (tests/package, tests/windows).
 
 add_library(signutils_hardening INTERFACE)
 
-if(NOT WIN32)
+if(WIN32)
+  target_compile_options(signutils_hardening INTERFACE -fstack-protector-strong
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
+    $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+  # The protector's functions come from the compiler's library, which the linker adds for this flag.
+  # Any address, above 4 GiB, too; no data is executable.
+  target_link_options(signutils_hardening INTERFACE -fstack-protector-strong
+    LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
+else()
   include(CheckPIESupported)
   check_pie_supported(LANGUAGES C CXX) # -pie for the programs, not -fPIE alone
   include(CheckCXXCompilerFlag)
