@@ -157,6 +157,14 @@ bool DecodeUtf8(std::string_view bytes, std::wstring& wide)
     return wellFormed;
 }
 
+/// What a text may hold on its way out: a reader that meets half a surrogate pair may take the next
+/// unit, whatever it is, for the other half.
+char32_t ValidOrReplacement(char32_t character) noexcept
+{
+    const bool valid = character <= kLargestCharacter && !IsSurrogate(character);
+    return valid ? character : kReplacementCharacter;
+}
+
 bool IsAsciiByte(char byte) noexcept
 {
     return static_cast<unsigned char>(byte) < 0x80U;
@@ -224,9 +232,7 @@ std::string Utf8FromWide(std::wstring_view text)
     const wchar_t* const end = text.data() + text.size();
     for (const wchar_t* position = text.data(); position != end;)
     {
-        const char32_t character = NextCodePoint(position, end);
-        const bool valid = character <= kLargestCharacter && !IsSurrogate(character);
-        AppendUtf8(bytes, valid ? character : kReplacementCharacter);
+        AppendUtf8(bytes, ValidOrReplacement(NextCodePoint(position, end)));
     }
     return bytes;
 }
@@ -306,10 +312,10 @@ std::u16string Utf16FromWide(std::wstring_view text)
 {
     std::u16string units;
     units.reserve(text.size());
-    for (const wchar_t unit : text)
+    const wchar_t* const end = text.data() + text.size();
+    for (const wchar_t* position = text.data(); position != end;)
     {
-        const auto character = static_cast<char32_t>(unit);
-        AppendCodePoint(units, character <= kLargestCharacter ? character : kReplacementCharacter);
+        AppendCodePoint(units, ValidOrReplacement(NextCodePoint(position, end)));
     }
     return units;
 }

@@ -45,7 +45,8 @@ bool IsAscii(std::string_view bytes) noexcept;
 /// What NarrowFromWide makes of WideFromUtf8, without a wide text between. `narrow` keeps its room.
 void NarrowFromUtf8(std::string_view bytes, std::string& narrow);
 
-/// UTF-16 code units of a wide text, and back; pairs are kept whole on both platforms.
+/// UTF-16 code units of a wide text, and back; pairs are kept whole on both platforms. On the way
+/// out a lone surrogate or a value beyond U+10FFFF becomes U+FFFD; what comes in stays as it is.
 std::u16string Utf16FromWide(std::wstring_view text);
 std::wstring WideFromUtf16(std::u16string_view text);
 

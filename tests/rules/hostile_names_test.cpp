@@ -294,6 +294,22 @@ TEST_F(HostileName, NamesOfEveryLengthAreComparedWhole)
         << "a longer name is another one, whatever its beginning";
 }
 
+// A driver may take whatever follows half a character for the other half: an apostrophe that ends a
+// literal would be gone, and the next name be read as statement.
+TEST_F(HostileName, HalfACharacterDoesNotHideTheEndOfItsLiteral)
+{
+    bank.With(Holder(L"H9").Named(L"Eve", L"Other").Certificate(L"Eve"))
+        .With(Contract(L"C1").DoubleSignature().AloneBy(L"H1"));
+    contract.veu = true; // so that it is no matter how many signers there are
+    for (const wchar_t half : {wchar_t(0xD800), wchar_t(0xDBFF), wchar_t(0xDC00)})
+    {
+        signers.RemoveAll();
+        tables.Execute(L"DELETE FROM HST_SIGNRULES");
+        ExpectNoGain(L"Eve;x" + std::wstring(1, half) + L";)) OR H.HUID=I.HUID-- x");
+        EXPECT_TRUE(trail.lookupsComplete) << trail.problem.SafeGetString();
+    }
+}
+
 // Look-alikes that a product's comparison might take for equal.
 TEST_F(HostileName, NamesThatOnlyResembleAHoldersAreOthers)
 {

@@ -235,10 +235,13 @@ TEST(CodePage, Utf16HasPairsWhateverTheWidthOfWideCharacters)
     EXPECT_EQ(Utf16FromWide(Wide({0xD83D, 0xDE00})), u"\U0001F600");
 }
 
-TEST(CodePage, LoneSurrogatesPassThroughUtf16Unchanged)
+TEST(CodePage, LoneSurrogatesOfUtf16ComeInAsTheyAreAndDoNotGoOut)
 {
     const std::u16string lone = {u'a', char16_t(0xD800), u'b', char16_t(0xDC00)};
-    EXPECT_EQ(Utf16FromWide(WideFromUtf16(lone)), lone);
+    EXPECT_EQ(WideFromUtf16(lone), Wide({'a', 0xD800, 'b', 0xDC00}));
+    EXPECT_EQ(Utf16FromWide(WideFromUtf16(lone)), u"a\uFFFDb\uFFFD");
+    EXPECT_EQ(Utf16FromWide(Wide({0xD800})), u"\uFFFD");
+    EXPECT_EQ(Utf16FromWide(Wide({0xD800, 0xD83D, 0xDE00})), u"\uFFFD\U0001F600");
 }
 
 TEST(CodePage, CutsCountCharactersAndSpareThePairs)
