@@ -2,6 +2,7 @@
 
 #include "database/cdbexception.h"
 #include "database/connect_turn.h"
+#include "database/driver_letters.h"
 #include "database/guard_database.h"
 #include "database/odbc_text.h"
 #include "port/environment.h"
@@ -39,6 +40,12 @@ bool ComesFromDriver(const CDBException& raised)
 {
     const std::string_view state = raised.GetState();
     return state.substr(0, 2) != "IM" && state != "01000";
+}
+
+bool IsAscii(std::wstring_view text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](wchar_t each) { return static_cast<char32_t>(each) < 0x80; });
 }
 
 constexpr const char* kOpen = "OpenEx";
@@ -186,6 +193,7 @@ StatementHandle Connection::Run(std::wstring_view statement, std::string_view op
     {
         Refuse("42000", "The text would run as more than one statement.", attempt);
     }
+    RequireLettersKept(scanned.text, attempt);
     m_sessionTouched = m_sessionTouched || !scanned.plainData;
 
     StatementHandle handle;
@@ -202,6 +210,22 @@ StatementHandle Connection::Run(std::wstring_view statement, std::string_view op
         RaiseFrom(result, handle, attempt);
     }
     return handle;
+}
+
+void Connection::RequireLettersKept(std::wstring_view statement, const Attempt& attempt)
+{
+    if (m_crossing != TextCrossing::Utf16 || m_keepsLetters || IsAscii(statement))
+    {
+        return;
+    }
+    m_keepsLetters = KeepsLetters(m_handle.Get());
+    if (!m_keepsLetters)
+    {
+        Refuse("HYC00",
+               "The driver does not take Unicode text, so that letters of the statement would "
+               "become others: use the product's Unicode driver.",
+               attempt);
+    }
 }
 
 SQLRETURN Connection::ExecuteOn(const StatementHandle& statement, std::wstring_view text)

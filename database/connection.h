@@ -71,6 +71,8 @@ private:
                             const Attempt& attempt);
     void EndTransaction(SQLSMALLINT completion, std::string_view operation);
     [[nodiscard]] bool SetAutocommit(bool on) noexcept;
+    /// Refuses a statement whose letters would be others behind the driver manager.
+    void RequireLettersKept(std::wstring_view statement, const Attempt& attempt);
     SQLRETURN ExecuteOn(const StatementHandle& statement, std::wstring_view text);
     std::wstring FirstText(std::wstring_view query, SQLUSMALLINT column);
 
@@ -80,6 +82,7 @@ private:
     TextCrossing m_crossing;
     const Dialect* m_dialect;
     bool m_bindsColumns = false;
+    bool m_keepsLetters = false; // known when the first letter beyond ASCII has been sent
     bool m_inTransaction = false;
     bool m_failed = false;
     bool m_sessionTouched = false; // ran something that may leave a setting behind

@@ -138,6 +138,34 @@ TEST_F(OneStatement, IsKeptToWhereTheConnectionStringAllowsSeveral)
     ExpectRefused(L"SELECT 1; DELETE FROM SSR_VERSION");
 }
 
+// The driver manager cuts each letter to its low byte for a driver of narrow texts: U+0427 becomes
+// an apostrophe, behind all that was looked at before.
+TEST_F(OneStatement, IsKeptToWhereTheDriverWouldGetOtherLetters)
+{
+    if (database.GetDialect().product != Product::PostgreSql)
+    {
+        GTEST_SKIP() << "only PostgreSQL has a driver of narrow texts beside";
+    }
+    std::string connection = tables.ConnexionString();
+    const std::string unicode = "PostgreSQL Unicode";
+    connection.replace(connection.find(unicode), unicode.size(), "PostgreSQL ANSI");
+    CDatabase narrow;
+    Open(narrow, connection);
+    const auto failure = FailureOf(
+        [&]
+        { narrow.ExecuteSQLW(L"SELECT '\u0427; DELETE FROM SSR_VERSION WHERE NAME <> \u0427'"); });
+
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->state, "HYC00");
+    EXPECT_TRUE(IsKept());
+}
+
+TEST_F(OneStatement, LettersReachTheDriverThatTheTestsUse)
+{
+    EXPECT_EQ(ReadOneWide(database, L"SELECT '\u00E9\u0427\u02BC\uFF07' AS A", "A"),
+              L"\u00E9\u0427\u02BC\uFF07");
+}
+
 TEST_F(OneStatement, LiteralsStayWhatTheyAreWhereTheServerTakesBackslashesForEscapes)
 {
     switch (database.GetDialect().product)

@@ -78,4 +78,23 @@ INSTANTIATE_TEST_SUITE_P(Spellings, EchoedPassword,
                                          "SSLPassword=sentinel", "AccessToken=sentinel",
                                          "PWD=x;sentinel=y", "PWD=x;y=sentinel"));
 
+TEST(EchoingDriver, GetsNoLettersThatTheDriverManagerWouldMakeOthers)
+{
+    CDatabase database;
+    Open(database, EchoConnection("ECHO=CONNECT"));
+
+    // U+0427 is an apostrophe when it is cut to its low byte, U+02BC by its looks.
+    for (const wchar_t* text : {L"SELECT '\u0427'", L"SELECT '\u02BC'", L"SELECT '\u00E9'"})
+    {
+        const auto failure = FailureOf([&] { database.ExecuteSQLW(text); });
+        ASSERT_TRUE(failure);
+        EXPECT_EQ(failure->first, "[HYC00] The driver does not take Unicode text, so that letters "
+                                  "of the statement would become others: use the product's "
+                                  "Unicode driver.");
+    }
+    const auto plain = FailureOf([&] { database.ExecuteSQLW(L"SELECT 'a'"); });
+    ASSERT_TRUE(plain);
+    EXPECT_THAT(plain->first, HasSubstr("no luck with")) << "it reached the driver";
+}
+
 } // namespace

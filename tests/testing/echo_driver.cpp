@@ -1,6 +1,7 @@
 // An ODBC driver for tests that repeats the whole connection string in each of its messages, as
 // some drivers do, and says what a core of its process would hold. It connects when the string has
-// ECHO=CONNECT, and then refuses every statement; else it refuses to connect.
+// ECHO=CONNECT, and then refuses every statement; else it refuses to connect. It has no wide entry
+// points, so that the driver manager converts what comes in UTF-16.
 
 #include <sql.h>
 #include <sqlext.h>
@@ -109,6 +110,24 @@ extern "C"
         if (length != nullptr)
         {
             *length = static_cast<SQLSMALLINT>(count);
+        }
+        return SQL_SUCCESS;
+    }
+
+    SQLRETURN SQLNativeSql(SQLHDBC, SQLCHAR* text, SQLINTEGER length, SQLCHAR* native,
+                           SQLINTEGER size, SQLINTEGER* nativeLength)
+    {
+        const std::string statement = TextOf(text, length);
+        if (native != nullptr && size > 0)
+        {
+            const std::size_t count =
+                std::min(statement.size(), static_cast<std::size_t>(size) - 1);
+            std::memcpy(native, statement.data(), count);
+            native[count] = '\0';
+        }
+        if (nativeLength != nullptr)
+        {
+            *nativeLength = static_cast<SQLINTEGER>(statement.size());
         }
         return SQL_SUCCESS;
     }
