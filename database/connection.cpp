@@ -142,6 +142,14 @@ std::string Connection::DriverFile()
 
 void Connection::SetUpSession(const ConnectionString& connexionString)
 {
+    // The new one would not have been told what a backslash means.
+    if (m_dialect->product == Product::MariaDb && connexionString.AllowsSilentReconnect())
+    {
+        Refuse("08001",
+               "The connection string lets the driver connect anew by itself, which loses the "
+               "settings of the session: leave AUTO_RECONNECT and its bit 4194304 of OPTION out.",
+               {kOpen, L""});
+    }
     if (m_dialect->connectStatement != nullptr)
     {
         Execute(m_dialect->connectStatement);

@@ -2,9 +2,11 @@
 
 #include "database/secrets.h"
 #include "support/casefold.h"
+#include "support/numbers.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace database
@@ -179,6 +181,14 @@ std::string ConnectionString::Value(std::string_view key) const
         }
     }
     return {};
+}
+
+bool ConnectionString::AllowsSilentReconnect() const
+{
+    constexpr std::int64_t kReconnect = 4194304; // of the option's bits
+    const auto number = [this](const char* key) { return support::ToInt64(Value(key).c_str()); };
+    return number("AUTO_RECONNECT") != 0 || (number("OPTION") & kReconnect) != 0 ||
+           (number("OPTIONS") & kReconnect) != 0;
 }
 
 std::vector<std::string> ConnectionString::Secrets() const

@@ -19,6 +19,9 @@ public:
     /// The value of a key without its braces, empty when there is none. Case does not count.
     std::string Value(std::string_view key) const;
 
+    /// Whether it lets MariaDB's and MySQL's drivers open a lost connection anew by themselves.
+    bool AllowsSilentReconnect() const;
+
     /// The texts that no message may show: values with and without their braces.
     std::vector<std::string> Secrets() const;
 

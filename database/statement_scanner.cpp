@@ -146,12 +146,32 @@ private:
         }
         const std::size_t end = EndOfQuoted(L'\'');
         const std::wstring_view literal = m_source.substr(m_at, end - m_at);
+        if (m_rules.backslashEscapes && HidesAQuote(literal))
+        {
+            Refuse();
+            return;
+        }
         if (m_rules.backslashEscapes && literal.find(L'\\') != std::wstring_view::npos)
         {
             FinishInDoubt();
             return;
         }
         CopyTo(end);
+    }
+
+    /// Whether a quote of the literal, the closing one too, is data to whoever knows escapes.
+    static bool HidesAQuote(std::wstring_view literal)
+    {
+        bool escapes = false;
+        for (const wchar_t each : literal)
+        {
+            if (each == L'\'' && escapes)
+            {
+                return true;
+            }
+            escapes = each == L'\\' && !escapes;
+        }
+        return false;
     }
 
     void CopyWord()
@@ -167,10 +187,15 @@ private:
         CopyTo(end);
         if (!m_words.Continues(word, parenthesis))
         {
-            m_result.single = false;
-            CopyTo(m_source.size());
-            m_done = true;
+            Refuse();
         }
+    }
+
+    void Refuse()
+    {
+        m_result.single = false;
+        CopyTo(m_source.size());
+        m_done = true;
     }
 
     void CopyComment(std::wstring_view end)

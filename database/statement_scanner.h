@@ -20,7 +20,8 @@ struct LexicalRules
     bool doubledBrackets = false; ///< […] is a name, ]] stands for one ] in it
     /// A statement needs no semicolon before it: the words that begin one are looked for.
     bool bareStatements = false;
-    /// A backslash in a literal may hide the quote behind it.
+    /// A backslash in a literal may hide the quote behind it: where it stands before one, the
+    /// literal's end is not known.
     bool backslashEscapes = false;
     /// A literal with E before it has backslash escapes.
     bool escapeLiterals = false;

@@ -50,6 +50,19 @@ TEST(ConnectionStringText, HidesWhatMayBeTheRestOfAPasswordWithASemicolon)
     EXPECT_THAT(text.Secrets(), ElementsAre("sec", "ret=3", "3", "more=4", "4"));
 }
 
+TEST(ConnectionStringText, TellsWhetherTheDriverMayConnectAnewByItself)
+{
+    for (const char* text : {"DSN=x;AUTO_RECONNECT=1", "DSN=x;auto_reconnect={1}",
+                             "DSN=x;OPTION=4194304", "DSN=x;Options=71303168"})
+    {
+        EXPECT_TRUE(ConnectionString(text).AllowsSilentReconnect()) << text;
+    }
+    for (const char* text : {"DSN=x", "DSN=x;AUTO_RECONNECT=0", "DSN=x;OPTION=67108864"})
+    {
+        EXPECT_FALSE(ConnectionString(text).AllowsSilentReconnect()) << text;
+    }
+}
+
 struct Fault
 {
     const char* name;

@@ -160,6 +160,22 @@ TEST_F(OneStatement, IsKeptToWhereTheDriverWouldGetOtherLetters)
     EXPECT_TRUE(IsKept());
 }
 
+TEST_F(OneStatement, IsNoSettingThatAConnectionMayLoseWithoutAWord)
+{
+    if (database.GetDialect().product != Product::MariaDb)
+    {
+        GTEST_SKIP() << "only MariaDB's driver connects anew by itself";
+    }
+    for (const char* setting : {";AUTO_RECONNECT=1", ";OPTION=4194304"})
+    {
+        CDatabase reconnecting;
+        const auto failure =
+            FailureOf([&] { Open(reconnecting, tables.ConnexionString() + setting); });
+        ASSERT_TRUE(failure) << setting;
+        EXPECT_THAT(failure->first, HasSubstr("lets the driver connect anew by itself"));
+    }
+}
+
 TEST_F(OneStatement, LettersReachTheDriverThatTheTestsUse)
 {
     EXPECT_EQ(ReadOneWide(database, L"SELECT '\u00E9\u0427\u02BC\uFF07' AS A", "A"),
