@@ -7,6 +7,17 @@
 namespace database
 {
 
+/// Runs what lets go of a handle, a second time where it fails: a handle is still there then, and
+/// what holds it keeps its connection open at the server.
+template <typename LettingGo>
+void LetGo(const LettingGo& letGo) noexcept
+{
+    if (letGo() == SQL_ERROR)
+    {
+        letGo();
+    }
+}
+
 /// Owns one ODBC handle of the given kind.
 template <SQLSMALLINT Kind>
 class OdbcHandle
@@ -37,7 +48,7 @@ public:
     {
         if (m_handle != nullptr)
         {
-            SQLFreeHandle(Kind, m_handle);
+            LetGo([this] { return SQLFreeHandle(Kind, m_handle); });
             m_handle = nullptr;
         }
     }
@@ -68,7 +79,7 @@ public:
         {
             // A connection with an open transaction cannot be closed.
             SQLEndTran(SQL_HANDLE_DBC, m_handle.Get(), SQL_ROLLBACK);
-            SQLDisconnect(m_handle.Get());
+            LetGo([this] { return SQLDisconnect(m_handle.Get()); });
         }
     }
     Disconnector(const Disconnector&) = delete;

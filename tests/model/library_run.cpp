@@ -15,12 +15,12 @@ namespace model
 namespace
 {
 
-void Prepare(SignUtils& object, const Session& session, const RealBank& bank)
+void Prepare(SignUtils& object, const Session& session, const std::string& connexionString)
 {
     const auto narrow = [](const Text& text) { return NarrowOf(text); };
     if (session.connected)
     {
-        object.SetConnexionString(bank.ConnexionString().c_str());
+        object.SetConnexionString(connexionString.c_str());
     }
     object.SetContractInfo(static_cast<unsigned long>(session.contractType),
                            static_cast<unsigned long>(session.protocol),
@@ -92,12 +92,21 @@ std::vector<std::string> FindingsOf(const std::string& path)
 class Run
 {
 public:
-    Run(RealBank& bank, const World& world) : m_bank(bank), m_world(world) {}
+    Run(RealBank& bank, const World& world, const Surroundings& surroundings)
+        : m_bank(bank), m_world(world), m_surroundings(surroundings)
+    {
+    }
 
     Seen Finish();
 
 private:
+    const std::string& ConnexionString() const
+    {
+        const std::string& other = m_surroundings.connexionString;
+        return other.empty() ? m_bank.ConnexionString() : other;
+    }
     void RunSession(const Session& session);
+    Answer RunWatched(SignUtils& object, const Session& session, const Call& call);
     Answer RunCall(SignUtils& object, const Session& session, const Call& call);
     void TakeOutcome(const CheckOutcome& outcome, Answer& answer);
     void TakeReport(const Session& session, const Answer& answer);
@@ -105,6 +114,7 @@ private:
 
     RealBank& m_bank;
     const World& m_world;
+    const Surroundings& m_surroundings;
     Seen m_seen;
     void* m_trace = nullptr;
 };
@@ -187,21 +197,35 @@ Answer Run::RunCall(SignUtils& object, const Session& session, const Call& call)
     return answer;
 }
 
+Answer Run::RunWatched(SignUtils& object, const Session& session, const Call& call)
+{
+    if (m_surroundings.beforeCall)
+    {
+        m_surroundings.beforeCall();
+    }
+    Answer answer = RunCall(object, session, call);
+    if (m_surroundings.afterCall)
+    {
+        m_surroundings.afterCall(object);
+    }
+    return answer;
+}
+
 void Run::RunSession(const Session& session)
 {
     const std::string logFile = NarrowOf(session.logFile);
     SignUtils object(session.traced ? m_trace : nullptr, logFile.c_str());
-    Prepare(object, session, m_bank);
+    Prepare(object, session, ConnexionString());
     std::vector<Answer> answers;
     for (const Call& call : session.calls)
     {
         if (call.onCopy)
         {
             SignUtils copy(object);
-            answers.push_back(RunCall(copy, session, call));
+            answers.push_back(RunWatched(copy, session, call));
             continue;
         }
-        answers.push_back(RunCall(object, session, call));
+        answers.push_back(RunWatched(object, session, call));
     }
     m_seen.results.answers.push_back(answers);
 }
@@ -210,7 +234,7 @@ void Run::RunSession(const Session& session)
 void Run::DeliverWaitingEvents()
 {
     SignUtils object;
-    object.SetConnexionString(m_bank.ConnexionString().c_str());
+    object.SetConnexionString(ConnexionString().c_str());
     object.LogEvent(0, L"last");
 }
 
@@ -237,11 +261,15 @@ Seen Run::Finish()
     if (m_world.journalMissing)
     {
         m_bank.ShowJournal();
+    }
+    const bool delivered = m_world.journalMissing || m_surroundings.eventsMayWait;
+    if (delivered)
+    {
         DeliverWaitingEvents();
     }
     m_bank.ReadHistory(m_seen.results);
     m_bank.ReadJournal(m_seen.results);
-    if (m_world.journalMissing && !m_seen.results.journal.empty())
+    if (delivered && !m_seen.results.journal.empty())
     {
         m_seen.results.journal.pop_back();
     }
@@ -256,9 +284,9 @@ Seen Run::Finish()
 
 } // namespace
 
-Seen RunLibrary(RealBank& bank, const World& world)
+Seen RunLibrary(RealBank& bank, const World& world, const Surroundings& surroundings)
 {
-    return Run(bank, world).Finish();
+    return Run(bank, world, surroundings).Finish();
 }
 
 } // namespace model

@@ -21,6 +21,29 @@ void Refused(Account& account)
     account.Note(Outcome::LookUpRefused);
 }
 
+/// The rows that the next look-up can read before it fails.
+std::size_t RowsOfNextLookUp(Account& account)
+{
+    const std::size_t number = account.lookUps++;
+    const Mishaps& mishaps = account.mishaps;
+    if (number == mishaps.failedLookUp)
+    {
+        return mishaps.lookUpRows;
+    }
+    return mishaps.laterLookUpsFail && number > mishaps.failedLookUp ? 0 : kWhole;
+}
+
+/// Whether the step to the row behind `read` others fails.
+bool FailsBehind(std::size_t read, std::size_t readable, Account& account)
+{
+    if (read < readable)
+    {
+        return false;
+    }
+    account.lookupsComplete = false;
+    return true;
+}
+
 void Fill(Holder& holder, const HolderRow& row, const Text& commonName)
 {
     holder.firstName = Cut(row.firstName.value_or(Text()), kBuffer);
@@ -74,6 +97,9 @@ bool FindSigner(const Tables& tables, Holder& holder, std::vector<Signer>& signe
             return false;
         }
     }
+    const std::size_t readable = RowsOfNextLookUp(account);
+    std::size_t read = 0;
+    bool found = false;
     for (const HolderRow& row : tables.holders)
     {
         for (const CertificateRow& certificate : tables.certificates)
@@ -87,14 +113,18 @@ bool FindSigner(const Tables& tables, Holder& holder, std::vector<Signer>& signe
             {
                 continue;
             }
-            Fill(holder, row, certificate.commonName);
-            if (Complete(holder, signers, account))
+            // The step behind the row that decides is made too, and may fail.
+            if (FailsBehind(read, readable, account) || found)
             {
-                return true;
+                return found;
             }
+            ++read;
+            Fill(holder, row, certificate.commonName);
+            found = Complete(holder, signers, account);
         }
     }
-    return false;
+    FailsBehind(read, readable, account);
+    return found;
 }
 
 bool FindNames(const Tables& tables, const Text& certificate, Text& firstName, Text& lastName,
@@ -106,6 +136,8 @@ bool FindNames(const Tables& tables, const Text& certificate, Text& firstName, T
         Refused(account);
         return false;
     }
+    const std::size_t readable = RowsOfNextLookUp(account);
+    std::size_t read = 0;
     bool found = false;
     for (const CertificateRow& row : tables.certificates)
     {
@@ -115,6 +147,11 @@ bool FindNames(const Tables& tables, const Text& certificate, Text& firstName, T
             {
                 continue;
             }
+            if (FailsBehind(read, readable, account))
+            {
+                return found;
+            }
+            ++read;
             if (found)
             {
                 account.Trace(L"******* WARNING   ", L"#Signers with same certificates");
@@ -125,6 +162,7 @@ bool FindNames(const Tables& tables, const Text& certificate, Text& firstName, T
             found = true;
         }
     }
+    FailsBehind(read, readable, account);
     return found;
 }
 

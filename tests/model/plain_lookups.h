@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/model/expected.h"
+#include "tests/model/mishaps.h"
 #include "tests/model/plain_texts.h"
 #include "tests/model/tables.h"
 
@@ -33,6 +34,8 @@ struct Account
     std::vector<std::string> trace; ///< the findings that a trace shows, in UTF-8
     Outcomes outcomes;
     bool lookupsComplete = true;
+    Mishaps mishaps;
+    std::size_t lookUps = 0; ///< begun so far
 
     void Note(Outcome outcome) { outcomes.set(static_cast<std::size_t>(outcome)); }
     void Trace(const Text& label, const Text& value)

@@ -4,6 +4,7 @@
 #include "tests/model/plain_messages.h"
 #include "tests/model/plain_texts.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace model
@@ -104,6 +105,17 @@ void LoadContracts(const Tables& tables, const Wanted& wanted, std::vector<Rule>
             rules.push_back(rule);
         }
     }
+}
+
+/// Whether the query failed, and with it everything behind the rows that it had read.
+bool CutTo(std::size_t read, std::vector<Rule>& rules)
+{
+    if (read == kWhole)
+    {
+        return false;
+    }
+    rules.resize(std::min(read, rules.size()));
+    return true;
 }
 
 /// One rule on its way to a decision.
@@ -401,9 +413,17 @@ bool LoadRules(const Tables& tables, const Session& session, std::vector<Rule>& 
         return false;
     }
     LoadLines(tables, wanted, rules);
+    if (CutTo(account.mishaps.ruleLines, rules))
+    {
+        return false;
+    }
     if (rules.empty())
     {
         LoadContracts(tables, wanted, rules);
+        if (CutTo(account.mishaps.contracts, rules))
+        {
+            return false;
+        }
         if (!rules.empty())
         {
             account.Note(Outcome::Fallback);

@@ -45,7 +45,8 @@ struct Case
     double largest = 0.0;
 };
 
-/// The rules of the session's contract; false when a name of it would end its literal.
+/// The rules of the session's contract; false when a name of it would end its literal, or when the
+/// query failed on the way.
 bool LoadRules(const Tables& tables, const Session& session, std::vector<Rule>& rules,
                Account& account);
 

@@ -4,6 +4,7 @@
 #include "tests/model/plain_records.h"
 #include "tests/model/plain_texts.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace model
@@ -66,7 +67,7 @@ public:
     {
     }
 
-    Answer Tell(const Call& call);
+    Answer Tell(const Call& call, const Mishaps& mishaps);
     const Outcomes& Met() const { return m_account.outcomes; }
 
 private:
@@ -91,6 +92,7 @@ private:
     const std::vector<std::uint32_t>& m_fileIds;
     std::size_t& m_nextFileId;
     std::vector<Signer> m_signers;
+    Mishaps m_mishaps; ///< of the call
     Account m_account; ///< of the session: its outcomes
     Text m_extraInfo;
     std::string m_report;
@@ -124,12 +126,14 @@ void Teller::Record(const Call& call, const Case& given, const std::vector<Decis
 {
     const Rows rows = RowsOf(m_session, given, call, decisions, answer.verdict);
     answer.rowsDue = rows.due;
-    answer.rowsWritten = static_cast<std::uint32_t>(rows.written.size());
+    const std::size_t inTable = std::min(m_mishaps.rowsInTable, rows.written.size());
+    answer.rowsWritten = static_cast<std::uint32_t>(std::min(m_mishaps.rowsTold, inTable));
     if (rows.written.size() < rows.due)
     {
         run.Note(Outcome::RowLost);
     }
-    m_results.history.insert(m_results.history.end(), rows.written.begin(), rows.written.end());
+    m_results.history.insert(m_results.history.end(), rows.written.begin(),
+                             rows.written.begin() + static_cast<std::ptrdiff_t>(inTable));
 
     const Heading heading = HeadingOf(answer.verdict);
     Journal(heading.level, heading.text + run.journal, answer);
@@ -147,9 +151,14 @@ void Teller::RunRules(const Call& call, Answer& answer)
         m_account.Note(Outcome::NotConnected);
         return;
     }
+    if (m_mishaps.notOpened)
+    {
+        return;
+    }
     answer.ran = true;
 
     Account run;
+    run.mishaps = m_mishaps;
     std::vector<Rule> rules;
     answer.rulesComplete = LoadRules(m_world.tables, m_session, rules, run);
     const Case given{m_session, m_signers, call.signers, answer.total, answer.largest};
@@ -195,8 +204,9 @@ void Teller::AnswerWithReport(Answer& answer)
     Journal(0, m_extraInfo, answer);
 }
 
-Answer Teller::Tell(const Call& call)
+Answer Teller::Tell(const Call& call, const Mishaps& mishaps)
 {
+    m_mishaps = mishaps;
     Answer answer;
     SettleAmounts(call, answer);
     RunRules(call, answer);
@@ -227,7 +237,8 @@ Answer Teller::Tell(const Call& call)
 
 } // namespace
 
-Told Tell(const World& world, const std::vector<std::uint32_t>& reportFileIds)
+Told Tell(const World& world, const std::vector<std::uint32_t>& reportFileIds,
+          const std::vector<Mishaps>& mishaps)
 {
     Told told;
     std::size_t nextFileId = 0;
@@ -237,7 +248,8 @@ Told Tell(const World& world, const std::vector<std::uint32_t>& reportFileIds)
         std::vector<Answer> answers;
         for (const Call& call : session.calls)
         {
-            answers.push_back(teller.Tell(call));
+            const bool mishap = told.results.answers.empty() && answers.size() < mishaps.size();
+            answers.push_back(teller.Tell(call, mishap ? mishaps[answers.size()] : Mishaps()));
         }
         told.results.answers.push_back(answers);
         told.outcomes.push_back(teller.Met());

@@ -2,9 +2,8 @@
 
 #include "tests/model/plain_texts.h"
 
-#include <cstdlib>
 #include <ctime>
-#include <filesystem>
+#include <cwchar>
 
 namespace model
 {
@@ -119,18 +118,10 @@ void CheckTime(const std::optional<std::wstring>& value, Results& results)
     }
 }
 
-/// A folder in memory where there is one; null leaves the choice to the system.
-const char* MemoryFolder()
-{
-    constexpr const char* folder = "/dev/shm";
-    std::error_code error;
-    return std::filesystem::is_directory(folder, error) ? folder : std::getenv("TMPDIR");
-}
-
 } // namespace
 
 RealBank::RealBank()
-    : m_memory("TMPDIR", MemoryFolder()),
+    : m_memory("TMPDIR", testing_support::MemoryFolder()),
       m_spool("SIGNUTILS_SPOOL", m_folder.Path("spool").c_str()),
       m_handOff("SIGNUTILS_HANDOFF", m_folder.Path("handoff").c_str()),
       m_language("SIGNUTILS_LANG", "en")

@@ -20,6 +20,7 @@ public:
 
     const std::string& ConnexionString() const { return m_database.ConnexionString(); }
     std::string StoreFolder() const { return m_folder.Path("handoff"); }
+    std::string SpoolFolder() const { return m_folder.Path("spool"); }
     std::string TraceFile() const { return m_folder.Path("trace.txt"); }
 
     /// Empties every table and fills those of the rules.

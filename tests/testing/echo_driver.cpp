@@ -3,11 +3,11 @@
 // ECHO=CONNECT, and then refuses every statement; else it refuses to connect. It has no wide entry
 // points, so that the driver manager converts what comes in UTF-16.
 
+#include "tests/testing/odbc_texts.h"
+
 #include <sql.h>
 #include <sqlext.h>
 
-#include <algorithm>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -19,13 +19,6 @@ namespace
 
 // One connection at a time is enough for a test.
 std::string g_connectionString;
-
-std::string TextOf(const SQLCHAR* text, SQLINTEGER length)
-{
-    const char* const bytes = reinterpret_cast<const char*>(text);
-    return length == SQL_NTS ? std::string(bytes)
-                             : std::string(bytes, static_cast<std::size_t>(length));
-}
 
 /// Whether the text stands in the command line that every user of the machine can list.
 bool StandsInTheProcessList(const std::string& text)
@@ -85,7 +78,7 @@ extern "C"
     SQLRETURN SQLDriverConnect(SQLHDBC, SQLHWND, SQLCHAR* text, SQLSMALLINT length, SQLCHAR*,
                                SQLSMALLINT, SQLSMALLINT*, SQLUSMALLINT)
     {
-        g_connectionString = TextOf(text, length);
+        g_connectionString = testing_support::OdbcText(text, length);
         return g_connectionString.find("ECHO=CONNECT") == std::string::npos ? SQL_ERROR
                                                                             : SQL_SUCCESS;
     }
@@ -102,33 +95,15 @@ extern "C"
         {
             return SQL_ERROR;
         }
-        constexpr char kName[] = "Echo";
-        const std::size_t room = static_cast<std::size_t>(size) - 1;
-        const std::size_t count = std::min(room, std::strlen(kName));
-        std::memcpy(value, kName, count);
-        static_cast<char*>(value)[count] = '\0';
-        if (length != nullptr)
-        {
-            *length = static_cast<SQLSMALLINT>(count);
-        }
+        testing_support::TellText("Echo", value, size, length);
         return SQL_SUCCESS;
     }
 
     SQLRETURN SQLNativeSql(SQLHDBC, SQLCHAR* text, SQLINTEGER length, SQLCHAR* native,
                            SQLINTEGER size, SQLINTEGER* nativeLength)
     {
-        const std::string statement = TextOf(text, length);
-        if (native != nullptr && size > 0)
-        {
-            const std::size_t count =
-                std::min(statement.size(), static_cast<std::size_t>(size) - 1);
-            std::memcpy(native, statement.data(), count);
-            native[count] = '\0';
-        }
-        if (nativeLength != nullptr)
-        {
-            *nativeLength = static_cast<SQLINTEGER>(statement.size());
-        }
+        testing_support::TellText(testing_support::OdbcText(text, length), native, size,
+                                  nativeLength);
         return SQL_SUCCESS;
     }
 
@@ -152,23 +127,8 @@ extern "C"
         {
             return SQL_NO_DATA;
         }
-        const std::string message = Message();
-        std::memcpy(state, "28000", 6);
-        if (native != nullptr)
-        {
-            *native = 7;
-        }
-        if (text != nullptr && size > 0)
-        {
-            const std::size_t count = std::min(message.size(), static_cast<std::size_t>(size) - 1);
-            std::memcpy(text, message.data(), count);
-            text[count] = '\0';
-        }
-        if (length != nullptr)
-        {
-            *length = static_cast<SQLSMALLINT>(message.size());
-        }
-        return SQL_SUCCESS;
+        return testing_support::TellDiagnosis({"28000", 7, Message()},
+                                              {state, native, text, size, length});
     }
 
 } // extern "C"

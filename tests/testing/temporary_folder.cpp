@@ -65,6 +65,13 @@ std::string ReadWholeFile(const std::string& path)
     return bytes.str();
 }
 
+const char* MemoryFolder()
+{
+    constexpr const char* folder = "/dev/shm";
+    std::error_code error;
+    return std::filesystem::is_directory(folder, error) ? folder : std::getenv("TMPDIR");
+}
+
 ScopedEnvironment::ScopedEnvironment(const std::string& name, const char* value) : m_name(name)
 {
     if (const char* before = std::getenv(name.c_str()); before != nullptr)

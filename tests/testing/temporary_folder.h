@@ -31,6 +31,10 @@ std::filesystem::path Utf8Path(const std::string& path);
 /// All bytes of a file; fails the running test when it cannot be read.
 std::string ReadWholeFile(const std::string& path);
 
+/// A folder in memory where there is one, for TMPDIR: what is flushed to disk costs nothing there.
+/// Null leaves the choice to the system.
+const char* MemoryFolder();
+
 /// Sets an environment variable for a scope and puts back what was there.
 class ScopedEnvironment
 {

@@ -1,0 +1,181 @@
+// Whole checks of which one call to the driver fails: the first, the second, and so on until none
+// is left to fail. What each run must answer and leave behind is told by the model, which hears
+// only where the failure fell.
+//
+// SIGNUTILS_FAULTS=all tries every kind of fault, otherwise the gravest.
+
+#include "tests/faults/fault_run.h"
+#include "tests/model/differences.h"
+#include "tests/model/plain_session.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace
+{
+
+using fault_driver::Bit;
+using fault_driver::Entry;
+using fault_driver::Kind;
+using fault_driver::Plan;
+using fault_driver::Reach;
+using faults::Foresight;
+using faults::Scenario;
+using faults::Shown;
+
+struct Fault
+{
+    const char* name;
+    Plan plan;
+    bool gravest;
+};
+
+// The driver manager frees these behind the library's back and does not ask twice.
+constexpr std::uint32_t kOfTheManager = Bit(Entry::FreeEnvironment) | Bit(Entry::FreeConnection);
+// A driver that will not let go of its handles for good keeps them, whatever the library does.
+constexpr std::uint32_t kLettingGo = Bit(Entry::FreeEnvironment) | Bit(Entry::FreeConnection) |
+                                     Bit(Entry::FreeStatement) | Bit(Entry::CloseStatement) |
+                                     Bit(Entry::Disconnect);
+constexpr std::uint32_t kEveryCall = fault_driver::kEveryEntry & ~kOfTheManager;
+constexpr std::uint32_t kEveryUse = kEveryCall & ~kLettingGo;
+constexpr std::uint32_t kStatements = Bit(Entry::Execute);
+
+std::vector<Fault> ChosenFaults()
+{
+    const std::vector<Fault> all = {
+        {"ConnectionLost", {0, Kind::Refuse, Reach::Once, "08S01", kEveryCall}, true},
+        {"ConnectionDead", {0, Kind::Refuse, Reach::Connection, "08S01", kEveryUse}, false},
+        {"ServerGone", {0, Kind::Refuse, Reach::FromThenOn, "08S01", kEveryUse}, false},
+        {"AnswerLost", {0, Kind::DoAndRefuse, Reach::Once, "08S01", kStatements}, true},
+        {"Deadlock", {0, Kind::Refuse, Reach::Once, "40001", kEveryCall}, false},
+        {"DeadlockWhoseWorkIsDone",
+         {0, Kind::DoAndRefuse, Reach::Once, "40001", kStatements},
+         false},
+        {"TimeOut", {0, Kind::Refuse, Reach::Once, "HYT00", kEveryCall}, false},
+        {"TimeOutOfWorkDone", {0, Kind::DoAndRefuse, Reach::Once, "HYT00", kStatements}, false},
+        {"TimeOutsFromThenOn", {0, Kind::Refuse, Reach::FromThenOn, "HYT00", kEveryUse}, false},
+        {"NoMemory", {0, Kind::Refuse, Reach::Once, "HY001", kEveryCall}, false},
+        {"TooLong", {0, Kind::Refuse, Reach::Once, "22001", kEveryCall}, false},
+        {"Integrity", {0, Kind::Refuse, Reach::Once, "23000", kEveryCall}, false},
+        {"IntegrityOfWorkDone", {0, Kind::DoAndRefuse, Reach::Once, "23000", kStatements}, false},
+        {"NoTable", {0, Kind::Refuse, Reach::Once, "42S02", kEveryCall}, false},
+        {"Remark", {0, Kind::SucceedWithRemark, Reach::Once, "01004", kEveryCall}, false},
+        {"RemarksFromThenOn",
+         {0, Kind::SucceedWithRemark, Reach::FromThenOn, "01004", kEveryCall},
+         false},
+        {"Slow", {0, Kind::Wait, Reach::Once, "", kEveryCall}, false},
+    };
+    const char* const wanted = std::getenv("SIGNUTILS_FAULTS");
+    if (wanted != nullptr && std::string(wanted) == "all")
+    {
+        return all;
+    }
+    std::vector<Fault> gravest;
+    for (const Fault& fault : all)
+    {
+        if (fault.gravest)
+        {
+            gravest.push_back(fault);
+        }
+    }
+    return gravest;
+}
+
+void PrintTo(const Fault& fault, std::ostream* stream)
+{
+    *stream << fault.name;
+}
+
+/// All runs of one scenario with one kind of fault.
+class Trial
+{
+public:
+    Trial(faults::FaultRun& run, const Scenario& scenario, const Plan& plan)
+        : m_run(run), m_scenario(scenario), m_plan(plan)
+    {
+    }
+
+    /// The number of runs.
+    std::uint64_t FailEachCall()
+    {
+        m_clean = m_run.Run(m_scenario, m_plan);
+        ExpectForetold(m_clean, Foresight{{}, false, m_scenario.world.journalMissing});
+        std::uint64_t runs = 1;
+        for (; !testing::Test::HasFailure(); ++runs)
+        {
+            m_plan.failing = runs;
+            const Shown shown = m_run.Run(m_scenario, m_plan);
+            if (shown.faults == 0 && runs > m_clean.counted)
+            {
+                return runs;
+            }
+            SCOPED_TRACE(faults::Describe(m_clean.log, runs));
+            const bool keepsConnection = !m_scenario.world.sessions[0].calls[0].onCopy;
+            ExpectForetold(shown, faults::Foresee(m_clean.log, m_plan, keepsConnection));
+            if (m_plan.kind == Kind::Wait)
+            {
+                EXPECT_GE(shown.elapsed, std::chrono::milliseconds(50));
+            }
+        }
+        return runs;
+    }
+
+private:
+    void ExpectForetold(const Shown& shown, const Foresight& foresight) const
+    {
+        const model::Told told =
+            model::Tell(m_scenario.world, shown.seen.reportFileIds, foresight.mishaps);
+        EXPECT_EQ(model::Differences(shown.seen.results, told.results), "")
+            << "problem: " << shown.problem;
+        EXPECT_EQ(!shown.problem.empty(), foresight.noticed) << shown.problem;
+        if (!foresight.journalHurt && !m_scenario.world.journalMissing)
+        {
+            EXPECT_FALSE(shown.eventsWaited);
+        }
+    }
+
+    faults::FaultRun& m_run;
+    const Scenario& m_scenario;
+    Plan m_plan;
+    Shown m_clean;
+};
+
+/// Shares of the scenarios, so that they run side by side.
+constexpr std::size_t kShares = 4;
+
+class DatabaseFault : public testing::TestWithParam<std::tuple<Fault, std::size_t>>
+{
+};
+
+TEST_P(DatabaseFault, IsAnsweredAsForetoldWhicheverCallFails)
+{
+    faults::FaultRun run;
+    std::uint64_t runs = 0;
+    const auto& [fault, share] = GetParam();
+    const std::vector<Scenario>& scenarios = faults::AllScenarios();
+    for (std::size_t index = share; index < scenarios.size(); index += kShares)
+    {
+        SCOPED_TRACE(scenarios[index].name);
+        runs += Trial(run, scenarios[index], fault.plan).FailEachCall();
+        if (HasFailure())
+        {
+            return;
+        }
+    }
+    std::cout << fault.name << ": " << runs << " runs\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, DatabaseFault,
+                         testing::Combine(testing::ValuesIn(ChosenFaults()),
+                                          testing::Range(std::size_t{0}, kShares)),
+                         [](const auto& test) {
+                             return std::string(std::get<0>(test.param).name) +
+                                    std::to_string(std::get<1>(test.param));
+                         });
+
+} // namespace

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "tests/model/scenario.h"
+
+#include <string>
+#include <vector>
+
+namespace faults
+{
+
+enum class Pool
+{
+    Off,
+    Empty, ///< on, nothing waits in it
+    Warm,  ///< on, connections wait in it
+};
+
+/// One check in one world, and a second one on the same session that shows what is left of it.
+struct Scenario
+{
+    std::string name;
+    model::World world;
+    Pool pool = Pool::Off;
+    bool eventWaits = false; ///< in the spool, before the check
+    bool rowByRow = false;   ///< the driver reads rows when they are asked for
+};
+
+/// Every verdict, every branch of the rules, the journal there and away, reports, the pool.
+const std::vector<Scenario>& AllScenarios();
+
+} // namespace faults
