@@ -43,7 +43,8 @@ struct MutexHandle
     HANDLE Value() const
     {
         const std::uint64_t value = (static_cast<std::uint64_t>(generation) << 32U) | number;
-        return reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(value)); // NOLINT: a number
+        // A number, as said. NOLINTNEXTLINE(performance-no-int-to-ptr)
+        return reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(value));
     }
 
     std::uint32_t generation; ///< odd while the mutex lives

@@ -20,7 +20,8 @@ constexpr std::size_t kMostAtOnce = std::size_t{64} * 1024 * 1024;
 
 HANDLE HandleOf(std::intptr_t native)
 {
-    return reinterpret_cast<HANDLE>(native); // NOLINT(performance-no-int-to-ptr)
+    // Headers of every platform hold it as a number. NOLINTNEXTLINE(performance-no-int-to-ptr)
+    return reinterpret_cast<HANDLE>(native);
 }
 
 struct Opening
