@@ -76,6 +76,9 @@ class Bench:
         mutated = self.work / "mutant.cpp"
         mutated.write_text(source)
         told = self._shell(f"{self.compiler} -ferror-limit=0 -o {self.work}/mutant.o -c {mutated}")
+        if told.returncode != 0 and f"{mutated}:" not in told.stderr:
+            # No mistake is refused where it does not stand: a header was touched, a compiler killed.
+            raise SystemExit(f"the compiler failed for a reason of its own:\n{told.stderr}")
         return None if told.returncode == 0 else told.stderr
 
     def link(self, program):
