@@ -1,26 +1,19 @@
-// What a connection leaves open, counted by the file system of descriptors, which Windows does not
-// have.
+// What a connection leaves open.
 
 #include "database/idle_pool.h"
 #include "tests/database/sqlite_file.h"
 #include "tests/testing/failing_allocations.h"
+#include "tests/testing/open_descriptors.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <iterator>
 #include <new>
 
 using namespace database_tests;
+using testing_support::OpenDescriptors;
 
 namespace
 {
-
-std::ptrdiff_t OpenDescriptors()
-{
-    return std::distance(std::filesystem::directory_iterator("/dev/fd"),
-                         std::filesystem::directory_iterator());
-}
 
 /// Whether the connection was opened.
 bool TryToOpen(const std::string& connexionString)

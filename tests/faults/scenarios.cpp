@@ -1,6 +1,7 @@
 #include "tests/faults/scenarios.h"
 
 #include <optional>
+#include <ostream>
 #include <utility>
 
 namespace faults
@@ -303,6 +304,11 @@ std::vector<Scenario> Records()
 }
 
 } // namespace
+
+void PrintTo(const Scenario& scenario, std::ostream* stream)
+{
+    *stream << scenario.name;
+}
 
 const std::vector<Scenario>& AllScenarios()
 {

@@ -2,6 +2,7 @@
 
 #include "tests/model/scenario.h"
 
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,9 @@ struct Scenario
     bool eventWaits = false; ///< in the spool, before the check
     bool rowByRow = false;   ///< the driver reads rows when they are asked for
 };
+
+/// For the messages of a test.
+void PrintTo(const Scenario& scenario, std::ostream* stream);
 
 /// Every verdict, every branch of the rules, the journal there and away, reports, the pool.
 const std::vector<Scenario>& AllScenarios();

@@ -12,9 +12,6 @@
 namespace model
 {
 
-namespace
-{
-
 void Prepare(SignUtils& object, const Session& session, const std::string& connexionString)
 {
     const auto narrow = [](const Text& text) { return NarrowOf(text); };
@@ -41,6 +38,9 @@ void Prepare(SignUtils& object, const Session& session, const std::string& conne
         object.SetModeVeu();
     }
 }
+
+namespace
+{
 
 std::string WithoutTime(std::string document, Results& results)
 {

@@ -21,6 +21,9 @@ struct Seen
     std::vector<std::uint32_t> reportFileIds; ///< of the reports handed on, in their order
 };
 
+/// Gives an object all settings of a session.
+void Prepare(SignUtils& object, const Session& session, const std::string& connexionString);
+
 /// What stands between the library and a real database that works.
 struct Surroundings
 {
