@@ -73,7 +73,7 @@ TEST_F(SignerList, CommaBelongsToTheName)
 
 TEST_F(SignerList, TokensAreTracedBeforeTheyAreTrimmed)
 {
-    Append(L"A;;\u00E9 ; ;B");
+    Append(L";A;;\u00E9 ; ;B");
 
     EXPECT_EQ(trace.Lines(), "[SIGNERS]\n#Signer|A\n#Signer|\xC3\xA9 \n#Signer| \n#Signer|B\n");
 }
