@@ -75,20 +75,28 @@ void Time(const Contender& contender, std::uint64_t expected, std::size_t round,
     contender.cleanUp();
 }
 
-void Print(const Contender& contender, const Times& times, const Times& floor, std::uint64_t bytes)
+/// What stands beside a time, in 13 characters: a speed or a share of it.
+using Rate = std::function<std::string(double seconds)>;
+
+void Print(const Contender& contender, const Times& times, const Times& floor, const Rate& rate)
 {
     const Interval elapsed = Middle(times.elapsed);
     const Interval ratio = Ratio(times.elapsed, floor.elapsed);
     const Interval processor = Ratio(times.processor, floor.processor);
-    std::printf("  %-36s %11.2f ms %7.0f MB/s   %5.2f [%5.2f, %5.2f]   %5.2f [%5.2f, %5.2f]\n",
-                contender.name.c_str(), elapsed.median * 1e3,
-                static_cast<double>(bytes) / elapsed.median / 1e6, ratio.median, ratio.low,
-                ratio.high, processor.median, processor.low, processor.high);
+    std::printf("  %-36s %11.2f ms %s   %5.2f [%5.2f, %5.2f]   %5.2f [%5.2f, %5.2f]\n",
+                contender.name.c_str(), elapsed.median * 1e3, rate(elapsed.median).c_str(),
+                ratio.median, ratio.low, ratio.high, processor.median, processor.low,
+                processor.high);
 }
 
-} // namespace
+std::string Formatted(const char* format, double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, format, value);
+    return text;
+}
 
-void TimeInTurn(const std::vector<Contender>& contenders, std::uint64_t bytes)
+void TimeWithRate(const std::vector<Contender>& contenders, const Rate& rate)
 {
     std::vector<std::uint64_t> expected;
     for (const Contender& contender : contenders)
@@ -108,8 +116,22 @@ void TimeInTurn(const std::vector<Contender>& contenders, std::uint64_t bytes)
                 "ratio of elapsed", "of processor time");
     for (std::size_t i = 0; i < contenders.size(); ++i)
     {
-        Print(contenders[i], times[i], times.front(), bytes);
+        Print(contenders[i], times[i], times.front(), rate);
     }
+}
+
+} // namespace
+
+void TimeInTurn(const std::vector<Contender>& contenders, std::uint64_t bytes)
+{
+    TimeWithRate(contenders, [bytes](double seconds)
+                 { return Formatted("%7.0f MB/s", static_cast<double>(bytes) / seconds / 1e6); });
+}
+
+void TimeEachInTurn(const std::vector<Contender>& contenders, std::uint64_t count)
+{
+    TimeWithRate(contenders, [count](double seconds)
+                 { return Formatted("%9.2f us", seconds / static_cast<double>(count) * 1e6); });
 }
 
 } // namespace benchmarks

@@ -23,4 +23,8 @@ struct Contender
 /// Raises std::runtime_error when a contender does not find the same again.
 void TimeInTurn(const std::vector<Contender>& contenders, std::uint64_t bytes);
 
+/// The same for what is counted, not measured in bytes: prints the microseconds that one of `count`
+/// takes.
+void TimeEachInTurn(const std::vector<Contender>& contenders, std::uint64_t count);
+
 } // namespace benchmarks
