@@ -4,10 +4,10 @@
 #include "database/connect_turn.h"
 #include "database/driver_letters.h"
 #include "database/guard_database.h"
-#include "database/odbc_text.h"
 #include "port/environment.h"
 #include "support/codepage.h"
 #include "support/numbers.h"
+#include "support/utf16.h"
 
 #include <algorithm>
 
@@ -104,7 +104,8 @@ void Connection::TryConnect(const ConnectionString& connexionString)
         SQLSetConnectAttr(m_handle.Get(), SQL_ATTR_LOGIN_TIMEOUT, AttributeValue(m_timeoutSeconds),
                           SQL_IS_UINTEGER);
     }
-    OutgoingText text(support::WideFromNarrow(m_key), m_crossing);
+    OutgoingText text;
+    text.Set(support::WideFromNarrow(m_key), m_crossing);
     const SQLRETURN result = text.Connect(m_handle.Get());
     if (!SQL_SUCCEEDED(result))
     {
@@ -176,7 +177,8 @@ void Connection::SetUpSqlite(const ConnectionString& connexionString)
 std::wstring Connection::FirstText(std::wstring_view query, SQLUSMALLINT column)
 {
     constexpr std::size_t kUnits = 4096;
-    const StatementHandle statement = Run(query, kOpen);
+    const StatementHandle statement = NewStatement(kOpen);
+    Run(statement, query, kOpen);
     const Attempt attempt{kOpen, query};
     std::u16string text(kUnits, u'\0');
     SQLLEN indicator = 0;
@@ -193,17 +195,8 @@ std::wstring Connection::FirstText(std::wstring_view query, SQLUSMALLINT column)
     return support::WideFromUtf16(text.substr(0, text.find(u'\0')));
 }
 
-StatementHandle Connection::Run(std::wstring_view statement, std::string_view operation)
+StatementHandle Connection::NewStatement(std::string_view operation)
 {
-    const Attempt attempt{operation, statement};
-    const ScannedStatement scanned = ScanStatement(statement, m_dialect->lexicon);
-    if (!scanned.single)
-    {
-        Refuse("42000", "The text would run as more than one statement.", attempt);
-    }
-    RequireLettersKept(scanned.text, attempt);
-    m_sessionTouched = m_sessionTouched || !scanned.plainData;
-
     StatementHandle handle;
     CheckConnection(handle.Allocate(m_handle.Get()), operation);
     if (m_timeoutSeconds > 0)
@@ -212,12 +205,26 @@ StatementHandle Connection::Run(std::wstring_view statement, std::string_view op
         SQLSetStmtAttr(handle.Get(), SQL_ATTR_QUERY_TIMEOUT, AttributeValue(m_timeoutSeconds),
                        SQL_IS_UINTEGER);
     }
-    const SQLRETURN result = ExecuteOn(handle, scanned.text);
+    return handle;
+}
+
+void Connection::Run(const StatementHandle& handle, std::wstring_view statement,
+                     std::string_view operation)
+{
+    const Attempt attempt{operation, statement};
+    ScanStatement(statement, m_dialect->lexicon, m_scanned);
+    if (!m_scanned.single)
+    {
+        Refuse("42000", "The text would run as more than one statement.", attempt);
+    }
+    RequireLettersKept(m_scanned.text, attempt);
+    m_sessionTouched = m_sessionTouched || !m_scanned.plainData;
+    m_outgoing.Set(m_scanned.text, m_crossing);
+    const SQLRETURN result = m_outgoing.ExecuteDirect(handle.Get());
     if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA)
     {
         RaiseFrom(result, handle, attempt);
     }
-    return handle;
 }
 
 void Connection::RequireLettersKept(std::wstring_view statement, const Attempt& attempt)
@@ -236,14 +243,10 @@ void Connection::RequireLettersKept(std::wstring_view statement, const Attempt& 
     }
 }
 
-SQLRETURN Connection::ExecuteOn(const StatementHandle& statement, std::wstring_view text)
-{
-    return OutgoingText(text, m_crossing).ExecuteDirect(statement.Get());
-}
-
 std::int64_t Connection::Execute(std::wstring_view statement)
 {
-    const StatementHandle handle = Run(statement, kExecute);
+    StatementHandle handle = TakeSpareStatement();
+    Run(handle, statement, kExecute);
     SQLLEN rows = -1;
     if (!SQL_SUCCEEDED(SQLRowCount(handle.Get(), &rows)))
     {
@@ -259,7 +262,51 @@ std::int64_t Connection::Execute(std::wstring_view statement)
     {
         RaiseFrom(more, handle, {kExecute, statement});
     }
+    PutSpareStatement(std::move(handle));
     return rows;
+}
+
+StatementHandle Connection::TakeSpareStatement()
+{
+    return m_spareStatement ? std::move(m_spareStatement) : NewStatement(kExecute);
+}
+
+// Drivers that do not fill bound columns are not trusted with a second statement on a handle
+// either.
+void Connection::PutSpareStatement(StatementHandle statement) noexcept
+{
+    if (m_bindsColumns && SQL_SUCCEEDED(SQLFreeStmt(statement.Get(), SQL_CLOSE)))
+    {
+        m_spareStatement = std::move(statement);
+    }
+}
+
+std::unique_ptr<QueryShape> Connection::TakeShape(const RowLayout* layout) noexcept
+{
+    for (std::unique_ptr<QueryShape>& each : m_idleShapes)
+    {
+        if (m_bindsColumns && layout != nullptr && each != nullptr && each->layout == layout)
+        {
+            return std::move(each);
+        }
+    }
+    return nullptr;
+}
+
+void Connection::PutShape(std::unique_ptr<QueryShape> shape) noexcept
+{
+    const auto place = std::find(m_idleShapes.begin(), m_idleShapes.end(), nullptr);
+    if (!m_bindsColumns || m_failed || shape->layout == nullptr || place == m_idleShapes.end() ||
+        !SQL_SUCCEEDED(SQLFreeStmt(shape->statement.Get(), SQL_CLOSE)))
+    {
+        return;
+    }
+    for (Column& each : shape->columns)
+    {
+        // Long values are rare, and may be very long.
+        std::u16string().swap(each.longValue);
+    }
+    *place = std::move(shape);
 }
 
 void Connection::Begin()
@@ -365,6 +412,14 @@ bool Connection::IsAlive() noexcept
 
 void Connection::Abandon() noexcept
 {
+    m_spareStatement.Abandon();
+    for (const std::unique_ptr<QueryShape>& each : m_idleShapes)
+    {
+        if (each != nullptr)
+        {
+            each->statement.Abandon();
+        }
+    }
     m_disconnector.Abandon();
     m_handle.Abandon();
     m_environment.Abandon();

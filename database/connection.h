@@ -4,9 +4,12 @@
 #include "database/diagnostics.h"
 #include "database/dialect.h"
 #include "database/odbc_handle.h"
+#include "database/odbc_text.h"
+#include "database/query_shape.h"
+#include "database/statement_scanner.h"
 #include "port/file_identity.h"
 
-#include <chrono>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -36,10 +39,19 @@ public:
     /// From now on each value is asked for on its own, whatever the dialect says.
     void ReadValuesOneByOne() noexcept { m_bindsColumns = false; }
 
-    /// A statement that has been run. Refuses a text that is more than one.
-    StatementHandle Run(std::wstring_view statement, std::string_view operation);
+    StatementHandle NewStatement(std::string_view operation);
+    /// Runs a statement on a handle without an open result. Refuses a text that is more than one.
+    void Run(const StatementHandle& handle, std::wstring_view statement,
+             std::string_view operation);
     /// Runs to the end of every result; rows changed by the first, -1 when the driver does not say.
     std::int64_t Execute(std::wstring_view statement);
+
+    /// The shape that a query of this layout left behind, or null. A layout lives as long as the
+    /// program.
+    std::unique_ptr<QueryShape> TakeShape(const RowLayout* layout) noexcept;
+    /// Ends the query, and with it the locks that the reading holds. Keeps the shape for the next
+    /// query of its layout where that may be bound to it, else frees it.
+    void PutShape(std::unique_ptr<QueryShape> shape) noexcept;
 
     void Begin();
     void Commit();
@@ -73,7 +85,8 @@ private:
     [[nodiscard]] bool SetAutocommit(bool on) noexcept;
     /// Refuses a statement whose letters would be others behind the driver manager.
     void RequireLettersKept(std::wstring_view statement, const Attempt& attempt);
-    SQLRETURN ExecuteOn(const StatementHandle& statement, std::wstring_view text);
+    StatementHandle TakeSpareStatement();
+    void PutSpareStatement(StatementHandle statement) noexcept;
     std::wstring FirstText(std::wstring_view query, SQLUSMALLINT column);
 
     std::string m_key;
@@ -93,6 +106,11 @@ private:
     EnvironmentHandle m_environment;
     ConnectionHandle m_handle;
     Disconnector m_disconnector{m_handle};
+    // Kept from one statement to the next: handles, and the memory of texts on their way.
+    StatementHandle m_spareStatement;
+    std::array<std::unique_ptr<QueryShape>, 4> m_idleShapes;
+    ScannedStatement m_scanned;
+    OutgoingText m_outgoing;
 };
 
 } // namespace database

@@ -4,29 +4,47 @@
 #include "database/cursor.h"
 #include "port/cancellation.h"
 #include "support/codepage.h"
+#include "support/utf16.h"
 
-#include <algorithm>
 #include <string>
 
 namespace
 {
 
-/// Most values are plain ASCII: numbers, identifiers, most names.
-bool IsAscii(std::u16string_view text) noexcept
-{
-    return std::all_of(text.begin(), text.end(), [](char16_t each) { return each < 0x80; });
-}
+// As long as any column of the tables but those of history and journal: such values need no memory
+// on their way.
+constexpr std::size_t kUsualLength = 256;
 
-std::string NarrowFromUtf16(std::u16string_view text)
+/// What a conversion is written into: memory of its own for a usual length, else from the heap.
+template <typename Character>
+class Scratch
 {
-    if (!IsAscii(text))
+public:
+    explicit Scratch(std::size_t length)
     {
-        return support::NarrowFromWide(support::WideFromUtf16(text));
+        if (length > kUsualLength)
+        {
+            m_long.resize(length);
+            m_data = m_long.data();
+        }
     }
-    std::string narrow(text.size(), '\0');
-    std::transform(text.begin(), text.end(), narrow.begin(),
-                   [](char16_t each) { return static_cast<char>(each); });
-    return narrow;
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+
+    Character* Data() noexcept { return m_data; }
+
+private:
+    Character m_usual[kUsualLength];
+    std::basic_string<Character> m_long;
+    Character* m_data = m_usual;
+};
+
+/// Puts a text into a value, whose memory is used again.
+template <typename Value, typename Character>
+void Put(Value& value, const Character* text, std::size_t length)
+{
+    value.Empty();
+    value.Append(text, length);
 }
 
 } // namespace
@@ -63,14 +81,22 @@ void CRecordset::MoveNext()
 
 void CRecordset::GetFieldValue(const char* name, CTString& value) const
 {
-    const std::string narrow = NarrowFromUtf16(RequireOpen("GetFieldValue").Value(name));
-    value = TSimpleString(narrow.data(), narrow.size());
+    const std::u16string_view units = RequireOpen("GetFieldValue").Value(name);
+    Scratch<char> ascii(units.size());
+    if (support::TryAsciiFromUtf16(units, ascii.Data()))
+    {
+        Put(value, ascii.Data(), units.size());
+        return;
+    }
+    const std::string narrow = support::NarrowFromWide(support::WideFromUtf16(units));
+    Put(value, narrow.data(), narrow.size());
 }
 
 void CRecordset::GetFieldValue(const char* name, TSimpleStringW& value) const
 {
-    const std::wstring wide = support::WideFromUtf16(RequireOpen("GetFieldValue").Value(name));
-    value = TSimpleStringW(wide.data(), wide.size());
+    const std::u16string_view units = RequireOpen("GetFieldValue").Value(name);
+    Scratch<wchar_t> wide(units.size());
+    Put(value, wide.Data(), support::WideFromUtf16(units, wide.Data()));
 }
 
 bool CRecordset::IsFieldNull(const char* name) const

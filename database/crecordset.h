@@ -29,7 +29,8 @@ public:
     CRecordset& operator=(const CRecordset&) = delete;
 
     /// Runs the query and stands on the first row. `openType` is kForwardOnly, `options` 0. An open
-    /// record set is closed first. `layout`, when given, must outlive the record set's use.
+    /// record set is closed first. `layout`, when given, is a constant of the program: the
+    /// connection keeps what was bound by it for the next query.
     void OpenW(int openType, const wchar_t* statement, std::uint32_t options,
                const database::RowLayout* layout = nullptr);
 

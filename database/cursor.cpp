@@ -3,6 +3,7 @@
 #include "database/odbc_text.h"
 #include "support/casefold.h"
 #include "support/codepage.h"
+#include "support/utf16.h"
 
 #include <algorithm>
 #include <utility>
@@ -41,24 +42,37 @@ SQLUSMALLINT OdbcColumn(std::size_t index) noexcept
 
 Cursor::Cursor(std::shared_ptr<Connection> connection, std::wstring_view statement,
                const RowLayout* layout)
-    : m_connection(std::move(connection)), m_text(statement)
+    : m_connection(std::move(connection)), m_shape(m_connection->TakeShape(layout))
 {
-    m_statement = m_connection->Run(statement, kOpen);
-    if (layout != nullptr)
+    if (m_shape == nullptr)
     {
-        ColumnsFromLayout(*layout);
+        m_shape = std::make_unique<QueryShape>();
+        m_shape->statement = m_connection->NewStatement(kOpen);
+        if (layout != nullptr)
+        {
+            ColumnsFromLayout(*layout);
+            Bind();
+        }
     }
-    else
+    m_shape->text = statement;
+    m_connection->Run(m_shape->statement, statement, kOpen);
+    if (layout == nullptr)
     {
         ColumnsFromDriver();
+        Bind();
     }
-    Bind();
     Fetch();
+}
+
+Cursor::~Cursor()
+{
+    m_connection->PutShape(std::move(m_shape));
 }
 
 void Cursor::ColumnsFromLayout(const RowLayout& layout)
 {
-    m_columns.reserve(layout.count);
+    m_shape->layout = &layout;
+    m_shape->columns.reserve(layout.count);
     for (std::size_t index = 0; index < layout.count; ++index)
     {
         AddColumn(layout.columns[index].name, layout.columns[index].length);
@@ -68,12 +82,12 @@ void Cursor::ColumnsFromLayout(const RowLayout& layout)
 void Cursor::ColumnsFromDriver()
 {
     SQLSMALLINT count = 0;
-    Check(SQLNumResultCols(m_statement.Get(), &count), kOpen);
+    Check(SQLNumResultCols(m_shape->statement.Get(), &count), kOpen);
     if (count <= 0)
     {
         m_connection->Refuse("07005", "The statement gives no rows.", During(kOpen));
     }
-    m_columns.reserve(static_cast<std::size_t>(count));
+    m_shape->columns.reserve(static_cast<std::size_t>(count));
     for (std::size_t index = 0; index < static_cast<std::size_t>(count); ++index)
     {
         char16_t name[256] = {};
@@ -82,7 +96,7 @@ void Cursor::ColumnsFromDriver()
         SQLSMALLINT digits = 0;
         SQLSMALLINT nullable = 0;
         SQLULEN size = 0;
-        Check(SQLDescribeColW(m_statement.Get(), OdbcColumn(index), OdbcUnits(name),
+        Check(SQLDescribeColW(m_shape->statement.Get(), OdbcColumn(index), OdbcUnits(name),
                               static_cast<SQLSMALLINT>(std::size(name)), &nameLength, &type, &size,
                               &digits, &nullable),
               kOpen);
@@ -95,23 +109,24 @@ void Cursor::ColumnsFromDriver()
 
 void Cursor::AddColumn(std::string name, std::size_t length)
 {
+    std::vector<Column>& columns = m_shape->columns;
     const std::size_t offset =
-        m_columns.empty() ? 0 : m_columns.back().offset + m_columns.back().capacity;
-    m_columns.push_back({std::move(name), offset, length + 1, SQL_NULL_DATA, false, {}});
+        columns.empty() ? 0 : columns.back().offset + columns.back().capacity;
+    columns.push_back({std::move(name), offset, length + 1, SQL_NULL_DATA, false, {}});
 }
 
 void Cursor::Bind()
 {
-    m_buffer.resize(m_columns.back().offset + m_columns.back().capacity);
+    m_shape->buffer.resize(m_shape->columns.back().offset + m_shape->columns.back().capacity);
     if (!m_connection->BindsColumns())
     {
         return;
     }
-    for (std::size_t index = 0; index < m_columns.size(); ++index)
+    for (std::size_t index = 0; index < m_shape->columns.size(); ++index)
     {
-        Column& column = m_columns[index];
-        Check(SQLBindCol(m_statement.Get(), OdbcColumn(index), SQL_C_WCHAR,
-                         m_buffer.data() + column.offset, ByteCount(column.capacity),
+        Column& column = m_shape->columns[index];
+        Check(SQLBindCol(m_shape->statement.Get(), OdbcColumn(index), SQL_C_WCHAR,
+                         m_shape->buffer.data() + column.offset, ByteCount(column.capacity),
                          &column.indicator),
               kOpen);
     }
@@ -128,7 +143,7 @@ void Cursor::MoveNext()
 
 void Cursor::Fetch()
 {
-    const SQLRETURN result = SQLFetch(m_statement.Get());
+    const SQLRETURN result = SQLFetch(m_shape->statement.Get());
     if (result == SQL_NO_DATA)
     {
         m_atEnd = true;
@@ -136,7 +151,7 @@ void Cursor::Fetch()
     }
     // A value cut at its buffer is told as a success with information.
     Check(result, kMove);
-    for (std::size_t index = 0; index < m_columns.size(); ++index)
+    for (std::size_t index = 0; index < m_shape->columns.size(); ++index)
     {
         TakeValue(index);
     }
@@ -144,18 +159,18 @@ void Cursor::Fetch()
 
 void Cursor::TakeValue(std::size_t index)
 {
-    Column& column = m_columns[index];
+    Column& column = m_shape->columns[index];
     column.isLong = false;
     bool last = true;
     std::size_t units = 0;
     if (!m_connection->BindsColumns())
     {
         column.indicator = 0;
-        units = ReadPiece(index, m_buffer.data() + column.offset, column.capacity, last);
+        units = ReadPiece(index, m_shape->buffer.data() + column.offset, column.capacity, last);
     }
     if (!last)
     {
-        column.longValue.assign(m_buffer, column.offset, units);
+        column.longValue.assign(m_shape->buffer, column.offset, units);
         ReadOn(index);
     }
     else if (column.indicator == SQL_NO_TOTAL || column.indicator > ByteCount(column.capacity - 1))
@@ -177,7 +192,7 @@ void Cursor::TakeValue(std::size_t index)
 
 void Cursor::ReadOn(std::size_t index)
 {
-    Column& column = m_columns[index];
+    Column& column = m_shape->columns[index];
     column.isLong = true;
     std::u16string piece;
     bool last = false;
@@ -200,7 +215,7 @@ std::size_t Cursor::ReadPiece(std::size_t index, char16_t* piece, std::size_t si
 {
     const std::size_t room = size - 1;
     SQLLEN indicator = SQL_NULL_DATA;
-    const SQLRETURN result = SQLGetData(m_statement.Get(), OdbcColumn(index), SQL_C_WCHAR,
+    const SQLRETURN result = SQLGetData(m_shape->statement.Get(), OdbcColumn(index), SQL_C_WCHAR,
                                         OdbcUnits(piece), ByteCount(size), &indicator);
     last = result == SQL_NO_DATA; // the piece before was full by chance
     if (last)
@@ -208,7 +223,7 @@ std::size_t Cursor::ReadPiece(std::size_t index, char16_t* piece, std::size_t si
         return 0;
     }
     Check(result, kMove);
-    m_columns[index].indicator = indicator;
+    m_shape->columns[index].indicator = indicator;
     last = indicator == SQL_NULL_DATA || (indicator >= 0 && indicator <= ByteCount(room));
     if (last)
     {
@@ -219,7 +234,7 @@ std::size_t Cursor::ReadPiece(std::size_t index, char16_t* piece, std::size_t si
         // It fits, and the driver did not count it.
         last = true;
         const std::size_t units = std::u16string_view(piece, room).find(u'\0');
-        m_columns[index].indicator = ByteCount(std::min(units, room));
+        m_shape->columns[index].indicator = ByteCount(std::min(units, room));
         return std::min(units, room);
     }
     // The piece is full, or one unit short of it where a driver keeps pairs whole.
@@ -237,8 +252,8 @@ std::u16string_view Cursor::Value(const char* name)
     {
         return column.longValue;
     }
-    return std::u16string_view(m_buffer).substr(
-        column.offset, static_cast<std::size_t>(column.indicator) / sizeof(char16_t));
+    return std::u16string_view(m_shape->buffer)
+        .substr(column.offset, static_cast<std::size_t>(column.indicator) / sizeof(char16_t));
 }
 
 bool Cursor::IsNull(const char* name)
@@ -246,19 +261,24 @@ bool Cursor::IsNull(const char* name)
     return Find(name, "IsFieldNull").indicator == SQL_NULL_DATA;
 }
 
-const Cursor::Column& Cursor::Find(const char* name, const char* operation)
+const Column& Cursor::Find(const char* name, const char* operation)
 {
     if (m_atEnd)
     {
         m_connection->Refuse("24000", "There is no current row.", During(operation));
     }
+    const std::string_view wanted = name;
+    const std::vector<Column>& columns = m_shape->columns;
     const auto found =
-        std::find_if(m_columns.begin(), m_columns.end(),
-                     [name](const Column& each)
-                     { return support::EqualIgnoringAsciiCase(each.name.c_str(), name); });
-    if (found == m_columns.end())
+        std::find_if(columns.begin(), columns.end(),
+                     [wanted](const Column& each)
+                     {
+                         return each.name.size() == wanted.size() &&
+                                support::EqualIgnoringAsciiCase(each.name.c_str(), wanted.data());
+                     });
+    if (found == columns.end())
     {
-        m_connection->Refuse("42S22", "The query has no column " + std::string(name) + ".",
+        m_connection->Refuse("42S22", "The query has no column " + std::string(wanted) + ".",
                              During(operation));
     }
     return *found;
@@ -266,19 +286,19 @@ const Cursor::Column& Cursor::Find(const char* name, const char* operation)
 
 const char* Cursor::ColumnName(std::size_t index)
 {
-    if (index >= m_columns.size())
+    if (index >= m_shape->columns.size())
     {
         m_connection->Refuse("07009", "The query has no column of this number.",
                              During("GetFieldName"));
     }
-    return m_columns[index].name.c_str();
+    return m_shape->columns[index].name.c_str();
 }
 
 void Cursor::Check(SQLRETURN returnCode, std::string_view operation)
 {
     if (!SQL_SUCCEEDED(returnCode))
     {
-        m_connection->RaiseFrom(returnCode, m_statement, During(operation));
+        m_connection->RaiseFrom(returnCode, m_shape->statement, During(operation));
     }
 }
 

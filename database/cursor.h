@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/connection.h"
+#include "database/query_shape.h"
 #include "database/row_layout.h"
 
 #include <cstddef>
@@ -12,8 +13,8 @@
 namespace database
 {
 
-/// A running query and its current row, each value as UTF-16. Its end frees the statement, and
-/// with it the locks that the reading holds.
+/// A running query and its current row, each value as UTF-16. Its end ends the query, and with it
+/// the locks that the reading holds.
 class Cursor
 {
 public:
@@ -21,6 +22,7 @@ public:
     /// columns.
     Cursor(std::shared_ptr<Connection> connection, std::wstring_view statement,
            const RowLayout* layout);
+    ~Cursor();
     Cursor(const Cursor&) = delete;
     Cursor& operator=(const Cursor&) = delete;
 
@@ -31,20 +33,10 @@ public:
     std::u16string_view Value(const char* name);
     bool IsNull(const char* name);
 
-    std::size_t ColumnCount() const noexcept { return m_columns.size(); }
+    std::size_t ColumnCount() const noexcept { return m_shape->columns.size(); }
     const char* ColumnName(std::size_t index);
 
 private:
-    struct Column
-    {
-        std::string name;
-        std::size_t offset;   // of its buffer in m_buffer
-        std::size_t capacity; // units of its buffer, terminator included
-        SQLLEN indicator = SQL_NULL_DATA;
-        bool isLong = false; // the value stands in longValue, not in the buffer
-        std::u16string longValue;
-    };
-
     void ColumnsFromLayout(const RowLayout& layout);
     void ColumnsFromDriver();
     void AddColumn(std::string name, std::size_t length);
@@ -57,14 +49,10 @@ private:
     std::size_t ReadPiece(std::size_t index, char16_t* piece, std::size_t size, bool& last);
     const Column& Find(const char* name, const char* operation);
     void Check(SQLRETURN returnCode, std::string_view operation);
-    Attempt During(std::string_view operation) const { return {operation, m_text}; }
+    Attempt During(std::string_view operation) const { return {operation, m_shape->text}; }
 
     std::shared_ptr<Connection> m_connection;
-    std::wstring m_text;
-    // Declared before the statement: the driver may write into them until that is freed.
-    std::vector<Column> m_columns;
-    std::u16string m_buffer;
-    StatementHandle m_statement;
+    std::unique_ptr<QueryShape> m_shape;
     bool m_atEnd = false;
 };
 

@@ -4,6 +4,7 @@
 #include "database/odbc_text.h"
 #include "database/secrets.h"
 #include "support/codepage.h"
+#include "support/utf16.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -3,6 +3,7 @@
 #include "database/diagnostics.h"
 
 #include <string>
+#include <string_view>
 
 namespace database
 {
@@ -14,8 +15,13 @@ template <typename Character>
 bool StaysWithin(const Character* text, std::size_t cut) noexcept
 {
     constexpr Character quote = '\'';
+    using View = std::basic_string_view<Character>;
+    if (text == nullptr || View(text).substr(0, cut).find(quote) == View::npos)
+    {
+        return true;
+    }
     bool unpaired = false;
-    for (std::size_t at = 0; text != nullptr && at < cut && text[at] != Character(); ++at)
+    for (std::size_t at = 0; at < cut && text[at] != Character(); ++at)
     {
         if (text[at] == quote)
         {

@@ -1,19 +1,21 @@
 #include "database/odbc_text.h"
 
 #include "support/codepage.h"
+#include "support/utf16.h"
 
 namespace database
 {
 
-OutgoingText::OutgoingText(std::wstring_view text, TextCrossing crossing) : m_crossing(crossing)
+void OutgoingText::Set(std::wstring_view text, TextCrossing crossing)
 {
+    m_crossing = crossing;
     if (crossing == TextCrossing::Utf16)
     {
-        m_utf16 = support::Utf16FromWide(text);
+        support::Utf16FromWide(text, m_utf16);
     }
     else
     {
-        m_utf8 = support::Utf8FromWide(text);
+        support::Utf8FromWide(text, m_utf8);
     }
 }
 

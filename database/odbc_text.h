@@ -9,18 +9,19 @@
 namespace database
 {
 
-/// A text on its way to the driver, in the form that the dialect asks for.
+/// A text on its way to the driver, in the form that the dialect asks for. Its memory serves for
+/// the next text too.
 class OutgoingText
 {
 public:
-    OutgoingText(std::wstring_view text, TextCrossing crossing);
+    void Set(std::wstring_view text, TextCrossing crossing);
 
     SQLRETURN ExecuteDirect(SQLHSTMT statement);
     /// Connects with the text as connection string; never opens a dialog.
     SQLRETURN Connect(SQLHDBC connection);
 
 private:
-    TextCrossing m_crossing;
+    TextCrossing m_crossing = TextCrossing::Utf16;
     std::u16string m_utf16; // filled for TextCrossing::Utf16
     std::string m_utf8;     // filled for TextCrossing::Utf8
 };

@@ -31,26 +31,78 @@ bool IsNameCharacter(wchar_t character) noexcept
            std::wstring_view(L"_$@:#").find(upper) != std::wstring_view::npos || character >= 0x80;
 }
 
-class Scanner
+/// The characters at which anything may begin; all others are passed over.
+class Beginnings
 {
 public:
-    Scanner(std::wstring_view source, const LexicalRules& rules) : m_source(source), m_rules(rules)
+    Beginnings(const LexicalRules& rules, bool words)
     {
-        m_result.text.reserve(source.size() + 16);
+        Add(L";'\"-/");
+        Add(rules.doubtful);
+        Add(rules.backtickQuotes ? L"`" : L"");
+        Add(rules.bracketQuotes || rules.doubledBrackets ? L"[" : L"");
+        Add(rules.dropsNationalPrefix ? L"Nn" : L"");
+        Add(rules.rewritesNow ? L"{" : L"");
+        for (std::size_t each = 0; words && each < std::size(m_ascii); ++each)
+        {
+            m_ascii[each] = m_ascii[each] || IsNameCharacter(static_cast<wchar_t>(each));
+        }
+        m_others = words;
     }
 
-    ScannedStatement Run()
+    bool Has(wchar_t character) const noexcept
     {
-        m_result.plainData = BeginsWithPlainWord();
-        m_watchesWords = m_rules.bareStatements && m_result.plainData;
-        while (m_at < m_source.size() && !m_done)
-        {
-            Step();
-        }
-        return std::move(m_result);
+        const auto place = static_cast<std::size_t>(character);
+        return place < std::size(m_ascii) ? m_ascii[place] : m_others;
     }
 
 private:
+    void Add(std::wstring_view marks)
+    {
+        for (const wchar_t each : marks)
+        {
+            m_ascii[static_cast<std::size_t>(each)] = true;
+        }
+    }
+
+    bool m_ascii[0x80] = {};
+    bool m_others;
+};
+
+class Scanner
+{
+public:
+    Scanner(std::wstring_view source, const LexicalRules& rules, ScannedStatement& result)
+        : m_source(source), m_rules(rules), m_result(result)
+    {
+        m_result.text.clear();
+        m_result.single = true;
+        m_result.plainData = BeginsWithPlainWord();
+        m_watchesWords = m_rules.bareStatements && m_result.plainData;
+    }
+
+    void Run()
+    {
+        const Beginnings beginnings(m_rules, m_watchesWords);
+        m_at = NextOf(beginnings, 0);
+        while (m_at < m_source.size() && !m_done)
+        {
+            Step();
+            m_at = NextOf(beginnings, m_at);
+        }
+        Write({});
+    }
+
+private:
+    std::size_t NextOf(const Beginnings& beginnings, std::size_t at) const
+    {
+        while (at < m_source.size() && !beginnings.Has(m_source[at]))
+        {
+            ++at;
+        }
+        return at;
+    }
+
     void Step()
     {
         const wchar_t here = m_source[m_at];
@@ -60,27 +112,27 @@ private:
         }
         else if (here == L'\'')
         {
-            CopyLiteral();
+            PassLiteral();
         }
         else if (here == L'"' || (here == L'`' && m_rules.backtickQuotes))
         {
-            CopyTo(EndOfQuoted(here));
+            PassTo(EndOfQuoted(here));
         }
         else if (here == L'[' && m_rules.bracketQuotes)
         {
-            CopyTo(EndOf(L"]", m_at + 1));
+            PassTo(EndOf(L"]", m_at + 1));
         }
         else if (here == L'[' && m_rules.doubledBrackets)
         {
-            CopyTo(EndOfQuoted(L']'));
+            PassTo(EndOfQuoted(L']'));
         }
         else if (PairStands(L'-', L'-'))
         {
-            CopyComment(L"\n");
+            PassComment(L"\n");
         }
         else if (PairStands(L'/', L'*'))
         {
-            CopyComment(L"*/");
+            PassComment(L"*/");
         }
         else if (std::wstring_view(m_rules.doubtful).find(here) != std::wstring_view::npos)
         {
@@ -88,11 +140,11 @@ private:
         }
         else if (m_watchesWords && IsNameCharacter(here))
         {
-            CopyWord();
+            PassWord();
         }
         else if (!Rewrite(here))
         {
-            CopyTo(m_at + 1);
+            PassTo(m_at + 1);
         }
     }
 
@@ -112,11 +164,8 @@ private:
         }
         // A blank keeps the literal apart from one that ends here: together they would read as one
         // literal with a quote in it.
-        if (m_at > 0 && m_source[m_at - 1] == L'\'')
-        {
-            m_result.text += L' ';
-        }
-        ++m_at;
+        Write(m_at > 0 && m_source[m_at - 1] == L'\'' ? L" " : L"");
+        m_unwritten = ++m_at;
         return true;
     }
 
@@ -132,12 +181,12 @@ private:
             }
             at += word.size();
         }
-        m_result.text += L"datetime('now','localtime')";
-        m_at = at;
+        Write(L"datetime('now','localtime')");
+        m_unwritten = m_at = at;
         return true;
     }
 
-    void CopyLiteral()
+    void PassLiteral()
     {
         if (m_rules.escapeLiterals && m_at > 0 && AsciiUpper(m_source[m_at - 1]) == L'E')
         {
@@ -156,7 +205,7 @@ private:
             FinishInDoubt();
             return;
         }
-        CopyTo(end);
+        PassTo(end);
     }
 
     /// Whether a quote of the literal, the closing one too, is data to whoever knows escapes.
@@ -174,7 +223,7 @@ private:
         return false;
     }
 
-    void CopyWord()
+    void PassWord()
     {
         std::size_t end = m_at;
         std::wstring word;
@@ -184,7 +233,7 @@ private:
             ++end;
         }
         const bool parenthesis = PreviousMark() == L'(';
-        CopyTo(end);
+        PassTo(end);
         if (!m_words.Continues(word, parenthesis))
         {
             Refuse();
@@ -194,15 +243,15 @@ private:
     void Refuse()
     {
         m_result.single = false;
-        CopyTo(m_source.size());
+        PassTo(m_source.size());
         m_done = true;
     }
 
-    void CopyComment(std::wstring_view end)
+    void PassComment(std::wstring_view end)
     {
         if (m_rules.knowsComments)
         {
-            CopyTo(EndOf(end, m_at + 2));
+            PassTo(EndOf(end, m_at + 2));
         }
         else
         {
@@ -213,7 +262,7 @@ private:
     void FinishAtSemicolon()
     {
         m_result.single = SkipBlanks(m_at + 1) == m_source.size();
-        CopyTo(m_source.size());
+        PassTo(m_source.size());
         m_done = true;
     }
 
@@ -222,7 +271,7 @@ private:
         const std::size_t semicolon = m_source.find(L';', m_at);
         m_result.single = !m_watchesWords && (semicolon == std::wstring_view::npos ||
                                               SkipBlanks(semicolon + 1) == m_source.size());
-        CopyTo(m_source.size());
+        PassTo(m_source.size());
         m_done = true;
     }
 
@@ -287,45 +336,47 @@ private:
     /// Behind the closing quote of what begins here; a doubled quote stands for one inside it.
     std::size_t EndOfQuoted(wchar_t quote) const
     {
-        std::size_t at = m_at + 1;
-        while (at < m_source.size())
+        std::size_t at = m_source.find(quote, m_at + 1);
+        while (at != std::wstring_view::npos && at + 1 < m_source.size() &&
+               m_source[at + 1] == quote)
         {
-            if (m_source[at] != quote)
-            {
-                ++at;
-            }
-            else if (at + 1 < m_source.size() && m_source[at + 1] == quote)
-            {
-                at += 2;
-            }
-            else
-            {
-                return at + 1;
-            }
+            at = m_source.find(quote, at + 2);
         }
-        return m_source.size();
+        return at == std::wstring_view::npos ? m_source.size() : at + 1;
     }
 
-    void CopyTo(std::size_t end)
+    /// What is passed stays as it is.
+    void PassTo(std::size_t end) { m_at = end; }
+
+    /// Writes what was passed, and then a text of the product's own.
+    void Write(std::wstring_view text)
     {
-        m_result.text.append(m_source.substr(m_at, end - m_at));
-        m_at = end;
+        m_result.text.append(m_source, m_unwritten, m_at - m_unwritten).append(text);
+        m_unwritten = m_at;
     }
 
     std::wstring_view m_source;
     const LexicalRules& m_rules;
-    ScannedStatement m_result;
+    ScannedStatement& m_result;
     StatementWords m_words;
     std::size_t m_at = 0;
+    std::size_t m_unwritten = 0; // from here up to m_at is passed and not yet written
     bool m_watchesWords = false;
     bool m_done = false;
 };
 
 } // namespace
 
+void ScanStatement(std::wstring_view statement, const LexicalRules& rules, ScannedStatement& result)
+{
+    Scanner(statement, rules, result).Run();
+}
+
 ScannedStatement ScanStatement(std::wstring_view statement, const LexicalRules& rules)
 {
-    return Scanner(statement, rules).Run();
+    ScannedStatement result;
+    ScanStatement(statement, rules, result);
+    return result;
 }
 
 } // namespace database

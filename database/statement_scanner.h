@@ -25,7 +25,7 @@ struct LexicalRules
     bool backslashEscapes = false;
     /// A literal with E before it has backslash escapes.
     bool escapeLiterals = false;
-    /// Characters that, outside literals, begin what has no end known here.
+    /// Characters of ASCII that, outside literals, begin what has no end known here.
     const wchar_t* doubtful = L"";
 };
 
@@ -42,5 +42,8 @@ struct ScannedStatement
 };
 
 ScannedStatement ScanStatement(std::wstring_view statement, const LexicalRules& rules);
+/// As above, into a result that is used again with its memory.
+void ScanStatement(std::wstring_view statement, const LexicalRules& rules,
+                   ScannedStatement& result);
 
 } // namespace database

@@ -1,19 +1,27 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
 namespace engine
 {
 
+inline bool IsBlank(char character) noexcept
+{
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
 /// The text without blanks and line ends at both ends.
 inline std::string_view WithoutBlanks(std::string_view text) noexcept
 {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    return first == std::string_view::npos
-               ? std::string_view()
-               : text.substr(first, text.find_last_not_of(kBlanks) - first + 1U);
+    while (!text.empty() && IsBlank(text.front()))
+    {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && IsBlank(text.back()))
+    {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 } // namespace engine

@@ -180,7 +180,8 @@ std::uint32_t CheckSignatures(const CheckInput& input, TSimpleString& reasonCode
         return kVerdictFailed;
     }
 
-    TArray<ruleSign> decisions(kGrowBy);
+    // No rule leaves more than one decision.
+    TArray<ruleSign> decisions(rules.GetCount());
     TSimpleStringW journal;
     Judge(input, signerList, rules, decisions, journal, trail);
 

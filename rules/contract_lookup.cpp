@@ -1,6 +1,7 @@
 #include "rules/contract_lookup.h"
 
 #include "database/crecordset.h"
+#include "rules/numbered_section.h"
 #include "rules/statements.h"
 #include "signutils/amount_units.h"
 #include "support/checked_copy.h"
@@ -114,9 +115,7 @@ void ReadRules(CRecordset& rows, void* trace, const RuleSource& source, TArray<c
     rows.OpenW(CRecordset::kForwardOnly, source.statement.SafeGetString(), 0, &source.layout);
     for (; !rows.IsEOF(); rows.MoveNext())
     {
-        TSimpleString title;
-        title.GenerateString("CONTRACTS RULE #%d", rules.GetCount());
-        TimeTraceDump(trace, title.SafeGetString(), 0, 0);
+        TraceNumberedSection(trace, "CONTRACTS RULE #%d", rules.GetCount());
         rules.Add(ReadRule(rows, trace, source));
     }
     rows.Close();

@@ -13,18 +13,21 @@ void HistoryWriter::WriteDecisions(const HistoryFacts& facts, const TArray<ruleS
 {
     for (int i = 0; i < decisions.GetCount(); ++i)
     {
-        const ruleSign& decision = *decisions.GetAt(i);
-        RequireWithinLiterals(facts, decision);
-        m_database.ExecuteSQLW(DecisionRow(facts, decision).SafeGetString());
-        ++written;
+        Write(facts, FindingOf(facts, *decisions.GetAt(i)), written);
     }
 }
 
 void HistoryWriter::WriteNoRule(const HistoryFacts& facts, const TSimpleStringW& motif,
                                 std::uint32_t& written)
 {
-    RequireWithinLiterals(facts, motif);
-    m_database.ExecuteSQLW(NoRuleRow(facts, motif).SafeGetString());
+    Write(facts, FindingOfNoRule(motif), written);
+}
+
+void HistoryWriter::Write(const HistoryFacts& facts, const HistoryFinding& finding,
+                          std::uint32_t& written)
+{
+    RequireWithinLiterals(facts, finding);
+    m_database.ExecuteSQLW(HistoryRow(facts, finding).SafeGetString());
     ++written;
 }
 

@@ -29,6 +29,8 @@ public:
                      std::uint32_t& written);
 
 private:
+    void Write(const HistoryFacts& facts, const HistoryFinding& finding, std::uint32_t& written);
+
     CDatabase m_database;
 };
 

@@ -1,5 +1,6 @@
 #include "rules/rule_evaluation.h"
 
+#include "rules/numbered_section.h"
 #include "rules/rule_messages.h"
 #include "support/casefold.h"
 #include "support/trace.h"
@@ -11,7 +12,6 @@ namespace
 {
 
 constexpr int kLevel = 1;
-constexpr int kGrowBy = 128;
 constexpr int kTotalLevel = 0;
 constexpr int kLargestOrderLevel = 1;
 constexpr int kSingleSignature = 0;
@@ -34,6 +34,7 @@ struct RuleCase
 {
     const SigningFacts& facts;
     cuidRule& rule;
+    TArray<signerInfo>& working; ///< the signers, in which the look-ups mark those that are taken
     TSimpleStringW& journal;
     ruleSign decision;
     int found1; ///< 1: the first holder is among the signers
@@ -112,15 +113,20 @@ int FindHolder(const RuleCase& subject, holderSlot& holder, TArray<signerInfo>& 
     return found;
 }
 
+// One certificate serves one holder of a rule, and the next rule starts afresh.
+void FreeSigners(TArray<signerInfo>& working)
+{
+    for (int i = 0; i < working.GetCount(); ++i)
+    {
+        working.GetAt(i)->firstName.Empty();
+        working.GetAt(i)->lastName.Empty();
+    }
+}
+
 Outcome FindHolders(RuleCase& subject)
 {
-    // A copy, in which the look-ups mark the signers that are taken: one certificate serves one
-    // holder of a rule, and the next rule starts afresh.
-    TArray<signerInfo> working(kGrowBy);
-    for (int i = 0; i < subject.facts.signerCount; ++i)
-    {
-        working.Add(*subject.facts.signers.GetAt(i));
-    }
+    TArray<signerInfo>& working = subject.working;
+    FreeSigners(working);
     cuidRule& rule = subject.rule;
     subject.found1 = FindHolder(subject, rule.holder1, working, subject.decision.signer1);
     if (rule.alone == 0)
@@ -352,15 +358,18 @@ void EvaluateRule(RuleCase& subject, TArray<ruleSign>& decisions)
 void EvaluateRules(const SigningFacts& facts, TArray<cuidRule>& rules, TArray<ruleSign>& decisions,
                    TSimpleStringW& journal)
 {
+    TArray<signerInfo> working(facts.signerCount);
+    for (int i = 0; i < facts.signerCount; ++i)
+    {
+        working.Add(*facts.signers.GetAt(i));
+    }
     for (int i = 0; i < rules.GetCount(); ++i)
     {
         cuidRule& rule = *rules.GetAt(i);
-        RuleCase subject{facts, rule, journal, ruleSign(), 0, 0};
+        RuleCase subject{facts, rule, working, journal, ruleSign(), 0, 0};
         subject.decision.cuid = rule.cuid;
         subject.decision.controlType = rule.tlevel;
-        TSimpleString title;
-        title.GenerateString("CHECK CONTRACTS RULE #%d", i);
-        TimeTraceDump(facts.directory.trace, title.SafeGetString(), 0, 0);
+        TraceNumberedSection(facts.directory.trace, "CHECK CONTRACTS RULE #%d", i);
         Show(subject, "CUID Rule", rule.cuid);
         EvaluateRule(subject, decisions);
     }

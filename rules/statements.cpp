@@ -62,31 +62,6 @@ TSimpleStringW QuotesDoubled(TSimpleStringW text)
     return text;
 }
 
-// What the library itself has found, in the form of the statement: quotes doubled.
-struct QuotedFinding
-{
-    TSimpleStringW firstName1;
-    TSimpleStringW lastName1;
-    TSimpleStringW firstName2;
-    TSimpleStringW lastName2;
-    TSimpleStringW motif;
-};
-
-QuotedFinding Quoted(const ruleSign& decision)
-{
-    TSimpleStringW motif;
-    motif.GenerateString(L"%s : %s", QuotesDoubled(decision.reasonText),
-                         QuotesDoubled(decision.message));
-    return {QuotesDoubled(decision.signer1.firstName), QuotesDoubled(decision.signer1.lastName),
-            QuotesDoubled(decision.signer2.firstName), QuotesDoubled(decision.signer2.lastName),
-            motif};
-}
-
-QuotedFinding Quoted(const TSimpleStringW& motif)
-{
-    return {{}, {}, {}, {}, QuotesDoubled(motif)};
-}
-
 // The lengths below are those to which the statements cut.
 
 void RequireParties(const ContractKey& contract, const char* operation)
@@ -94,43 +69,6 @@ void RequireParties(const ContractKey& contract, const char* operation)
     database::RequireWithinLiteral(contract.partner, 8, "partner", operation);
     database::RequireWithinLiteral(contract.service, 8, "service", operation);
     database::RequireWithinLiteral(contract.client, 8, "client", operation);
-}
-
-void RequireFinding(const HistoryFacts& facts, const QuotedFinding& finding)
-{
-    constexpr char kOperation[] = "ExecuteSQLW";
-    RequireParties(facts.contract, kOperation);
-    const auto require = [&](const auto* text, std::size_t cut, const char* what)
-    { database::RequireWithinLiteral(text, cut, what, kOperation); };
-    require(facts.order.orderId, 10, "order identifier");
-    require(finding.firstName1.SafeGetString(), 255, "first name of signer 1");
-    require(finding.lastName1.SafeGetString(), 255, "last name of signer 1");
-    require(finding.firstName2.SafeGetString(), 255, "first name of signer 2");
-    require(finding.lastName2.SafeGetString(), 255, "last name of signer 2");
-    require(finding.motif.SafeGetString(), 1024, "finding");
-    require(facts.signerList, 2048, "signer list");
-    require(facts.order.fileName, 256, "file name");
-}
-
-// Quotes are doubled before the texts are cut to their columns. A cut between the two halves of a
-// doubled quote therefore loses the row; verdict and journal stay. The signer list and the narrow
-// texts are inserted as they stand, with the same effect for a quote in them.
-TSimpleStringW HistoryRow(const HistoryFacts& facts, std::uint32_t status, std::int32_t controlType,
-                          const QuotedFinding& finding)
-{
-    const ContractKey& contract = facts.contract;
-    const OrderFacts& order = facts.order;
-    TSimpleStringW statement;
-    statement.GenerateString(
-        L"INSERT INTO HST_SIGNRULES (DATETIME,SERVER,STATUT,VPNAME,TYPE_PTC,VFNAME,VCNAME,"
-        L"IDFICVFS,ORDERID,TYPE_CTRL,SIGNER1,SIGNER2,MOTIF,CNS,TOTAL,MAXORDER,FILENAME) "
-        L"VALUES ({fn NOW()},%d,'%lu','%.8S',%lu,'%.8S','%.8S',%lu,'%.10S',%d,"
-        L"N'%.255s %.255s',N'%.255s %.255s',N'%.1024s',N'%.2048s',%f,%f,'%.256S')",
-        ServerFlag(contract), status, contract.partner, contract.protocol, contract.service,
-        contract.client, order.idFileVfs, order.orderId, controlType, finding.firstName1,
-        finding.lastName1, finding.firstName2, finding.lastName2, finding.motif, facts.signerList,
-        order.totalAmount, order.maxOrderAmount, order.fileName);
-    return statement;
 }
 
 } // namespace
@@ -169,24 +107,59 @@ TSimpleStringW ContractQuery(const ContractKey& contract)
     return statement;
 }
 
-void RequireWithinLiterals(const HistoryFacts& facts, const ruleSign& decision)
+HistoryFinding FindingOf(const HistoryFacts& facts, const ruleSign& decision)
 {
-    RequireFinding(facts, Quoted(decision));
+    TSimpleStringW motif;
+    motif.GenerateString(L"%s : %s", QuotesDoubled(decision.reasonText),
+                         QuotesDoubled(decision.message));
+    return {facts.verdict,
+            decision.controlType,
+            QuotesDoubled(decision.signer1.firstName),
+            QuotesDoubled(decision.signer1.lastName),
+            QuotesDoubled(decision.signer2.firstName),
+            QuotesDoubled(decision.signer2.lastName),
+            motif};
 }
 
-void RequireWithinLiterals(const HistoryFacts& facts, const TSimpleStringW& motif)
+HistoryFinding FindingOfNoRule(const TSimpleStringW& motif)
 {
-    RequireFinding(facts, Quoted(motif));
+    return {kVerdictNoRule, 0, {}, {}, {}, {}, QuotesDoubled(motif)};
 }
 
-TSimpleStringW DecisionRow(const HistoryFacts& facts, const ruleSign& decision)
+void RequireWithinLiterals(const HistoryFacts& facts, const HistoryFinding& finding)
 {
-    return HistoryRow(facts, facts.verdict, decision.controlType, Quoted(decision));
+    constexpr char kOperation[] = "ExecuteSQLW";
+    RequireParties(facts.contract, kOperation);
+    const auto require = [&](const auto* text, std::size_t cut, const char* what)
+    { database::RequireWithinLiteral(text, cut, what, kOperation); };
+    require(facts.order.orderId, 10, "order identifier");
+    require(finding.firstName1.SafeGetString(), 255, "first name of signer 1");
+    require(finding.lastName1.SafeGetString(), 255, "last name of signer 1");
+    require(finding.firstName2.SafeGetString(), 255, "first name of signer 2");
+    require(finding.lastName2.SafeGetString(), 255, "last name of signer 2");
+    require(finding.motif.SafeGetString(), 1024, "finding");
+    require(facts.signerList, 2048, "signer list");
+    require(facts.order.fileName, 256, "file name");
 }
 
-TSimpleStringW NoRuleRow(const HistoryFacts& facts, const TSimpleStringW& motif)
+// Quotes are doubled before the texts are cut to their columns. A cut between the two halves of a
+// doubled quote therefore loses the row; verdict and journal stay. The signer list and the narrow
+// texts are inserted as they stand, with the same effect for a quote in them.
+TSimpleStringW HistoryRow(const HistoryFacts& facts, const HistoryFinding& finding)
 {
-    return HistoryRow(facts, kVerdictNoRule, 0, Quoted(motif));
+    const ContractKey& contract = facts.contract;
+    const OrderFacts& order = facts.order;
+    TSimpleStringW statement;
+    statement.GenerateString(
+        L"INSERT INTO HST_SIGNRULES (DATETIME,SERVER,STATUT,VPNAME,TYPE_PTC,VFNAME,VCNAME,"
+        L"IDFICVFS,ORDERID,TYPE_CTRL,SIGNER1,SIGNER2,MOTIF,CNS,TOTAL,MAXORDER,FILENAME) "
+        L"VALUES ({fn NOW()},%d,'%lu','%.8S',%lu,'%.8S','%.8S',%lu,'%.10S',%d,"
+        L"N'%.255s %.255s',N'%.255s %.255s',N'%.1024s',N'%.2048s',%f,%f,'%.256S')",
+        ServerFlag(contract), finding.status, contract.partner, contract.protocol, contract.service,
+        contract.client, order.idFileVfs, order.orderId, finding.controlType, finding.firstName1,
+        finding.lastName1, finding.firstName2, finding.lastName2, finding.motif, facts.signerList,
+        order.totalAmount, order.maxOrderAmount, order.fileName);
+    return statement;
 }
 
 } // namespace rules

@@ -32,15 +32,26 @@ struct HistoryFacts
     std::uint32_t verdict;
 };
 
+/// What a history row tells of one decision, in the form of the statement: quotes doubled.
+struct HistoryFinding
+{
+    std::uint32_t status; ///< the verdict of the whole check
+    std::int32_t controlType;
+    TSimpleStringW firstName1;
+    TSimpleStringW lastName1;
+    TSimpleStringW firstName2;
+    TSimpleStringW lastName2;
+    TSimpleStringW motif;
+};
+
+HistoryFinding FindingOf(const HistoryFacts& facts, const ruleSign& decision);
+/// Of a check that no rule concerns; `motif` is the text of that finding.
+HistoryFinding FindingOfNoRule(const TSimpleStringW& motif);
+
 /// Quotes in names and MOTIF are doubled, so these are refused only where the cut to their column
 /// parts the two halves of one.
-void RequireWithinLiterals(const HistoryFacts& facts, const ruleSign& decision);
-void RequireWithinLiterals(const HistoryFacts& facts, const TSimpleStringW& motif);
+void RequireWithinLiterals(const HistoryFacts& facts, const HistoryFinding& finding);
 
-/// The history row of one decision.
-TSimpleStringW DecisionRow(const HistoryFacts& facts, const ruleSign& decision);
-
-/// The one history row of a check that no rule concerns; `motif` is the text of that finding.
-TSimpleStringW NoRuleRow(const HistoryFacts& facts, const TSimpleStringW& motif);
+TSimpleStringW HistoryRow(const HistoryFacts& facts, const HistoryFinding& finding);
 
 } // namespace rules

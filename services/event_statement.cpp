@@ -22,6 +22,11 @@ constexpr std::size_t kWhole = static_cast<std::size_t>(-1);
 /// The start of a text that fits; half a character beyond 16 bits is not left behind.
 std::wstring_view CutToColumn(std::wstring_view text, std::size_t units)
 {
+    // Two for each character at most.
+    if (text.size() <= units / 2)
+    {
+        return text;
+    }
     std::size_t used = 0;
     for (std::size_t index = 0; index < text.size(); ++index)
     {
@@ -41,12 +46,17 @@ std::wstring Literal(const std::optional<std::wstring>& text, std::size_t units)
     {
         return L"NULL";
     }
-    std::wstring literal = L"N'";
-    for (const wchar_t letter : CutToColumn(*text, units))
+    std::wstring_view rest = CutToColumn(*text, units);
+    std::wstring literal;
+    literal.reserve(rest.size() + 3);
+    literal += L"N'";
+    for (std::size_t quote = rest.find(L'\''); quote != std::wstring_view::npos;
+         quote = rest.find(L'\''))
     {
-        literal.append(letter == L'\'' ? 2 : 1, letter);
+        literal.append(rest.substr(0, quote)).append(L"''");
+        rest.remove_prefix(quote + 1);
     }
-    return literal + L'\'';
+    return literal.append(rest).append(L"'");
 }
 
 } // namespace

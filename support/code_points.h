@@ -7,6 +7,7 @@ namespace support
 {
 
 constexpr char32_t kReplacementCharacter = 0xFFFD;
+constexpr char32_t kLargestCharacter = 0x10FFFF;
 
 constexpr bool IsHighSurrogate(char32_t character) noexcept
 {
@@ -21,6 +22,14 @@ constexpr bool IsLowSurrogate(char32_t character) noexcept
 constexpr bool IsSurrogate(char32_t character) noexcept
 {
     return character >= 0xD800 && character <= 0xDFFF;
+}
+
+/// What a text may hold on its way out: a reader that meets half a surrogate pair may take the next
+/// unit, whatever it is, for the other half.
+constexpr char32_t ValidOrReplacement(char32_t character) noexcept
+{
+    const bool valid = character <= kLargestCharacter && !IsSurrogate(character);
+    return valid ? character : kReplacementCharacter;
 }
 
 constexpr char32_t CombineSurrogates(char32_t high, char32_t low) noexcept

@@ -13,9 +13,9 @@ namespace
 
 using support::AppendCodePoint;
 using support::IsSurrogate;
+using support::kLargestCharacter;
 using support::kReplacementCharacter;
 
-constexpr char32_t kLargestCharacter = 0x10FFFF;
 constexpr unsigned kFirstOwn = 0x80; // bytes 80 to 9F are where the code page has its own order
 
 constexpr std::array<char16_t, 32> kOwnCharacters = {
@@ -157,14 +157,6 @@ bool DecodeUtf8(std::string_view bytes, std::wstring& wide)
     return wellFormed;
 }
 
-/// What a text may hold on its way out: a reader that meets half a surrogate pair may take the next
-/// unit, whatever it is, for the other half.
-char32_t ValidOrReplacement(char32_t character) noexcept
-{
-    const bool valid = character <= kLargestCharacter && !IsSurrogate(character);
-    return valid ? character : kReplacementCharacter;
-}
-
 bool IsAsciiByte(char byte) noexcept
 {
     return static_cast<unsigned char>(byte) < 0x80U;
@@ -182,10 +174,17 @@ wchar_t WideFromNarrow(char character) noexcept
 
 std::wstring WideFromNarrow(std::string_view text)
 {
-    std::wstring wide(text.size(), L'\0');
-    std::transform(text.begin(), text.end(), wide.begin(),
-                   [](char character) { return WideFromNarrow(character); });
+    std::wstring wide;
+    AppendWideFromNarrow(wide, text);
     return wide;
+}
+
+void AppendWideFromNarrow(std::wstring& wide, std::string_view text)
+{
+    const std::size_t before = wide.size();
+    wide.resize(before + text.size());
+    std::transform(text.begin(), text.end(), wide.data() + before,
+                   [](char character) { return static_cast<wchar_t>(CharacterOf(character)); });
 }
 
 bool TryNarrowFromWide(std::wstring_view text, std::string& narrow)
@@ -228,13 +227,19 @@ std::string NarrowFromWide(std::wstring_view text)
 std::string Utf8FromWide(std::wstring_view text)
 {
     std::string bytes;
+    Utf8FromWide(text, bytes);
+    return bytes;
+}
+
+void Utf8FromWide(std::wstring_view text, std::string& bytes)
+{
+    bytes.clear();
     bytes.reserve(text.size());
     const wchar_t* const end = text.data() + text.size();
     for (const wchar_t* position = text.data(); position != end;)
     {
         AppendUtf8(bytes, ValidOrReplacement(NextCodePoint(position, end)));
     }
-    return bytes;
 }
 
 std::string Utf8FromNarrow(std::string_view text)
@@ -306,30 +311,6 @@ void NarrowFromUtf8(std::string_view bytes, std::string& narrow)
         static_cast<void>(ByteOf(character, byte));
         narrow.push_back(byte);
     }
-}
-
-std::u16string Utf16FromWide(std::wstring_view text)
-{
-    std::u16string units;
-    units.reserve(text.size());
-    const wchar_t* const end = text.data() + text.size();
-    for (const wchar_t* position = text.data(); position != end;)
-    {
-        AppendCodePoint(units, ValidOrReplacement(NextCodePoint(position, end)));
-    }
-    return units;
-}
-
-std::wstring WideFromUtf16(std::u16string_view text)
-{
-    std::wstring wide;
-    wide.reserve(text.size());
-    const char16_t* const end = text.data() + text.size();
-    for (const char16_t* position = text.data(); position != end;)
-    {
-        AppendCodePoint(wide, NextCodePoint(position, end));
-    }
-    return wide;
 }
 
 std::wstring_view CutWide(std::wstring_view text, std::size_t count) noexcept

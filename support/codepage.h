@@ -13,6 +13,7 @@ namespace support
 
 wchar_t WideFromNarrow(char character) noexcept;
 std::wstring WideFromNarrow(std::string_view text);
+void AppendWideFromNarrow(std::wstring& wide, std::string_view text);
 
 /// What has no place becomes '?', one for each code point.
 std::string NarrowFromWide(std::wstring_view text);
@@ -30,6 +31,8 @@ std::optional<CharacterPlace> FindWithoutNarrowPlace(std::wstring_view text) noe
 
 /// A lone surrogate or a value beyond U+10FFFF becomes U+FFFD.
 std::string Utf8FromWide(std::wstring_view text);
+/// The same into a text that keeps its room.
+void Utf8FromWide(std::wstring_view text, std::string& bytes);
 std::string Utf8FromNarrow(std::string_view text);
 
 /// False when the bytes are not well-formed UTF-8 (overlong forms and surrogates included).
@@ -44,11 +47,6 @@ std::wstring WideFromUtf8(std::string_view bytes);
 bool IsAscii(std::string_view bytes) noexcept;
 /// What NarrowFromWide makes of WideFromUtf8, without a wide text between. `narrow` keeps its room.
 void NarrowFromUtf8(std::string_view bytes, std::string& narrow);
-
-/// UTF-16 code units of a wide text, and back; pairs are kept whole on both platforms. On the way
-/// out a lone surrogate or a value beyond U+10FFFF becomes U+FFFD; what comes in stays as it is.
-std::u16string Utf16FromWide(std::wstring_view text);
-std::wstring WideFromUtf16(std::u16string_view text);
 
 /// At most `count` wide characters, never ending with half a surrogate pair.
 std::wstring_view CutWide(std::wstring_view text, std::size_t count) noexcept;

@@ -38,19 +38,20 @@ public:
 
     void Run()
     {
-        while (*m_position != Character())
+        using Traits = std::char_traits<Character>;
+        const Character* const end = m_position + Traits::length(m_position);
+        while (m_position != end)
         {
-            const Character* const start = m_position;
-            while (*m_position != Character() && *m_position != Character('%'))
+            const auto left = static_cast<std::size_t>(end - m_position);
+            const Character* const mark = Traits::find(m_position, left, Character('%'));
+            if (mark == nullptr)
             {
-                ++m_position;
+                m_target.append(m_position, end);
+                return;
             }
-            m_target.append(start, m_position);
-            if (*m_position == Character('%'))
-            {
-                ++m_position;
-                Convert(ReadConversion());
-            }
+            m_target.append(m_position, mark);
+            m_position = mark + 1;
+            Convert(ReadConversion());
         }
     }
 
@@ -280,7 +281,10 @@ private:
             ViewWithin(text == nullptr ? "(null)" : text, conversion, 1);
         if constexpr (kIsWide)
         {
-            AppendPadded(support::WideFromNarrow(reached), conversion);
+            const std::size_t padding = PaddingOf(reached.size(), conversion);
+            m_target.append(conversion.left ? 0 : padding, Character(' '));
+            support::AppendWideFromNarrow(m_target, reached);
+            m_target.append(conversion.left ? padding : 0, Character(' '));
         }
         else
         {
@@ -288,10 +292,14 @@ private:
         }
     }
 
+    static std::size_t PaddingOf(std::size_t size, const Conversion& conversion) noexcept
+    {
+        return conversion.width > size ? conversion.width - size : 0;
+    }
+
     void AppendPadded(View text, const Conversion& conversion)
     {
-        const std::size_t padding =
-            conversion.width > text.size() ? conversion.width - text.size() : 0;
+        const std::size_t padding = PaddingOf(text.size(), conversion);
         m_target.append(conversion.left ? 0 : padding, Character(' '));
         m_target.append(text);
         m_target.append(conversion.left ? padding : 0, Character(' '));
@@ -316,7 +324,11 @@ void AppendWide(std::wstring& target, const wchar_t* format, const FormatArgumen
 
 std::wstring FormatWide(const wchar_t* format, const FormatArgument* arguments, std::size_t count)
 {
+    // Room for numbers and short texts besides; statements are made without a second allocation.
+    constexpr std::size_t usualArgument = 32;
     std::wstring text;
+    text.reserve((format == nullptr ? 0 : std::char_traits<wchar_t>::length(format)) +
+                 count * usualArgument);
     AppendWide(text, format, arguments, count);
     return text;
 }

@@ -133,7 +133,15 @@ Digits IntegerDigits(std::uint64_t bits, const Conversion& conversion)
 std::string RealText(double value, std::chars_format format, std::size_t precision)
 {
     // 309 digits before the point, sign, point and exponent.
-    std::string text(precision + 330, '\0');
+    constexpr std::size_t besidePlaces = 330;
+    char usual[besidePlaces + 32];
+    if (precision + besidePlaces <= sizeof usual)
+    {
+        const auto result =
+            std::to_chars(usual, usual + sizeof usual, value, format, static_cast<int>(precision));
+        return std::string(usual, result.ptr);
+    }
+    std::string text(precision + besidePlaces, '\0');
     const auto result = std::to_chars(text.data(), text.data() + text.size(), value, format,
                                       static_cast<int>(precision));
     text.resize(static_cast<std::size_t>(result.ptr - text.data()));

@@ -12,13 +12,16 @@
 namespace
 {
 
-/// Turns the signs that would break or hide a line into blanks.
-std::wstring OneLine(std::wstring text)
+// Texts of two holders with their amounts; longer ones take more memory on their way.
+constexpr std::size_t kUsualLength = 256;
+
+/// Turns the signs that would break or hide a line into blanks, from `start` on.
+void KeepOneLine(std::wstring& text, std::size_t start)
 {
     constexpr char32_t lineSeparator = 0x2028;
     constexpr char32_t paragraphSeparator = 0x2029;
     std::replace_if(
-        text.begin(), text.end(),
+        text.begin() + static_cast<std::ptrdiff_t>(start), text.end(),
         [](wchar_t unit)
         {
             const auto character = static_cast<char32_t>(unit);
@@ -26,29 +29,58 @@ std::wstring OneLine(std::wstring text)
                    character == lineSeparator || character == paragraphSeparator;
         },
         L' ');
-    return text;
 }
 
-std::wstring ArgumentText(const FormatArgument& argument)
+void AppendFormatted(std::wstring& text, const wchar_t* format, const FormatArgument& argument)
 {
+    support::AppendWide(text, format, &argument, 1);
+}
+
+void AppendAmount(std::wstring& text, double amount)
+{
+    const std::size_t start = text.size();
+    AppendFormatted(text, L"%.6f", amount);
+    const std::size_t point = text.find(L'.', start);
+    if (point == std::wstring::npos)
+    {
+        return;
+    }
+    constexpr std::size_t leastPlaces = 2;
+    const std::size_t significant = text.find_last_not_of(L'0');
+    text.resize(std::max(point + leastPlaces, significant) + 1);
+    if (text.compare(start, std::wstring::npos, L"-0.00") == 0)
+    {
+        text.erase(start, 1);
+    }
+}
+
+void AppendArgument(std::wstring& text, const FormatArgument& argument)
+{
+    const std::size_t start = text.size();
     switch (argument.kind)
     {
     case FormatArgument::Kind::Narrow:
-        return OneLine(support::FormatW(L"%S", argument.narrow == nullptr ? "" : argument.narrow));
+        AppendFormatted(text, L"%S", argument.narrow == nullptr ? "" : argument.narrow);
+        KeepOneLine(text, start);
+        break;
     case FormatArgument::Kind::Wide:
-        return OneLine(argument.wide == nullptr ? L"" : argument.wide);
+        text.append(argument.wide == nullptr ? L"" : argument.wide);
+        KeepOneLine(text, start);
+        break;
     case FormatArgument::Kind::Real:
-        return support::AmountText(argument.realValue);
+        AppendAmount(text, argument.realValue);
+        break;
     case FormatArgument::Kind::Signed:
     case FormatArgument::Kind::Signed64:
-        return support::FormatW(L"%I64d", argument.signedValue);
+        AppendFormatted(text, L"%I64d", argument.signedValue);
+        break;
     case FormatArgument::Kind::Unsigned:
     case FormatArgument::Kind::Unsigned64:
-        return support::FormatW(L"%I64u", argument.unsignedValue);
+        AppendFormatted(text, L"%I64u", argument.unsignedValue);
+        break;
     case FormatArgument::Kind::None:
         break;
     }
-    return {};
 }
 
 /// The arguments of one message, taken one after the other; empty texts past the last.
@@ -61,40 +93,45 @@ public:
     }
 
     [[nodiscard]] bool AtEnd() const noexcept { return m_next == m_end; }
-    std::wstring Take() { return AtEnd() ? std::wstring() : ArgumentText(*m_next++); }
+    FormatArgument Take() { return AtEnd() ? FormatArgument() : *m_next++; }
 
 private:
     const FormatArgument* m_next;
     const FormatArgument* m_end;
 };
 
-void AppendWith(std::wstring& text, const wchar_t* separator, const std::wstring& part)
+/// Appends the next argument; the separator stands between it and what there is from `start` on.
+void AppendNext(std::wstring& text, std::size_t start, const wchar_t* separator,
+                Arguments& arguments)
 {
-    if (!part.empty())
+    const std::size_t before = text.size();
+    text.append(before > start ? separator : L"");
+    const std::size_t behind = text.size();
+    AppendArgument(text, arguments.Take());
+    if (text.size() == behind)
     {
-        text.append(text.empty() ? L"" : separator).append(part);
+        text.resize(before);
     }
 }
 
-std::wstring PlaceholderText(wchar_t placeholder, Arguments& arguments)
+void AppendPlaceholder(std::wstring& text, wchar_t placeholder, Arguments& arguments)
 {
-    std::wstring text = arguments.Take();
+    const std::size_t start = text.size();
+    AppendNext(text, start, L"", arguments);
     if (placeholder == support::kHolderPlaceholder)
     {
-        AppendWith(text, L" ", arguments.Take());
-        AppendWith(text, L"/", arguments.Take());
+        AppendNext(text, start, L" ", arguments);
+        AppendNext(text, start, L"/", arguments);
     }
     else if (placeholder == support::kAmountPlaceholder)
     {
-        AppendWith(text, L" ", arguments.Take());
+        AppendNext(text, start, L" ", arguments);
     }
-    return text;
 }
 
 /// Fills one template of the catalogue; the marks are explained there.
-std::wstring Fill(const wchar_t* words, Arguments& arguments)
+void Fill(std::wstring& text, const wchar_t* words, Arguments& arguments)
 {
-    std::wstring text;
     std::size_t section = 0;
     bool filled = true;
     for (const wchar_t* position = words; *position != L'\0'; ++position)
@@ -109,9 +146,9 @@ std::wstring Fill(const wchar_t* words, Arguments& arguments)
             break;
         case L'%':
         {
-            const std::wstring value = PlaceholderText(*++position, arguments);
-            filled = !value.empty();
-            text.append(value);
+            const std::size_t before = text.size();
+            AppendPlaceholder(text, *++position, arguments);
+            filled = text.size() > before;
             break;
         }
         default:
@@ -119,7 +156,6 @@ std::wstring Fill(const wchar_t* words, Arguments& arguments)
             break;
         }
     }
-    return text;
 }
 
 /// A message that misses its first arguments does not begin with what would separate them.
@@ -141,8 +177,10 @@ std::wstring FilledText(support::Language language, unsigned int number, Argumen
 {
     if (const auto* const entry = FindEntry(number); entry != nullptr)
     {
-        std::wstring text =
-            Fill(language == support::Language::French ? entry->french : entry->english, arguments);
+        std::wstring text;
+        text.reserve(kUsualLength);
+        Fill(text, language == support::Language::French ? entry->french : entry->english,
+             arguments);
         RemoveLeadingSeparators(text);
         return text;
     }
@@ -176,23 +214,16 @@ std::wstring MessageIn(Language language, unsigned int number, const FormatArgum
     // What the text has no place for is shown behind it rather than lost.
     while (!rest.AtEnd())
     {
-        AppendWith(text, L", ", rest.Take());
+        AppendNext(text, 0, L", ", rest);
     }
     return text;
 }
 
 std::wstring AmountText(double amount)
 {
-    std::wstring text = FormatW(L"%.6f", amount);
-    const std::size_t point = text.find(L'.');
-    if (point == std::wstring::npos)
-    {
-        return text;
-    }
-    constexpr std::size_t leastPlaces = 2;
-    const std::size_t significant = text.find_last_not_of(L'0');
-    text.resize(std::max(point + leastPlaces, significant) + 1);
-    return text == L"-0.00" ? L"0.00" : text;
+    std::wstring text;
+    AppendAmount(text, amount);
+    return text;
 }
 
 } // namespace support

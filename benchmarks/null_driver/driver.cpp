@@ -229,6 +229,17 @@ extern "C"
         }
     }
 
+    SQLRETURN SQLNativeSqlW(SQLHDBC, SQLWCHAR* text, SQLINTEGER length, SQLWCHAR* native,
+                            SQLINTEGER size, SQLINTEGER* nativeLength)
+    {
+        SQLLEN bytes = 0;
+        WriteValue(
+            TextOf(text, length),
+            {native, static_cast<SQLLEN>(size) * static_cast<SQLLEN>(sizeof(SQLWCHAR)), &bytes});
+        *nativeLength = static_cast<SQLINTEGER>(bytes / static_cast<SQLLEN>(sizeof(SQLWCHAR)));
+        return SQL_SUCCESS;
+    }
+
     SQLRETURN SQLExecDirectW(SQLHSTMT handle, SQLWCHAR* text, SQLINTEGER length)
     {
         Count(g_statements);

@@ -32,6 +32,12 @@ Attempt TryAcquire(MutexSlot& slot, std::uint32_t generation, std::uint32_t self
 {
     const port::MutexState free(generation, 0);
     const port::MutexState mine(generation, self);
+    // Nobody else writes this word, so that the owner's next hold needs no locked instruction.
+    if (slot.state.load(std::memory_order_relaxed) == mine.word)
+    {
+        ChangeRepeats(slot, 1);
+        return Attempt::Acquired;
+    }
     std::uint64_t seen = free.word;
     if (slot.state.compare_exchange_strong(seen, mine.word))
     {
@@ -41,11 +47,6 @@ Attempt TryAcquire(MutexSlot& slot, std::uint32_t generation, std::uint32_t self
     if (seen == abandoned.word && slot.state.compare_exchange_strong(seen, mine.word))
     {
         return Attempt::AcquiredAbandoned;
-    }
-    if (seen == mine.word)
-    {
-        ChangeRepeats(slot, 1);
-        return Attempt::Acquired;
     }
     return port::MutexState(seen).Generation() == generation ? Attempt::Busy : Attempt::Closed;
 }

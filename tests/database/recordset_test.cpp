@@ -144,6 +144,60 @@ TEST_P(RecordSet, BoundByALayoutIsReadTheSame)
     EXPECT_TRUE(rows.IsEOF());
 }
 
+TEST_P(RecordSet, TwoOfOneLayoutReadTheirOwnRowsAtOnce)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    Insert(2, L"N'z'", L"NULL");
+    CRecordset outer(m_database);
+    outer.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T ORDER BY ID", 0, &kLayout);
+    CRecordset inner(m_database);
+    inner.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T WHERE ID=2", 0, &kLayout);
+
+    CTString value;
+    inner.GetFieldValue("A", value);
+    EXPECT_STREQ(value.SafeGetString(), "z");
+    outer.GetFieldValue("A", value);
+    EXPECT_STREQ(value.SafeGetString(), "x");
+    inner.Close();
+    outer.MoveNext();
+    EXPECT_TRUE(outer.IsFieldNull("B"));
+    outer.GetFieldValue("ID", value);
+    EXPECT_STREQ(value.SafeGetString(), "2");
+}
+
+TEST_P(RecordSet, OfALayoutKeepsNothingOfTheQueryBefore)
+{
+    Insert(1, L"N'first'", L"N'" + std::wstring(6000, L'y') + L"'");
+    Insert(2, L"N'x'", L"NULL");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T WHERE ID=1", 0, &kLayout);
+    TSimpleStringW value;
+    rows.GetFieldValue("B", value);
+    EXPECT_EQ(value.GetLength(), 6000U);
+
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T WHERE ID=2", 0, &kLayout);
+    rows.GetFieldValue("A", value);
+    EXPECT_STREQ(value.SafeGetString(), L"x");
+    EXPECT_TRUE(rows.IsFieldNull("B"));
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T WHERE ID=3", 0, &kLayout);
+    EXPECT_TRUE(rows.IsEOF());
+}
+
+TEST_P(RecordSet, OfALayoutIsReadAfterAStatementThatFailed)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout);
+    EXPECT_TRUE(FailureOf(
+        [&] { rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM U", 0, &kLayout); }));
+    EXPECT_TRUE(FailureOf([&] { m_database.ExecuteSQLW(L"INSERT INTO U VALUES (1)"); }));
+
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout);
+    TSimpleStringW value;
+    rows.GetFieldValue("B", value);
+    EXPECT_STREQ(value.SafeGetString(), L"y");
+}
+
 TEST_P(RecordSet, NamesColumnsByItsLayout)
 {
     Insert(1, L"N'x'", L"N'y'");

@@ -1,6 +1,7 @@
 #include "port/profile.h"
 #include "support/casefold.h"
 #include "support/codepage.h"
+#include "support/utf16.h"
 #include "tests/fuzz/memory_files.h"
 #include "tests/fuzz/target.h"
 

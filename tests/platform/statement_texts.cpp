@@ -72,7 +72,10 @@ void WriteStatements(const std::string& path, const rules::ContractKey& contract
     }
     WriteLine(file,
               signers::CertificatesOfHolder("HOLDER01", list, list.GetCount()).SafeGetString());
-    WriteLine(file, rules::DecisionRow(facts, decision).SafeGetString());
-    WriteLine(file, rules::NoRuleRow(facts, decision.reasonText).SafeGetString());
+    for (const rules::HistoryFinding& finding :
+         {rules::FindingOf(facts, decision), rules::FindingOfNoRule(decision.reasonText)})
+    {
+        WriteLine(file, rules::HistoryRow(facts, finding).SafeGetString());
+    }
     WriteLine(file, services::EventInsertStatement(EventOf(decision)));
 }

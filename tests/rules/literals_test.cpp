@@ -55,10 +55,9 @@ std::string RefusalOfRow(const Texts& texts)
     decision.signer1 = {L"", texts.lastName1.c_str(), texts.firstName1.c_str()};
     decision.signer2 = {L"", texts.lastName2.c_str(), texts.firstName2.c_str()};
     decision.reasonText = texts.reason.c_str();
-    return RefusalOf(
-        [&] {
-            rules::RequireWithinLiterals({contract, order, texts.list.c_str(), 1}, decision);
-        });
+    const rules::HistoryFacts facts = {contract, order, texts.list.c_str(), 1};
+    return RefusalOf([&]
+                     { rules::RequireWithinLiterals(facts, rules::FindingOf(facts, decision)); });
 }
 
 std::string Refused(const char* what, std::size_t cut)
@@ -158,7 +157,8 @@ TEST(RefusedText, IsToldWithWhatWasAboutToBeDone)
     EXPECT_EQ(operationOf([&] { rules::RequireWithinLiterals(contract); }), "OpenW");
     EXPECT_EQ(operationOf(
                   [&] {
-                      rules::RequireWithinLiterals({contract, order, L"c", 0}, L"m");
+                      rules::RequireWithinLiterals({contract, order, L"c", 0},
+                                                   rules::FindingOfNoRule(L"m"));
                   }),
               "ExecuteSQLW");
 }
@@ -168,10 +168,8 @@ TEST(TextsOfTheNoRuleRow, AreHeldWithinTheirLiterals)
     const Texts texts;
     const rules::ContractKey contract = ContractOf(texts);
     const rules::OrderFacts order = {"o'ne", "O", 1, 0.0, 0.0};
-    EXPECT_EQ(RefusalOf(
-                  [&] {
-                      rules::RequireWithinLiterals({contract, order, L"c", 0}, L"m");
-                  }),
+    const rules::HistoryFacts facts = {contract, order, L"c", 0};
+    EXPECT_EQ(RefusalOf([&] { rules::RequireWithinLiterals(facts, rules::FindingOfNoRule(L"m")); }),
               Refused("file name", 256));
 }
 
@@ -184,7 +182,8 @@ TEST(TextsOfTheNoRuleRow, FindingIsRefusedOnlyWhereTheCutPartsADoubledQuote)
     const auto refusal = [&](std::size_t length)
     {
         const std::wstring motif = std::wstring(length, L'm') + L"'";
-        return RefusalOf([&] { rules::RequireWithinLiterals(facts, motif.c_str()); });
+        return RefusalOf(
+            [&] { rules::RequireWithinLiterals(facts, rules::FindingOfNoRule(motif.c_str())); });
     };
     EXPECT_EQ(refusal(1022), "");
     EXPECT_EQ(refusal(1023), Refused("finding", 1024));

@@ -27,7 +27,7 @@ std::wstring Insert(const std::wstring& values)
 
 std::wstring Decision(const HistoryFacts& facts, const ruleSign& decision)
 {
-    return rules::DecisionRow(facts, decision).SafeGetString();
+    return rules::HistoryRow(facts, rules::FindingOf(facts, decision)).SafeGetString();
 }
 
 ruleSign SampleDecision()
@@ -135,7 +135,7 @@ TEST(Statements, NoRuleRowHasBlankSignersAndTheFindingAlone)
 {
     const HistoryFacts facts = {kContract, kOrder, L"cert one", 2};
 
-    EXPECT_STREQ(rules::NoRuleRow(facts, L"nobody's rule").SafeGetString(),
+    EXPECT_STREQ(rules::HistoryRow(facts, rules::FindingOfNoRule(L"nobody's rule")).SafeGetString(),
                  Insert(L"1,'0','PARTNER1',9,'SERVICE1','CLIENT1',42,'ORDER1',0,N' ',N' ',"
                         L"N'nobody''s rule',N'cert one',1500.500000,1000.000000,"
                         L"'C:\\in\\order.xml'")

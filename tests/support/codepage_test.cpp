@@ -1,4 +1,5 @@
 #include "support/codepage.h"
+#include "support/utf16.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 #include "support/format.h"
 #include "support/numbers.h"
 #include "support/tsimplestring.h"
+#include "support/utf16.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
