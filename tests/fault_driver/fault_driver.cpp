@@ -335,8 +335,14 @@ extern "C"
     SQLRETURN SQLExecDirect(SQLHSTMT handle, SQLCHAR* text, SQLINTEGER length)
     {
         StatementHandle& statement = StatementIn(handle);
-        TheControl().statements[statement.number - 1].text =
-            testing_support::OdbcText(text, length);
+        std::vector<Statement>& statements = TheControl().statements;
+        // The next statement of a handle that has run one already.
+        if (!statements[statement.number - 1].text.empty())
+        {
+            statements.push_back({statement.connection->number, ""});
+            statement.number = statements.size();
+        }
+        statements[statement.number - 1].text = testing_support::OdbcText(text, length);
         return Pass(
             Entry::Execute, statement,
             [&] { return statement.connection->driver->execDirect(statement.real, text, length); });
