@@ -175,6 +175,21 @@ TEST_F(CheckDriver, ReportGoesToTheTargetOfTheContract)
     EXPECT_TRUE(FilesBelow(HandOffFolder()).empty());
 }
 
+// Reports carry their texts as they stand, on purpose; whoever reads them must expect this.
+TEST_F(CheckDriver, MarkupInTheNamesOfASignerIsMarkupInTheReport)
+{
+    const std::wstring name = L"Eve</AddtlStsRsnInf><Forged>";
+    Bank(m_database)
+        .With(Holder(L"H2").Named(L"Eve", L"A&B").Certificate(name).Blocked())
+        .With(Contract(L"C2").AloneBy(L"H2").UpTo(L"1000.00"));
+    SignUtils session;
+    Prepare(session);
+    session.SetPSRWarning("STATUS");
+
+    EXPECT_EQ(session.CheckSignRules("order.xml", name.c_str()), kRefused);
+    EXPECT_THAT(OnlyReport(), HasSubstr("A&B Eve/Eve</AddtlStsRsnInf><Forged>"));
+}
+
 TEST_F(CheckDriver, ReportIsUtf8InTheStoreInTheSessionAndInTheTrace)
 {
     TraceFile trace;
