@@ -113,7 +113,8 @@ void CompareOne(Comparison& all, const std::string& where, const Answer& seen, c
     all.Compare(where, "currency", seen.currency, told.currency);
     all.Compare(where, "rows due", seen.rowsDue, told.rowsDue);
     all.Compare(where, "rows written", seen.rowsWritten, told.rowsWritten);
-    all.Compare(where, "event due", seen.eventDue, told.eventDue);
+    all.Compare(where, "orders", seen.orderCount, told.orderCount);
+    all.Compare(where, "journal", static_cast<int>(seen.journal), static_cast<int>(told.journal));
     all.Compare(where, "report state", static_cast<int>(seen.report),
                 static_cast<int>(told.report));
     all.Compare(where, "report's identifier", seen.reportFileId, told.reportFileId);

@@ -84,6 +84,15 @@ struct Event
     Text attachPath;
 };
 
+/// Where the events of a check are.
+enum class Journal
+{
+    NotDue,
+    Written,
+    Spooled,
+    Lost,
+};
+
 enum class Report
 {
     NotDue,
@@ -109,7 +118,8 @@ struct Answer
     Text currency;
     std::uint32_t rowsDue = 0;
     std::uint32_t rowsWritten = 0;
-    bool eventDue = false;
+    std::int32_t orderCount = 0;
+    Journal journal = Journal::NotDue;
     Report report = Report::NotDue;
     std::uint32_t reportFileId = 0; ///< given by the hand-off; the model takes it as it comes
 };

@@ -88,6 +88,22 @@ std::vector<std::string> FindingsOf(const std::string& path)
     return findings;
 }
 
+Journal JournalOf(JournalState state)
+{
+    switch (state)
+    {
+    case JournalState::NotDue:
+        return Journal::NotDue;
+    case JournalState::Written:
+        return Journal::Written;
+    case JournalState::Spooled:
+        return Journal::Spooled;
+    case JournalState::Lost:
+        break;
+    }
+    return Journal::Lost;
+}
+
 /// One world's run.
 class Run
 {
@@ -132,11 +148,8 @@ void Run::TakeOutcome(const CheckOutcome& outcome, Answer& answer)
     answer.reasonText = outcome.reasonText.SafeGetString();
     answer.rowsDue = outcome.rowsDue;
     answer.rowsWritten = outcome.rowsWritten;
-    answer.eventDue = outcome.journal != JournalState::NotDue;
-    if (outcome.journal == JournalState::Lost)
-    {
-        m_seen.results.problems.push_back("an event was lost");
-    }
+    answer.orderCount = outcome.orderCount;
+    answer.journal = JournalOf(outcome.journal);
     answer.report = outcome.report == ReportState::HandedOn      ? Report::HandedOn
                     : outcome.report == ReportState::NotHandedOn ? Report::NotHandedOn
                                                                  : Report::NotDue;

@@ -76,9 +76,10 @@ private:
     void Record(const Call& call, const Case& given, const std::vector<Decision>& decisions,
                 Account& run, Answer& answer);
     void AnswerWithReport(Answer& answer);
-    void Journal(int level, const Text& message, Answer& answer)
+    void Enter(int level, const Text& message, Answer& answer)
     {
-        answer.eventDue = true;
+        const bool reached = m_session.connected && !m_world.journalMissing;
+        answer.journal = reached ? Journal::Written : Journal::Spooled;
         // An event without a connection text never reaches a database.
         if (m_session.connected)
         {
@@ -136,7 +137,7 @@ void Teller::Record(const Call& call, const Case& given, const std::vector<Decis
                              rows.written.begin() + static_cast<std::ptrdiff_t>(inTable));
 
     const Heading heading = HeadingOf(answer.verdict);
-    Journal(heading.level, heading.text + run.journal, answer);
+    Enter(heading.level, heading.text + run.journal, answer);
 }
 
 void Teller::RunRules(const Call& call, Answer& answer)
@@ -190,7 +191,7 @@ void Teller::AnswerWithReport(Answer& answer)
     {
         answer.report = Report::NotHandedOn;
         m_account.Note(Outcome::ReportNotHandedOn);
-        Journal(1, Message(10735), answer);
+        Enter(1, Message(10735), answer);
         return;
     }
     answer.report = Report::HandedOn;
@@ -201,7 +202,7 @@ void Teller::AnswerWithReport(Answer& answer)
     }
     m_extraInfo =
         L"PSR Generated in " + m_session.psrService + L"=" + std::to_wstring(answer.reportFileId);
-    Journal(0, m_extraInfo, answer);
+    Enter(0, m_extraInfo, answer);
 }
 
 Answer Teller::Tell(const Call& call, const Mishaps& mishaps)
