@@ -273,6 +273,18 @@ TEST_F(VeuFile, LoadingAgainForgetsTheSectionBefore)
     EXPECT_EQ((*file.GetDisplayItems().GetAt(0))->column, 11);
 }
 
+TEST_F(VeuFile, MissingSectionLeavesWhatWasLoaded)
+{
+    TVeuFile& file = Open("[cp]\r\ncp_Amount=$CTL_MONTANT\r\n"
+                          "[display]\r\nrem_DisplayCol01=$BANQUE\r\n");
+    file.LoadOrderSection("cp");
+    file.LoadDisplaySection("display");
+    EXPECT_EQ(file.LoadOrderSection("missing"), 0);
+    EXPECT_EQ(file.LoadDisplaySection("missing"), 0);
+    EXPECT_EQ(file.GetOrderColumns().amount, 4);
+    EXPECT_EQ(file.GetDisplayItems().GetCount(), 1);
+}
+
 TEST_F(VeuFile, HeaderNamePresentTwiceIsItsLastColumn)
 {
     OpenWithoutProfile("A;MONTANT;B;MONTANT;C");
