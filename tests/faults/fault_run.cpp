@@ -85,13 +85,6 @@ void FaultRun::WarmPool(const std::string& connexionString)
     other.OpenEx(connexionString.c_str(), CDatabase::kNoOdbcDialog);
 }
 
-void FaultRun::TakeOutcome(const SignUtils& object, Shown& shown)
-{
-    const CheckOutcome& outcome = object.GetLastCheck();
-    shown.problem = outcome.problem.SafeGetString();
-    shown.eventsWaited = outcome.journal == JournalState::Spooled;
-}
-
 void FaultRun::TakeWaitingEvent(model::Results& results)
 {
     if (results.journal.empty() || results.journal.front().text.find(kWaiting) == model::Text::npos)
@@ -167,7 +160,7 @@ Shown FaultRun::Run(const Scenario& scenario, const fault_driver::Plan& plan)
         shown.log = {m_control.calls, m_control.statements};
         shown.counted = m_control.counted;
         shown.faults = m_control.faults;
-        TakeOutcome(object, shown);
+        shown.problem = object.GetLastCheck().problem.SafeGetString();
     };
     shown.seen = model::RunLibrary(m_bank, scenario.world, surroundings);
     database::EmptyIdlePool();

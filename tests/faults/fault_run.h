@@ -20,8 +20,7 @@ struct Shown
     Log log; ///< of the check that the plan was for
     std::uint64_t counted = 0;
     std::uint64_t faults = 0;
-    std::string problem;       ///< that the check's outcome names, of a whole check
-    bool eventsWaited = false; ///< the outcome says so
+    std::string problem; ///< that the check's outcome names, of a whole check
     std::chrono::steady_clock::duration elapsed{};
 };
 
@@ -40,7 +39,6 @@ private:
     std::string ConnexionString(const Scenario& scenario) const;
     void PutEventIntoSpool(const std::string& connexionString);
     static void WarmPool(const std::string& connexionString);
-    static void TakeOutcome(const SignUtils& object, Shown& shown);
     static void TakeWaitingEvent(model::Results& results);
     void LookForRemains(model::Results& results) const;
 
