@@ -150,6 +150,10 @@ void Run::TakeOutcome(const CheckOutcome& outcome, Answer& answer)
     answer.rowsWritten = outcome.rowsWritten;
     answer.orderCount = outcome.orderCount;
     answer.journal = JournalOf(outcome.journal);
+    if (m_surroundings.eventsMayWait && answer.journal == Journal::Spooled)
+    {
+        answer.journal = Journal::Written; // all are delivered at the end
+    }
     answer.report = outcome.report == ReportState::HandedOn      ? Report::HandedOn
                     : outcome.report == ReportState::NotHandedOn ? Report::NotHandedOn
                                                                  : Report::NotDue;
