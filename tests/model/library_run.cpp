@@ -150,10 +150,6 @@ void Run::TakeOutcome(const CheckOutcome& outcome, Answer& answer)
     answer.rowsWritten = outcome.rowsWritten;
     answer.orderCount = outcome.orderCount;
     answer.journal = JournalOf(outcome.journal);
-    if (m_surroundings.eventsMayWait && answer.journal == Journal::Spooled)
-    {
-        answer.journal = Journal::Written; // all are delivered at the end
-    }
     answer.report = outcome.report == ReportState::HandedOn      ? Report::HandedOn
                     : outcome.report == ReportState::NotHandedOn ? Report::NotHandedOn
                                                                  : Report::NotDue;
@@ -207,6 +203,11 @@ Answer Run::RunCall(SignUtils& object, const Session& session, const Call& call)
         answer.verdict = static_cast<std::uint32_t>(
             object.CheckSignRules(fileName.c_str(), call.signers.c_str()));
         TakeOutcome(object.GetLastCheck(), answer);
+        if (m_surroundings.eventsMayWait && session.connected && !m_world.journalMissing &&
+            answer.journal == Journal::Spooled)
+        {
+            answer.journal = Journal::Written; // it may wait, and is delivered at the end
+        }
     }
     answer.extraInfo = WideOf(object.GetExtraInfo().SafeGetString());
     answer.reportDocument = WithoutTime(object.GetPSRWarning().SafeGetString(), m_seen.results);
