@@ -5,6 +5,9 @@ list(SORT public_headers)
 if(NOT "signutils/signutils.h" IN_LIST public_headers)
   message(FATAL_ERROR "no public headers below ${INCLUDE_FOLDER}")
 endif()
+# A source of this script's own: the tests of the headers run side by side.
+get_filename_component(script "${CMAKE_SCRIPT_MODE_FILE}" NAME_WE)
+set(source "${INCLUDE_FOLDER}/../${script}.cpp")
 set(compile "${COMPILER}" -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
   "-I${INCLUDE_FOLDER}" -x c++)
 

@@ -3,7 +3,6 @@ cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/headers.cmake")
 
 set(failures 0)
-set(source "${INCLUDE_FOLDER}/../one_header.cpp")
 foreach(header IN LISTS public_headers)
   # Twice: a header without its guard would show.
   file(WRITE "${source}" "#include \"${header}\"\n#include \"${header}\"\n")

@@ -4,7 +4,6 @@ cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/headers.cmake")
 
 set(findings 0)
-set(source "${INCLUDE_FOLDER}/../one_header.cpp")
 foreach(header IN LISTS public_headers)
   if(header MATCHES "${asked_for}")
     continue()
