@@ -34,7 +34,3 @@ endif()
 
 # Threads count too: without atomic counters some lines come out below nothing.
 set(SIGNUTILS_COVERAGE_FLAGS --coverage -fprofile-abs-path -fprofile-update=atomic)
-if(SIGNUTILS_COVERAGE STREQUAL "ON")
-  add_compile_options(${SIGNUTILS_COVERAGE_FLAGS})
-  add_link_options(--coverage)
-endif()
