@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -434,21 +435,45 @@ TEST(DelimitedFileFailure, LineThatFillsTheBlockIsTheOnlyOneLostWithoutMemoryFor
     EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("3"));
 }
 
-TEST(DelimitedFileFailure, CurrentRowWithoutMemoryToKeepItIsEmpty)
+class RowThatCannotBeKept : public testing::Test
 {
-    const TemporaryFolder folder;
-    const std::string path =
-        folder.Write("work.txt", "A\r\n\"" + std::string(10'000, 'x') + "\"\r\n\"2\"\r\n\"3\"\r\n");
-    TDelimitedFile file(path.c_str(), kOneLine);
-    DelimitedRow row;
+protected:
+    static constexpr std::size_t kLong = 10'000;
+
+    /// Reads the second row of a file of three into a caller's, without memory for one long row.
+    void ReadSecond(const std::string& first, const std::string& second)
     {
-        const testing_support::FailLargeAllocation fault(10'000);
-        file.ReadRow(row);
+        m_file.emplace(
+            m_folder.Write("work.txt", "A\r\n\"" + first + "\"\r\n\"" + second + "\"\r\n\"3\"\r\n")
+                .c_str(),
+            kOneLine);
+        const testing_support::FailLargeAllocation fault(kLong);
+        m_file->ReadRow(m_row);
         EXPECT_TRUE(fault.WasUsed());
     }
-    EXPECT_THAT(FieldsOf(row), ElementsAre("2"));
-    EXPECT_FALSE(file.HasRow());
-    EXPECT_FALSE(file.IsIntact());
+
+    TemporaryFolder m_folder;
+    std::optional<TDelimitedFile> m_file;
+    DelimitedRow m_row;
+};
+
+TEST_F(RowThatCannotBeKept, IsEmptyAndToldWhenItIsTheCurrentOne)
+{
+    ReadSecond(std::string(kLong, 'x'), "2");
+    EXPECT_THAT(FieldsOf(m_row), ElementsAre("2"));
+    EXPECT_FALSE(m_file->HasRow());
+    EXPECT_FALSE(m_file->IsIntact());
+}
+
+TEST_F(RowThatCannotBeKept, IsEmptyAndToldWhenItIsTheCallersOwn)
+{
+    ReadSecond("1", std::string(kLong, 'x'));
+    EXPECT_TRUE(m_row.IsEmpty());
+    EXPECT_FALSE(m_file->IsIntact());
+    EXPECT_THAT(FieldsOf(m_file->CurrentRow()), ElementsAre("1"));
+    m_file->ReadRow(m_row);
+    EXPECT_THAT(FieldsOf(m_row), ElementsAre("3"));
+    EXPECT_FALSE(m_file->IsIntact()) << "the lost row stays told";
 }
 
 TEST(DelimitedFile, ClosedFileCanBeDeletedAndHasNoFurtherRow)

@@ -75,7 +75,7 @@ struct Text : TSimpleString
 TEST(KeyedTableFailures, CacheLookupWithoutMemoryTouchesNothingAndReleasesTheLock)
 {
     Ticks ticks;
-    THashtable<TSimpleString, Record> table(1);
+    THashtable<Text, Record> table(1);
     auto* const record = new Record();
     table.Insert(table.NewAssociation("key", record, nullptr, 0));
     ticks.Pass(10);
@@ -145,6 +145,36 @@ TEST(KeyedTableFailures, TextLookupWithoutMemoryTouchesNothingAndReleasesTheLock
     EXPECT_EQ(copy, nullptr);
     EXPECT_TRUE(IsFreeForOthers(table));
     table.Purge(10);
+    EXPECT_EQ(table.GetCount(), 0);
+}
+
+TEST(KeyedTableFailures, NodeThatCannotBeMadeLeavesItsRecordToTheCaller)
+{
+    THashtable<Text, Record> table(1);
+    const Text key("key");
+    {
+        const auto record = std::make_unique<Record>();
+        g_noCopy = true;
+        EXPECT_THROW(table.NewAssociation(key, record.get(), nullptr, 0), std::bad_alloc);
+        EXPECT_THROW(table.NewAssociation("key", record.get(), nullptr, 0), std::bad_alloc);
+        g_noCopy = false;
+        EXPECT_EQ(g_alive, 1);
+        EXPECT_EQ(*record->part, 1);
+    }
+    EXPECT_EQ(g_alive, 0) << "it was released once";
+    EXPECT_EQ(table.GetCount(), 0);
+}
+
+TEST(KeyedTableFailures, NodeThatCannotBeMadeLeavesItsTextToTheCaller)
+{
+    THashtableTss<Text> table(1);
+    const Text key("key");
+    const auto value = std::make_unique<Text>("value");
+    g_noCopy = true;
+    EXPECT_THROW(table.NewAssociation(key, value.get(), nullptr), std::bad_alloc);
+    EXPECT_THROW(table.NewAssociation("key", value.get(), nullptr), std::bad_alloc);
+    g_noCopy = false;
+    EXPECT_STREQ(value->SafeGetString(), "value");
     EXPECT_EQ(table.GetCount(), 0);
 }
 

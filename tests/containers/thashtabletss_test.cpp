@@ -209,6 +209,15 @@ TEST_F(TextTable, RemoveKeepsSilentOrCallsOnce)
     EXPECT_EQ(m_table.GetCount(), 0);
 }
 
+TEST_F(TextTable, RemoveOfAnAbsentKeyChangesNothing)
+{
+    Insert("head", "0");
+    Insert("b", "1");
+    EXPECT_EQ(m_table.Remove("x", false), 0);
+    EXPECT_EQ(m_table.GetCount(), 2);
+    EXPECT_TRUE(g_removed.empty());
+}
+
 TEST_F(TextTable, EveryOperationLeavesTheMutexFree)
 {
     Insert("a", "1");

@@ -108,6 +108,13 @@ TEST(CErrors, LongTextIsCutAtAWholeCharacter)
     EXPECT_EQ(error.text, text);
 }
 
+TEST(CErrors, LongTextThatHoldsNoWholeCharacterIsDropped)
+{
+    signutils::CallError error = {"before"};
+    error.Set(std::string(2000, '\x80')); // bytes that only continue a character
+    EXPECT_STREQ(error.text, "");
+}
+
 TEST(CErrors, ExceptionsAreSortedAndNoneLeaves)
 {
     signutils::CallError error = {};

@@ -1,4 +1,5 @@
 #include "tests/amounts/scripted_engine.h"
+#include "tests/signutils/c_handles.h"
 #include "tests/signutils/session_fixture.h"
 
 #include <gmock/gmock.h>
@@ -110,6 +111,33 @@ TEST_F(SessionAmounts, AnalysisThatFailsLeavesNoAmountOfAnEarlierFile)
     EXPECT_EQ(largest, 0.0);
     EXPECT_EQ(count, 0);
     EXPECT_STREQ(currency, "XYZ");
+}
+
+TEST_F(SessionAmounts, ConversionThroughTheCInterfaceIsAskedForTheFormatsOfTheSession)
+{
+    const ScriptedEngine engine{Script()};
+    const CSession session;
+    ASSERT_EQ(SignUtilsSetFormatInfo(session, "CFONB", "320", nullptr), SIGNUTILS_OK);
+
+    EXPECT_EQ(SignUtilsExecWorkFmt(session, m_order.c_str()), SIGNUTILS_OK) << session.Error();
+    EXPECT_THAT(engine.Calls(), Contains("FMTGetWorkDescr 7 CFONB 320 Work"));
+}
+
+TEST_F(SessionAmounts, AnalysisThroughTheCInterfaceFillsTheRecord)
+{
+    const ScriptedEngine engine(Writing("350.50", "250.50"));
+    const CSession session;
+    ASSERT_EQ(SignUtilsSetFormatInfo(session, "ISO20022", "pain.001", nullptr), SIGNUTILS_OK);
+    SignUtilsAmounts amounts = {};
+    amounts.size = sizeof amounts;
+
+    ASSERT_EQ(SignUtilsGetMaxAmountFile(session, m_order.c_str(), &amounts), SIGNUTILS_OK)
+        << session.Error();
+    EXPECT_DOUBLE_EQ(amounts.totalAmount, 350.50);
+    EXPECT_DOUBLE_EQ(amounts.maxOrderAmount, 250.50);
+    EXPECT_EQ(amounts.orderCount, 2);
+    EXPECT_STREQ(amounts.currency, "EUR");
+    EXPECT_STREQ(amounts.errors, "");
 }
 
 TEST_F(SessionAmounts, TotalOfTheFileThatIsTheLimitPasses)
