@@ -7,6 +7,7 @@
 #include "database/guard_database.h"
 #include "schema/installer.h"
 #include "signutils/signutils.h"
+#include "tests/soak/orders.h"
 #include "tests/soak/soak_state.h"
 
 #include <chrono>
@@ -25,26 +26,6 @@ constexpr int kChecksARound = 50;     // of each thread
 constexpr int kRoundsBeforeBase = 20; // caches and pools fill first
 constexpr std::int64_t kGrowthKib = 16 * 1024;
 
-struct Order
-{
-    const char* partner;
-    const char* service;
-    const char* client;
-    const wchar_t* signers;
-    double total;
-    unsigned long verdict;
-    unsigned int rows;
-};
-
-const Order kOrders[] = {
-    {"DUPONTSA", "CCT", "TRESOR", L"\u00C9lodie Lef\u00E8vre", 12500.00, 1, 1},
-    {"DUPONTSA", "CCT", "TRESOR", L"\u00C9lodie Lef\u00E8vre", 64200.00, 2, 1},
-    {"DUPONTSA", "CCT", "TRESOR", L"Paul Martin", 900.00, 0, 1},
-    {"MUELLER", "CCT", "KASSE", L"J\u00FCrgen Gro\u00DFmann;K\u00E4the Schr\u00F6der", 80000.00, 1,
-     1},
-    {"BODENSEE", "CCT", "FINANZ", L"Bj\u00F6rn Wei\u00DF", 20000.00, 2, 2},
-};
-
 struct Tally
 {
     std::int64_t checks = 0;
@@ -53,13 +34,10 @@ struct Tally
     std::string problem;
 };
 
-void JudgeOne(const std::string& connexion, const Order& order, Tally& tally)
+void JudgeOne(const std::string& connexion, const soak::Order& order, Tally& tally)
 {
     SignUtils session(nullptr, nullptr);
-    session.SetConnexionString(connexion.c_str());
-    session.SetContractInfo(1, 9, order.partner, order.service, order.client, 1, "");
-    session.SetAmountInfo(order.total, 1.00, "EUR");
-    session.SetMessageInfo("BANKFRPP", "SOAK", "pain.001.001.03", "SOAK");
+    soak::SetUp(session, connexion, order, false);
     const unsigned long verdict = session.CheckSignRules("/soak/order.xml", order.signers);
     const CheckOutcome& outcome = session.GetLastCheck();
     if (verdict != order.verdict || outcome.rowsWritten != order.rows ||
@@ -86,8 +64,7 @@ Tally RunRound(const std::string& connexion)
             {
                 for (int i = 0; i < kChecksARound && tally.problem.empty(); ++i)
                 {
-                    JudgeOne(connexion, kOrders[static_cast<std::size_t>(i) % std::size(kOrders)],
-                             tally);
+                    JudgeOne(connexion, soak::OrderAt(static_cast<std::size_t>(i)), tally);
                 }
             });
     }

@@ -1,0 +1,1 @@
+"""What the long runs of scripts/soak are made of."""

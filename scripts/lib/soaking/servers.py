@@ -1,0 +1,228 @@
+"""Throwaway databases: each in a private folder, on a free port of the loopback, gone at the end."""
+
+import os
+import pwd
+import shutil
+import signal
+import socket
+import sqlite3
+import subprocess
+import time
+from pathlib import Path
+
+from . import children
+
+_SECONDS_TO_START = 60
+
+
+class ServerFailed(Exception):
+    pass
+
+
+_given = set()
+
+
+def free_port():
+    # Ports that were given out before count as taken: their servers may be about to listen.
+    while True:
+        with socket.socket() as probe:
+            probe.bind(("127.0.0.1", 0))
+            port = probe.getsockname()[1]
+        if port not in _given:
+            _given.add(port)
+            return port
+
+
+class Sqlite:
+    """A file; there is nothing that could die."""
+
+    product = "sqlite"
+
+    def __init__(self, folder):
+        folder.mkdir(parents=True, exist_ok=True)
+        self.file = folder / "bank.db"
+
+    def start(self):
+        pass
+
+    def stop(self):
+        pass
+
+    @property
+    def connexion(self):
+        return f"Driver=SQLite3;Database={self.file}"
+
+    def query(self, statement):
+        connection = sqlite3.connect(self.file, timeout=120, isolation_level=None)
+        try:
+            return [tuple(str(value) for value in row) for row in connection.execute(statement)]
+        finally:
+            connection.close()
+
+
+class Server:
+    """A server process. It never runs as root: a run as root gives it to `user`."""
+
+    product = ""
+    user = "nobody"
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.data = self.folder / "data"
+        self.port = free_port()
+        self.process = None
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.data.mkdir(mode=0o700, exist_ok=True)
+        self._prefix = []
+        if os.geteuid() == 0:
+            account = pwd.getpwnam(self.user)
+            self._prefix = ["setpriv", f"--reuid={account.pw_uid}", f"--regid={account.pw_gid}",
+                            "--clear-groups", "--"]  # fmt: skip
+            for each in (self.folder, self.data):
+                os.chown(each, account.pw_uid, account.pw_gid)
+
+    def start(self):
+        """Starts it and waits until it answers. May be called again after a death."""
+        if not any(self.data.iterdir()):
+            self.install()
+        self.launch()
+        self.wait_ready()
+
+    def launch(self, *arguments):
+        self.run_down()
+        with open(self.folder / "log", "ab") as log:
+            self.process = subprocess.Popen(
+                [*self._prefix, *self.command(), *arguments], stdin=subprocess.DEVNULL,
+                stdout=log, stderr=log, env=self.environment())  # fmt: skip
+
+    def environment(self):
+        return dict(os.environ, TMPDIR=str(self.folder))
+
+    def set_up(self, command):
+        done = subprocess.run(
+            [*self._prefix, *command], capture_output=True, text=True, env=self.environment()
+        )
+        if done.returncode != 0:
+            raise ServerFailed(f"{command[0]}: {done.stdout[-2000:]}{done.stderr[-2000:]}")
+
+    def wait_ready(self, seconds=_SECONDS_TO_START):
+        end = time.monotonic() + seconds
+        while not self.answers():
+            if self.process.poll() is not None or time.monotonic() > end:
+                log = (self.folder / "log").read_text(errors="replace")[-3000:]
+                raise ServerFailed(f"{self.product} on port {self.port} does not answer:\n{log}")
+            time.sleep(0.05)
+
+    def answers(self):
+        try:
+            return self.query("SELECT 1") == [("1",)]
+        except ServerFailed:
+            return False
+
+    def query(self, statement):
+        try:
+            done = subprocess.run(
+                self.client(), input=statement, capture_output=True, text=True, timeout=600
+            )
+        except subprocess.TimeoutExpired as late:
+            raise ServerFailed(str(late)) from late
+        if done.returncode != 0:
+            raise ServerFailed(done.stderr.strip())
+        return [tuple(line.split("\t")) for line in done.stdout.splitlines()]
+
+    def kill(self):
+        children.send_with_children(self.process, signal.SIGKILL)
+        self.process.wait()
+
+    def freeze(self):
+        children.send_with_children(self.process, signal.SIGSTOP)
+
+    def thaw(self):
+        children.send_with_children(self.process, signal.SIGCONT)
+
+    def run_down(self):
+        """Waits for the children of a server that was killed; they may still hold its memory."""
+        if self.process is not None:
+            self.process.wait(timeout=60)
+
+    def stop(self):
+        if self.process is None or self.process.poll() is not None:
+            return
+        self.thaw()
+        children.send(self.process, self.gentle)
+        try:
+            self.process.wait(timeout=60)
+        except subprocess.TimeoutExpired:
+            self.kill()
+
+
+class PostgreSql(Server):
+    product = "postgresql"
+    user = "postgres"
+    gentle = signal.SIGINT
+
+    def __init__(self, folder):
+        super().__init__(folder)
+        homes = sorted(Path("/usr/lib/postgresql").glob("*/bin/postgres"))
+        if not homes:
+            raise ServerFailed("PostgreSQL is not installed; run scripts/setup servers")
+        self.bin = homes[-1].parent
+
+    @property
+    def connexion(self):
+        return (f"Driver={{PostgreSQL Unicode}};Server=127.0.0.1;Port={self.port};UID=bank;"
+                "Database=postgres;CommLog=0")  # fmt: skip
+
+    def install(self):
+        self.set_up([self.bin / "initdb", "-D", self.data, "-U", "bank", "-A", "trust", "-E",
+                     "UTF8", "--locale=C.UTF-8", "-N"])  # fmt: skip
+
+    def command(self):
+        return [self.bin / "postgres", "-D", self.data, "-k", self.folder,
+                "-c", "listen_addresses=127.0.0.1", "-p", str(self.port),
+                "-c", "max_connections=300", "-c", "client_min_messages=warning"]  # fmt: skip
+
+    def client(self):
+        return [self.bin / "psql", "-X", "-q", "-v", "ON_ERROR_STOP=1", "-h", "127.0.0.1", "-p",
+                str(self.port), "-U", "bank", "-d", "postgres", "-At", "-F", "\t"]  # fmt: skip
+
+
+class MariaDb(Server):
+    product = "mariadb"
+    gentle = signal.SIGTERM
+
+    def __init__(self, folder):
+        super().__init__(folder)
+        if shutil.which("mariadbd") is None:
+            raise ServerFailed("MariaDB is not installed; run scripts/setup servers")
+
+    @property
+    def connexion(self):
+        return (f"Driver={{MariaDB Unicode}};SERVER=127.0.0.1;PORT={self.port};UID=root;"
+                "DATABASE=bank;CONN_TIMEOUT=3;READ_TIMEOUT=3;WRITE_TIMEOUT=3")  # fmt: skip
+
+    def install(self):
+        self.set_up(["mariadb-install-db", "--no-defaults", f"--datadir={self.data}",
+                     "--auth-root-authentication-method=normal", "--skip-test-db"])  # fmt: skip
+        (self.data / "bank").mkdir()
+        if self._prefix:
+            account = pwd.getpwnam(self.user)
+            os.chown(self.data / "bank", account.pw_uid, account.pw_gid)
+        (self.data / "bank" / "db.opt").write_text(
+            "default-character-set=utf8mb4\ndefault-collation=utf8mb4_general_ci\n"
+        )
+
+    def command(self):
+        return ["mariadbd", "--no-defaults", f"--datadir={self.data}",
+                "--bind-address=127.0.0.1", f"--port={self.port}", "--skip-name-resolve",
+                f"--socket={self.folder}/socket", f"--pid-file={self.folder}/pid",
+                "--max-connections=300", "--innodb-buffer-pool-size=64M"]  # fmt: skip
+
+    def client(self):
+        return ["mariadb", "--no-defaults", "-h", "127.0.0.1", "-P", str(self.port), "-u", "root",
+                "--connect-timeout=3", "-N", "-B", "bank"]  # fmt: skip
+
+
+def make(product, folder):
+    kinds = {kind.product: kind for kind in (Sqlite, PostgreSql, MariaDb)}
+    return kinds[product](Path(folder))

@@ -1,0 +1,58 @@
+"""The stages of scripts/soak by name."""
+
+from . import deaths, frozen, kills, load
+
+# What has to be built besides signcheck.
+PROGRAMS = ["signutils_soak", "signutils_soak_host", "signutils_boundary_host"]
+
+
+class Stage:
+    def __init__(self, name, module, product, amount, told, count=None):
+        self.name = name
+        self.count = count or module.ROUNDS
+        self.amount = amount
+        self.told = told
+        self._module = module
+        self._product = product
+
+    def rounds(self, build, folder, amount, done):
+        return self._module.rounds(build, folder, self._product, amount, done)
+
+
+def _load(product, checks):
+    return Stage(f"load-{product}", load, product, checks,
+                 f"{checks:,} checks in {load.PROCESSES} processes of {load.THREADS} threads")  # fmt: skip
+
+
+def _kills(product, count):
+    return Stage(f"kills-{product}", kills, product, count,
+                 f"{count:,} hosts killed at random moments")  # fmt: skip
+
+
+def _deaths(product):
+    faults = deaths.ROUNDS * len(deaths.PLACES)
+    return Stage(f"deaths-{product}", deaths, product, faults,
+                 f"{faults} deaths of the server between two statements")  # fmt: skip
+
+
+def _frozen(product):
+    count = frozen.count_of(product)
+    return Stage(f"frozen-{product}", frozen, product, count,
+                 f"which of {count} settings of its driver a frozen server meets", count)  # fmt: skip
+
+
+ALL = [
+    _load("sqlite", 100_000),
+    _load("postgresql", 100_000),
+    _load("mariadb", 10_000),
+    _kills("sqlite", 2000),
+    _kills("postgresql", 2000),
+    _deaths("postgresql"),
+    _deaths("mariadb"),
+    _frozen("postgresql"),
+    _frozen("mariadb"),
+]
+
+
+def find(name):
+    return next(stage for stage in ALL if stage.name == name)
