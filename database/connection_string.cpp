@@ -71,6 +71,22 @@ std::size_t BehindBraces(std::string_view text, std::size_t open)
     return std::string_view::npos;
 }
 
+// As it stands where it needs no braces, for not every driver takes them off.
+std::string InBraces(std::string_view value)
+{
+    if (Trimmed(value) == value && value.find_first_of(";{}=") == std::string_view::npos)
+    {
+        return std::string(value);
+    }
+    std::string raw = "{";
+    for (const char letter : value)
+    {
+        raw += letter;
+        raw += letter == '}' ? "}" : "";
+    }
+    return raw + "}";
+}
+
 std::string WithoutBraces(const std::string& raw)
 {
     if (raw.size() < 2 || raw.front() != '{')
@@ -181,6 +197,20 @@ std::string ConnectionString::Value(std::string_view key) const
         }
     }
     return {};
+}
+
+std::string ConnectionString::With(std::string_view key, std::string_view value) const
+{
+    const std::string wanted(key);
+    std::string text;
+    for (const Entry& each : m_entries)
+    {
+        if (!support::EqualIgnoringAsciiCase(each.key.c_str(), wanted.c_str()))
+        {
+            text += each.key + "=" + each.raw + ";";
+        }
+    }
+    return text + wanted + "=" + InBraces(value) + ";";
 }
 
 bool ConnectionString::AllowsSilentReconnect() const

@@ -19,6 +19,9 @@ public:
     /// The value of a key without its braces, empty when there is none. Case does not count.
     std::string Value(std::string_view key) const;
 
+    /// The text with this value for the key, wherever and however often it stood before.
+    std::string With(std::string_view key, std::string_view value) const;
+
     /// Whether it lets MariaDB's and MySQL's drivers open a lost connection anew by themselves.
     bool AllowsSilentReconnect() const;
 

@@ -7,6 +7,7 @@
 #include "host/events_command.h"
 #include "host/history_command.h"
 #include "host/init_command.h"
+#include "host/map_command.h"
 #include "host/reports_command.h"
 
 #include <algorithm>
@@ -38,6 +39,11 @@ constexpr OptionSpec kOrderFile = {"file", OptionKind::Text, "FILE", "the order 
 constexpr OptionSpec kFormat = {"format", OptionKind::Text, "F",
                                 "ISO20022/pain.001, ISO20022/pain.008, CFONB/160, CFONB/320 or "
                                 "SWIFT/MT101; auto, as when not given: recognised from the file"};
+
+constexpr OptionSpec kContract = {"contract", OptionKind::Text, "CONTRACT",
+                                  "identifier of the contract (CUID)", true};
+constexpr OptionSpec kHtml = {"html", OptionKind::Text, "FILE",
+                              "also write one page that needs no network and prints well"};
 
 constexpr OptionSpec kPartnerFilter = {"partner", OptionKind::Text, "P", "of this partner only"};
 constexpr OptionSpec kServiceFilter = {"service", OptionKind::Text, "S", "of this service only"};
@@ -109,6 +115,10 @@ std::vector<CommandSpec> MakeCommands()
           kConfig,
           kJson},
          RunConvert},
+        {"map",
+         "Show who may release what under one contract",
+         {kContract, kDb, kHtml, kConfig, kJson},
+         RunMap},
         {"history",
          "Show the decisions recorded",
          {kDb,

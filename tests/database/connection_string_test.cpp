@@ -32,6 +32,15 @@ TEST(ConnectionStringText, TakesSemicolonsAndDoubledBracesInBraces)
     EXPECT_EQ(text.Value("UID"), "u");
 }
 
+TEST(ConnectionStringText, PutsAValueInThePlaceOfEveryOlderOne)
+{
+    const ConnectionString text("Driver={My Driver};database=a;PWD={x;}}y};DATABASE=b");
+
+    EXPECT_EQ(text.With("Database", "c"), "Driver={My Driver};PWD={x;}}y};Database=c;");
+    EXPECT_EQ(ConnectionString(text.With("Database", " a;b}")).Value("database"), " a;b}");
+    EXPECT_EQ(text.With("Port", ""), "Driver={My Driver};database=a;PWD={x;}}y};DATABASE=b;Port=;");
+}
+
 TEST(ConnectionStringText, MasksEveryPassword)
 {
     const ConnectionString text("DRIVER={X};UID=u;Pwd=secret1;PASSWORD={sec;ret}}2};Port=1;"

@@ -1,0 +1,93 @@
+#include "host/html_page.h"
+
+#include "host/refusal.h"
+#include "host/text.h"
+#include "port/files.h"
+#include "port/kernel.h"
+#include "support/codepage.h"
+#include "support/temporary_file.h"
+
+namespace host
+{
+
+namespace
+{
+
+constexpr const char* kStyle =
+    ":root{color-scheme:light}"
+    "body{font:16px/1.45 system-ui,sans-serif;margin:1.2rem auto;max-width:72rem;padding:0 1rem;"
+    "color:#111;background:#fff;overflow-wrap:anywhere}"
+    "h1{font-size:1.5rem}h2{font-size:1.2rem;margin-top:2rem}"
+    ".wide{overflow-x:auto}"
+    "table{border-collapse:collapse}"
+    "th,td{border:1px solid #999;padding:.3rem .5rem;text-align:left;vertical-align:top;"
+    "overflow-wrap:normal}"
+    "thead th{background:#eee}"
+    "@media print{body{font-size:10pt;max-width:none;margin:0}.wide{overflow:visible}"
+    "thead{display:table-header-group}tr{break-inside:avoid}"
+    "*{-webkit-print-color-adjust:exact;print-color-adjust:exact}}";
+
+std::string FolderOf(const std::string& path)
+{
+    std::size_t end = path.size();
+    while (end > 0 && !port::IsPathSeparator(path[end - 1]))
+    {
+        --end;
+    }
+    return end == 0 ? "." : path.substr(0, end);
+}
+
+} // namespace
+
+std::string HtmlText(std::string_view utf8)
+{
+    std::string html;
+    for (const char letter : Printable(utf8))
+    {
+        switch (letter)
+        {
+        case '&':
+            html += "&amp;";
+            break;
+        case '<':
+            html += "&lt;";
+            break;
+        case '>':
+            html += "&gt;";
+            break;
+        case '"':
+            html += "&quot;";
+            break;
+        default:
+            html += letter;
+        }
+    }
+    return html;
+}
+
+std::string HtmlPage(const std::string& title, const std::string& style, const std::string& body)
+{
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width,initial-scale=1\">\n<title>" +
+           HtmlText(title) + "</title>\n<style>" + kStyle + style +
+           "</style>\n</head>\n<body>\n<h1>" + HtmlText(title) + "</h1>\n" + body +
+           "</body>\n</html>\n";
+}
+
+void WriteHtmlPage(const std::string& path, const std::string& origin, const std::string& page)
+{
+    // A reader sees the old page or the new one, never half of it.
+    const std::string unfinished = support::TemporaryPath(FolderOf(path).c_str(), "part");
+    if (support::WriteNewFile(unfinished, page))
+    {
+        if (port::MoveFileReplacing(unfinished.c_str(), path.c_str()))
+        {
+            return;
+        }
+        DeleteFileA(unfinished.c_str());
+    }
+    throw UsageRefusal(origin + ": " + Quoted(support::Utf8FromNarrow(path)) +
+                       " cannot be written. Give a file in a folder that is there and writable.");
+}
+
+} // namespace host

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace host
+{
+
+/// The text with the characters that HTML gives a meaning of their own escaped, and without control
+/// characters.
+std::string HtmlText(std::string_view utf8);
+
+/// One page that needs no network, prints well and can be read on a phone. `title` is plain text,
+/// `style` CSS of the page's own, `body` HTML. Tables in <div class="wide"> scroll where the window
+/// is narrow.
+std::string HtmlPage(const std::string& title, const std::string& style, const std::string& body);
+
+/// Writes a page into a new file or over an old one, whole or not at all. `path` is Windows-1252.
+/// Raises UsageRefusal that names `origin`, which is where the path came from.
+void WriteHtmlPage(const std::string& path, const std::string& origin, const std::string& page);
+
+} // namespace host

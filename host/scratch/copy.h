@@ -1,0 +1,29 @@
+#pragma once
+
+#include "host/rulebook/rule_book.h"
+#include "host/scratch/place.h"
+
+#include <string>
+
+namespace scratch
+{
+
+/// A copy of a rule book that the library can judge by without a trace in the bank's tables: its
+/// history rows and audit events go into the copy, and with it.
+class Copy
+{
+public:
+    /// Raises host::Refusal with kCouldNotRun.
+    Copy(CDatabase& source, const host::Connection& connection, const rulebook::RuleBook& book);
+
+    const host::Connection& Where() const noexcept { return m_place.Where(); }
+
+    /// One sentence: where the decisions came from, and what may differ where the copy could not be
+    /// made in the source's product.
+    std::string Provenance() const;
+
+private:
+    Place m_place;
+};
+
+} // namespace scratch

@@ -1,0 +1,150 @@
+#include "host/scratch/judge.h"
+
+#include "host/refusal.h"
+#include "host/text.h"
+#include "port/files.h"
+#include "port/kernel.h"
+#include "signutils/signutils.h"
+#include "support/codepage.h"
+#include "support/temporary_file.h"
+#include "support/trace.h"
+
+namespace scratch
+{
+
+namespace
+{
+
+constexpr std::size_t kIdentifierLength = 8;
+constexpr const char* kFileName = "signcheck";
+constexpr std::size_t kBlock = 65536;
+
+std::string Identifier(const std::string& utf8, const char* what)
+{
+    std::string narrow;
+    if (!support::TryNarrowFromWide(support::WideFromUtf8(utf8), narrow) ||
+        narrow.size() > kIdentifierLength || narrow.find('\'') != std::string::npos)
+    {
+        throw host::Refusal(host::kFindings,
+                            std::string("the contract's ") + what + " " + host::Quoted(utf8) +
+                                " is none that a check can name: at most 8 characters of "
+                                "Windows-1252 and no apostrophe. Correct it in the database.");
+    }
+    return narrow;
+}
+
+std::wstring Joined(const std::vector<std::string>& signers)
+{
+    std::wstring list;
+    for (const std::string& signer : signers)
+    {
+        list += (list.empty() ? L"" : L";") + support::WideFromUtf8(signer);
+    }
+    return list;
+}
+
+/// A trace file for one check, removed at the end of the scope.
+class TraceText
+{
+public:
+    TraceText() : m_path(support::TemporaryPath(nullptr, "trace"))
+    {
+        m_trace = TraceOpen(m_path.c_str());
+        if (!TraceIsUsable(m_trace))
+        {
+            throw host::Refusal(host::kCouldNotRun,
+                                "the trace of a check cannot be written to " +
+                                    host::Quoted(support::Utf8FromNarrow(m_path)) +
+                                    ". Give another folder for temporary files (TMPDIR, on "
+                                    "Windows TEMP).");
+        }
+    }
+    ~TraceText()
+    {
+        TraceClose(m_trace);
+        DeleteFileA(m_path.c_str());
+    }
+    TraceText(const TraceText&) = delete;
+    TraceText& operator=(const TraceText&) = delete;
+
+    void* Handle() const noexcept { return m_trace; }
+
+    /// What was written. Nothing can be traced any more.
+    std::string Take()
+    {
+        TraceClose(m_trace);
+        m_trace = nullptr;
+        std::string text;
+        port::File file;
+        if (!file.Open(m_path.c_str(), port::OpenMode::Read))
+        {
+            return text;
+        }
+        std::string block(kBlock, '\0');
+        for (std::int64_t count = file.Read(block.data(), block.size()); count > 0;
+             count = file.Read(block.data(), block.size()))
+        {
+            text.append(block, 0, static_cast<std::size_t>(count));
+        }
+        return text;
+    }
+
+private:
+    std::string m_path;
+    void* m_trace = nullptr;
+};
+
+} // namespace
+
+Judge::Judge(const Copy& copy, const OrderKind& kind)
+    : m_copy(copy), m_partner(Identifier(kind.contract.vpname, "partner")),
+      m_service(Identifier(kind.contract.vfname, "service")),
+      m_client(Identifier(kind.contract.vcname, "client")),
+      m_protocol(static_cast<std::uint32_t>(kind.contract.protocol)),
+      m_type(static_cast<std::uint32_t>(kind.type)), m_isServer(kind.contract.server != 0)
+{
+}
+
+Decision Judge::Ask(const Order& order)
+{
+    return Run(order, nullptr);
+}
+
+Decision Judge::AskTraced(const Order& order, std::string& trace)
+{
+    TraceText text;
+    const Decision decision = Run(order, text.Handle());
+    trace = text.Take();
+    return decision;
+}
+
+Decision Judge::Run(const Order& order, void* trace)
+{
+    ++m_count;
+    SignUtils session(trace, nullptr);
+    session.SetConnexionString(m_copy.Where().text.c_str());
+    session.SetContractInfo(m_type, m_protocol, m_partner.c_str(), m_service.c_str(),
+                            m_client.c_str(), m_isServer ? 1 : 0, "");
+    session.SetAmountInfo(order.total, order.largest, "");
+    if (order.isDistributed)
+    {
+        session.SetModeVeu();
+    }
+    const unsigned long verdict = session.CheckSignRules(kFileName, Joined(order.signers).c_str());
+    const CheckOutcome& outcome = session.GetLastCheck();
+    if (!outcome.ran || !outcome.rulesComplete)
+    {
+        throw host::Refusal(
+            host::kCouldNotRun,
+            "the library could not judge on the copy of the rules: " +
+                host::Printable(support::Utf8FromNarrow(outcome.problem.SafeGetString())) +
+                ". Repeat the command.");
+    }
+    Decision decision;
+    decision.verdict = static_cast<unsigned int>(verdict);
+    decision.reasonCode = support::Utf8FromNarrow(outcome.reasonCode.SafeGetString());
+    decision.reasonText = support::Utf8FromWide(outcome.reasonText.SafeGetString());
+    return decision;
+}
+
+} // namespace scratch
