@@ -55,6 +55,11 @@ Cursor::Cursor(std::shared_ptr<Connection> connection, std::wstring_view stateme
         }
     }
     m_shape->text = statement;
+    // A query of fewer columns than its layout must not show what the one before it has read.
+    for (Column& each : m_shape->columns)
+    {
+        each.indicator = kNotGiven;
+    }
     m_connection->Run(m_shape->statement, statement, kOpen);
     if (layout == nullptr)
     {
@@ -112,7 +117,7 @@ void Cursor::AddColumn(std::string name, std::size_t length)
     std::vector<Column>& columns = m_shape->columns;
     const std::size_t offset =
         columns.empty() ? 0 : columns.back().offset + columns.back().capacity;
-    columns.push_back({std::move(name), offset, length + 1, SQL_NULL_DATA, false, {}});
+    columns.push_back({std::move(name), offset, length + 1, kNotGiven, false, {}});
 }
 
 void Cursor::Bind()
@@ -182,6 +187,11 @@ void Cursor::TakeValue(std::size_t index)
             m_connection->Refuse("HY090", "The driver does not give a long value again.",
                                  During(kMove));
         }
+    }
+    else if (column.indicator == kNotGiven)
+    {
+        m_connection->Refuse("07009", "The query gives no value for column " + column.name + ".",
+                             During(kMove));
     }
     else if (column.indicator < 0 && column.indicator != SQL_NULL_DATA)
     {

@@ -4,11 +4,15 @@
 #include "database/row_layout.h"
 
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <vector>
 
 namespace database
 {
+
+/// Length of a value that the driver has not given: no length and no mark of ODBC's.
+constexpr SQLLEN kNotGiven = std::numeric_limits<SQLLEN>::min();
 
 /// One column of a query and its value in the current row.
 struct Column
@@ -16,7 +20,7 @@ struct Column
     std::string name;
     std::size_t offset;   // of its buffer among all
     std::size_t capacity; // units of its buffer, terminator included
-    SQLLEN indicator = SQL_NULL_DATA;
+    SQLLEN indicator = kNotGiven;
     bool isLong = false; // the value stands in longValue, not in the buffer
     std::u16string longValue;
 };

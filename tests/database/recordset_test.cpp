@@ -183,6 +183,64 @@ TEST_P(RecordSet, OfALayoutKeepsNothingOfTheQueryBefore)
     EXPECT_TRUE(rows.IsEOF());
 }
 
+TEST_P(RecordSet, OfALayoutRefusesAQueryOfFewerColumns)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    const auto failure = FailureOf(
+        [&] { rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A FROM T", 0, &kLayout); });
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->state, "07009");
+}
+
+TEST_P(RecordSet, OfALayoutShowsNoColumnThatOnlyTheQueryBeforeHad)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout);
+    const auto failure = FailureOf(
+        [&] { rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A FROM T", 0, &kLayout); });
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->state, "07009");
+}
+
+TEST_P(RecordSet, OfALayoutIsReadAfterTheTableHasChanged)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    const auto open = [&]
+    { rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout); };
+    open();
+    rows.Close();
+    m_database.ExecuteSQLW(L"ALTER TABLE T ADD COLUMN C TEXT");
+    m_database.ExecuteSQLW(L"UPDATE T SET B=N'z'");
+
+    open();
+    CTString value;
+    rows.GetFieldValue("B", value);
+    EXPECT_STREQ(value.SafeGetString(), "z");
+}
+
+TEST_P(RecordSet, OfALayoutIsReadAfterARollback)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    const auto read = [&]
+    {
+        rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout);
+        CTString value;
+        rows.GetFieldValue("B", value);
+        rows.Close();
+        return std::string(value.SafeGetString());
+    };
+    m_database.BeginTransaction();
+    m_database.ExecuteSQLW(L"UPDATE T SET B=N'z'");
+    EXPECT_EQ(read(), "z");
+    m_database.RollbackTransaction();
+
+    EXPECT_EQ(read(), "y");
+}
+
 TEST_P(RecordSet, OfALayoutIsReadAfterAStatementThatFailed)
 {
     Insert(1, L"N'x'", L"N'y'");
@@ -416,6 +474,36 @@ TEST_P(RecordSet, ClosedKeepsNoWriterOut)
     CDatabase writer;
     Open(writer, m_file.ConnexionString() + ";Timeout=1");
     EXPECT_FALSE(FailureOf([&] { writer.ExecuteSQLW(L"DROP TABLE T"); }));
+}
+
+TEST_P(RecordSet, OfALayoutKeepsNoWriterOutOnceClosed)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    Insert(2, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout); // one of two rows
+    rows.Close();
+
+    CDatabase writer;
+    Open(writer, m_file.ConnexionString() + ";Timeout=1");
+    EXPECT_FALSE(FailureOf([&] { writer.ExecuteSQLW(L"DROP TABLE T"); }));
+}
+
+TEST_P(RecordSet, OfALayoutOutlivesTheDatabaseAndItsNextOne)
+{
+    Insert(1, L"N'x'", L"N'y'");
+    CRecordset rows(m_database);
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout);
+    m_database.Close();
+    Open(m_database, m_file.ConnexionString());
+    CRecordset next(m_database);
+    next.OpenW(CRecordset::kForwardOnly, L"SELECT 2 AS ID, 'p' AS A, 'q' AS B", 0, &kLayout);
+
+    CTString value;
+    rows.GetFieldValue("B", value);
+    EXPECT_STREQ(value.SafeGetString(), "y");
+    next.GetFieldValue("B", value);
+    EXPECT_STREQ(value.SafeGetString(), "q");
 }
 
 TEST_P(RecordSet, ThatOutlivesTheDatabaseKeepsItsRows)
