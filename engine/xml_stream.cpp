@@ -147,6 +147,7 @@ private:
     static void OnCharacters(void* context, const xmlChar* text, int length);
     static void OnDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*);
     static void OnReference(void* context, const xmlChar* name);
+    static bool IsForgiven(const xmlError& error);
     static void OnError(void* context, xmlErrorPtr error);
 
     template <typename Action>
@@ -255,10 +256,16 @@ void XmlParse::OnReference(void* context, const xmlChar* /*name*/)
     parse.Guard([&] { parse.Refuse(FailureNumber::Hostile, "an entity reference; write it out"); });
 }
 
+// A namespace that is no address is a name all the same, and none is looked at.
+bool XmlParse::IsForgiven(const xmlError& error)
+{
+    return error.level < XML_ERR_ERROR || error.code == XML_WAR_NS_URI;
+}
+
 void XmlParse::OnError(void* context, xmlErrorPtr error)
 {
     XmlParse& parse = Of(context);
-    if (error != nullptr && error->level >= XML_ERR_ERROR)
+    if (error != nullptr && !IsForgiven(*error))
     {
         parse.Guard([&] { parse.KeepFirst(*error); });
     }
@@ -352,7 +359,9 @@ void XmlParse::Parse(std::string_view bytes, bool last)
         std::rethrow_exception(m_raised);
     }
     RefuseGrowth();
-    if (result != XML_ERR_OK || m_context->wellFormed == 0)
+    // The parser's result is the last thing that it told, forgiven or not.
+    const bool refused = result != XML_ERR_OK && result != XML_WAR_NS_URI;
+    if (refused || m_context->wellFormed == 0 || !m_firstError.empty())
     {
         if (m_firstError.empty())
         {

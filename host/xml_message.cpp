@@ -80,17 +80,36 @@ void OnDocumentType(void* context, const xmlChar* /*name*/, const xmlChar* /*pub
     End(search);
 }
 
+// A namespace that is no address is a name all the same, and none is looked at.
+bool IsForgiven(const xmlError& error)
+{
+    return error.level < XML_ERR_ERROR || error.code == XML_WAR_NS_URI;
+}
+
 void OnError(void* context, xmlErrorPtr error)
 {
     Search& search = *static_cast<Search*>(context);
-    if (search.error.empty() && error != nullptr && error->level >= XML_ERR_ERROR)
+    if (search.error.empty() && error != nullptr && !IsForgiven(*error))
     {
         const std::string text = Printable(error->message == nullptr ? "" : error->message);
-        search.error = "line " + std::to_string(error->line) + ", column " +
-                       std::to_string(error->int2) + ": " +
-                       text.substr(0, text.find_last_not_of(" .") + 1U);
+        // Bytes that the encoding does not have are reported without a place.
+        const std::string place = error->line > 0
+                                      ? "line " + std::to_string(error->line) + ", column " +
+                                            std::to_string(error->int2) + ": "
+                                      : std::string();
+        search.error = place + text.substr(0, text.find_last_not_of(" .") + 1U);
     }
 }
+
+/// Hears what the library tells of no document in particular, which it would else print.
+class ThreadErrors
+{
+public:
+    explicit ThreadErrors(Search& search) { xmlSetStructuredErrorFunc(&search, OnError); }
+    ~ThreadErrors() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
+    ThreadErrors(const ThreadErrors&) = delete;
+    ThreadErrors& operator=(const ThreadErrors&) = delete;
+};
 
 std::string WhyNone(const Search& search, bool complete)
 {
@@ -126,6 +145,7 @@ XmlMessage FindXmlMessage(std::string_view bytes, bool complete)
     calls.serror = OnError;
 
     Search search;
+    const ThreadErrors errors(search);
     const Context context(xmlCreatePushParserCtxt(&calls, &search, nullptr, 0, nullptr),
                           xmlFreeParserCtxt);
     if (context == nullptr)

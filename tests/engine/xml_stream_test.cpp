@@ -1,7 +1,9 @@
 #include "engine/xml_stream.h"
 
+#include "engine/failure.h"
 #include "tests/testing/temporary_folder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>
@@ -9,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+using testing::HasSubstr;
 using testing_support::TemporaryFolder;
 
 namespace
@@ -45,6 +48,21 @@ NameAddresses Read(const std::string& document)
     return handler;
 }
 
+std::string MalformedText(const std::string& document)
+{
+    try
+    {
+        Read(document);
+    }
+    catch (const engine::Failure& failure)
+    {
+        EXPECT_EQ(failure.Number(), engine::FailureNumber::Malformed);
+        return failure.Text();
+    }
+    ADD_FAILURE() << "read";
+    return {};
+}
+
 } // namespace
 
 TEST(XmlStream, NameHasOneAddressThroughoutADocument)
@@ -70,4 +88,18 @@ TEST(XmlStream, LineIsThatOfTheElement)
     const NameAddresses read = Read("<D>\n<A>\n\n</A>\n\n</D>\n");
     EXPECT_EQ(read.startLine, 2U);
     EXPECT_EQ(read.endLine, 6U);
+}
+
+TEST(XmlStream, NamespaceThatIsNoAddressIsAName)
+{
+    EXPECT_EQ(Read("<D xmlns='urn: x'><p:A xmlns:p='%%'/></D>").elements, 2U);
+}
+
+TEST(XmlStream, NamespaceThatIsNoAddressHidesNoError)
+{
+    EXPECT_THAT(MalformedText("<D xmlns='urn: x'><A></B></D>"), HasSubstr("mismatch"));
+    EXPECT_THAT(MalformedText("<D xmlns='urn: x'><A/>"), HasSubstr("cut off"));
+    // The last thing that the parser tells is forgiven here, and the first is not.
+    EXPECT_THAT(MalformedText("<D><p:A/><B xmlns='urn: x'/></D>"), HasSubstr("prefix p"));
+    EXPECT_THAT(MalformedText("<D xmlns='urn: x'><p:A/></D>"), HasSubstr("prefix p"));
 }

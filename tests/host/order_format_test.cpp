@@ -178,6 +178,8 @@ const ContentCase kContentCases[] = {
     {"Windows1252",
      "<?xml version='1.0' encoding='windows-1252'?><!-- \x80 --><D\xE9><CstmrCdtTrfInitn/></D\xE9>",
      "ISO20022/pain.001"},
+    {"NamespaceThatIsNoAddress", "<Document xmlns='urn: x'><CstmrCdtTrfInitn/></Document>",
+     "ISO20022/pain.001"},
     {"BrokenBehindTheMessageElement", "<Document><CstmrCdtTrfInitn><GrpHdr></Wrong>",
      "ISO20022/pain.001"},
     {"CutBehindTheMessageElement", "<Document><CstmrCdtTrfInitn><GrpHd", "ISO20022/pain.001"},
@@ -215,6 +217,9 @@ const ContentCase kRefusedCases[] = {
     {"EncodingThatIsNotRead", "<?xml version='1.0' encoding='EUC-JP'?><A><CstmrCdtTrfInitn/></A>",
      "its encoding 'EUC-JP' is not read; use UTF-8"},
     {"AnotherMessage", "<Document><BkToCstmrStmt/></Document>",
+     "its XML holds no pain.001 or pain.008 message (its root element is 'Document')"},
+    {"AnotherMessageInANamespaceThatIsNoAddress",
+     "<Document xmlns='urn: x'><BkToCstmrStmt/></Document>",
      "its XML holds no pain.001 or pain.008 message (its root element is 'Document')"},
     {"NameInTextOnly", "<A>CstmrCdtTrfInitn</A>", "its XML holds no pain.001 or pain.008 message"},
     {"MessageFarBehind",
@@ -310,6 +315,18 @@ TEST_P(RefusedContent, IsRefusedWithItsCause)
 
 INSTANTIATE_TEST_SUITE_P(Beginnings, RefusedContent, testing::ValuesIn(kRefusedCases),
                          NameOf<ContentCase>);
+
+// The XML library would tell standard error, in words of its own.
+TEST_F(FormatOfContent, BytesOutsideTheStatedEncodingArePrintedNowhere)
+{
+    // Half a pair, whose other half is a letter.
+    const std::string bytes = Utf16("<?xml version='1.0' encoding='UTF-16'?><A>", false, true) +
+                              std::string("\0\xD8", 2) + Utf16("a</A>", false, false);
+    testing::internal::CaptureStderr();
+    const std::string refused = Refused(bytes);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(refused, HasSubstr("it is no well-formed XML: "));
+}
 
 TEST_F(FormatOfContent, IsReadFromTheBeginningOfTheFileAlone)
 {
