@@ -12,11 +12,13 @@
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
+#include <rapidcheck/detail/TestListenerAdapter.h>
 
 #include <chrono>
 #include <iostream>
 #include <random>
 #include <string>
+#include <unordered_map>
 
 namespace
 {
@@ -74,6 +76,10 @@ void RunScenarios(std::uint64_t seed, int scenarios)
     parameters.seed = seed;
     parameters.maxSuccess = scenarios; // worlds, of one scenario at least
     parameters.disableShrinking = model::Setting("SIGNUTILS_MODEL_REDUCE", 1) == 0;
+    // Both given, since RapidCheck else reads its configuration and prints a seed of that, which is
+    // not the run's.
+    rc::detail::TestListenerAdapter listener;
+    const std::unordered_map<std::string, rc::detail::Reproduce> noCases;
     const auto started = std::chrono::steady_clock::now();
     const rc::detail::TestResult result = rc::detail::checkTestable(
         [&sides, scenarios]
@@ -85,7 +91,7 @@ void RunScenarios(std::uint64_t seed, int scenarios)
             const model::World world = *model::AnyWorld();
             sides.Check(world);
         },
-        rc::detail::TestMetadata(), parameters);
+        rc::detail::TestMetadata(), parameters, listener, noCases);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - started;
 
     if (!result.is<rc::detail::SuccessResult>())
@@ -117,6 +123,14 @@ TEST_P(RandomScenarios, LibraryAndModelAgree)
     const auto scenarios =
         static_cast<int>(model::Setting("SIGNUTILS_MODEL_SCENARIOS", kDefaultScenarios));
     RunScenarios(seed + static_cast<std::uint64_t>(GetParam()), scenarios);
+}
+
+// Who repeats a run takes the seed that was printed.
+TEST(RandomScenariosRun, PrintsNoSeedButItsOwn)
+{
+    testing::internal::CaptureStderr();
+    RunScenarios(7, 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Share, RandomScenarios, testing::Range(0, 4));
