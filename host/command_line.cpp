@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <map>
 #include <memory>
 
 namespace host
@@ -94,14 +95,39 @@ private:
     {
         ParsedCommand parsed;
         parsed.spec = &spec;
-        parsed.app = m_app.add_subcommand(spec.name, spec.summary);
-        parsed.app->allow_extras();
-        parsed.app->allow_windows_style_options(false);
+        const std::string name = spec.name;
+        const std::size_t blank = name.find(' ');
+        parsed.app = blank == std::string::npos ? AddWord(m_app, name, spec.summary)
+                                                : AddWord(GroupOf(name.substr(0, blank)),
+                                                          name.substr(blank + 1), spec.summary);
+        if (spec.example != nullptr)
+        {
+            parsed.app->footer(std::string("Example: ") + spec.example);
+        }
         for (const OptionSpec& option : spec.options)
         {
             parsed.options.emplace_back(&option, AddOption(*parsed.app, option));
         }
         m_commands.push_back(std::move(parsed));
+    }
+
+    static CLI::App* AddWord(CLI::App& parent, const std::string& word, const std::string& summary)
+    {
+        CLI::App* app = parent.add_subcommand(word, summary);
+        app->allow_extras();
+        app->allow_windows_style_options(false);
+        return app;
+    }
+
+    CLI::App& GroupOf(const std::string& word)
+    {
+        CLI::App*& group = m_groups[word];
+        if (group == nullptr)
+        {
+            group = AddWord(m_app, word, FindGroupSummary(word));
+            group->require_subcommand(0, 1);
+        }
+        return *group;
     }
 
     CLI::Option* AddOption(CLI::App& app, const OptionSpec& spec)
@@ -128,6 +154,7 @@ private:
             RefuseStrayBefore();
             return *chosen;
         }
+        RefuseGroupAlone();
         const auto stray = m_app.remaining();
         if (stray.empty())
         {
@@ -143,6 +170,31 @@ private:
         throw UsageRefusal("unknown command " + Quoted(stray.front()) + "." +
                            DidYouMean(stray.front(), CommandNames(), "") +
                            " signcheck --help lists the commands.");
+    }
+
+    void RefuseGroupAlone() const
+    {
+        for (const auto& [word, group] : m_groups)
+        {
+            if (!group->parsed())
+            {
+                continue;
+            }
+            std::vector<std::string> words;
+            std::string listed;
+            for (const CLI::App* command : group->get_subcommands(nullptr))
+            {
+                words.push_back(command->get_name());
+                listed += (listed.empty() ? "" : ", ") + words.back();
+            }
+            const auto stray = group->remaining();
+            throw UsageRefusal(stray.empty()
+                                   ? "signcheck " + word + " does nothing by itself. " +
+                                         "Name one of: " + listed + "."
+                                   : "unknown command " + Quoted(word + " " + stray.front()) + "." +
+                                         DidYouMean(stray.front(), words, word + " ") +
+                                         " Name one of: " + listed + ".");
+        }
     }
 
     void RefuseStrayBefore() const
@@ -254,6 +306,7 @@ private:
 
     CLI::App m_app;
     std::deque<std::string> m_texts; // addresses stay, which the parser holds
+    std::map<std::string, CLI::App*> m_groups;
     std::vector<ParsedCommand> m_commands;
 };
 

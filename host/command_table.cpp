@@ -9,6 +9,8 @@
 #include "host/init_command.h"
 #include "host/map_command.h"
 #include "host/reports_command.h"
+#include "host/rulebook/export_command.h"
+#include "host/rulebook/validate_command.h"
 
 #include <algorithm>
 
@@ -17,6 +19,8 @@ namespace host
 
 namespace
 {
+
+constexpr const char* kRules = "rules";
 
 constexpr OptionSpec kDb = {"db", OptionKind::Text, "CONN",
                             "ODBC connection string; else SIGNCHECK_DB, else field db of "
@@ -44,6 +48,7 @@ constexpr OptionSpec kContract = {"contract", OptionKind::Text, "CONTRACT",
                                   "identifier of the contract (CUID)", true};
 constexpr OptionSpec kHtml = {"html", OptionKind::Text, "FILE",
                               "also write one page that needs no network and prints well"};
+constexpr OptionSpec kRuleFile = {"file", OptionKind::Text, "FILE", "the rule file", true};
 
 constexpr OptionSpec kPartnerFilter = {"partner", OptionKind::Text, "P", "of this partner only"};
 constexpr OptionSpec kServiceFilter = {"service", OptionKind::Text, "S", "of this service only"};
@@ -163,6 +168,24 @@ std::vector<CommandSpec> MakeCommands()
           kConfig,
           kJson},
          RunReports},
+        {"rules export",
+         "Print holders, contracts and rules as a rule file (TOML)",
+         {kDb,
+          {"contract", OptionKind::Text, "CUID",
+           "this contract only, with the holders whom its rules name"},
+          kConfig},
+         rulebook::RunExport,
+         "signcheck rules export --contract C-1001 --db \"Driver=SQLite3;Database=bank.db\" > "
+         "rules.toml"},
+        {"rules validate",
+         "List every problem of a rule file",
+         {kRuleFile,
+          {"db", OptionKind::Text, "CONN",
+           "database whose holders rules may name as well as those of the file"},
+          kConfig,
+          kJson},
+         rulebook::RunValidate,
+         "signcheck rules validate rules.toml"},
     };
 }
 
@@ -180,6 +203,11 @@ const CommandSpec* FindCommand(const std::string& name)
     const auto found = std::find_if(commands.begin(), commands.end(),
                                     [&name](const auto& command) { return name == command.name; });
     return found == commands.end() ? nullptr : &*found;
+}
+
+const char* FindGroupSummary(const std::string& word)
+{
+    return word == kRules ? "Keep holders, contracts and rules as files" : nullptr;
 }
 
 const OptionSpec* FindOption(const CommandSpec& command, const std::string& name)

@@ -28,10 +28,11 @@ struct OptionSpec
 
 struct CommandSpec
 {
-    const char* name;
+    const char* name; ///< one word, or the word of a group and one of its own: "rules export"
     const char* summary;
     std::vector<OptionSpec> options;
     int (*run)(const OptionValues& values);
+    const char* example = nullptr; ///< closes the help
 };
 
 /// Every command of signcheck.
@@ -42,6 +43,9 @@ const CommandSpec* FindCommand(const std::string& name);
 
 /// Null when the command has no such option.
 const OptionSpec* FindOption(const CommandSpec& command, const std::string& name);
+
+/// What the commands of a group have in common; null when none begins with the word.
+const char* FindGroupSummary(const std::string& word);
 
 /// Names for suggestions.
 std::vector<std::string> CommandNames();

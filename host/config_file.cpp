@@ -5,7 +5,8 @@
 #include "host/refusal.h"
 #include "host/suggestion.h"
 #include "host/text.h"
-#include "port/files.h"
+#include "host/text_file.h"
+#include "host/toml_kind.h"
 #include "port/secrecy.h"
 
 #include <toml++/toml.h>
@@ -18,7 +19,7 @@ namespace host
 namespace
 {
 
-constexpr std::int64_t kLargestFile = std::int64_t{1024} * 1024;
+constexpr std::int64_t kLargestFileMiB = 1;
 
 /// Where in the file a message points to.
 struct Place
@@ -37,33 +38,8 @@ struct Place
 [[noreturn]] void RefuseType(const Place& place, const std::string& expected,
                              const toml::node& found, const std::string& example)
 {
-    std::string kind;
-    switch (found.type())
-    {
-    case toml::node_type::string:
-        kind = "text";
-        break;
-    case toml::node_type::integer:
-        kind = "a whole number";
-        break;
-    case toml::node_type::floating_point:
-        kind = "a number with decimals";
-        break;
-    case toml::node_type::boolean:
-        kind = "true or false";
-        break;
-    case toml::node_type::array:
-        kind = "a list";
-        break;
-    case toml::node_type::table:
-        kind = "a table";
-        break;
-    default:
-        kind = "a date or time";
-        break;
-    }
-    throw UsageRefusal(place.Text() + ": expected " + expected + ", found " + kind + ". Write " +
-                       example + ".");
+    throw UsageRefusal(place.Text() + ": expected " + expected + ", found " + KindOf(found) +
+                       ". Write " + example + ".");
 }
 
 std::string TextOf(const toml::node& node, const OptionSpec& spec, const Place& place)
@@ -136,13 +112,29 @@ const OptionSpec* FindInAnyCommand(const std::string& name)
                        " Fields are named like the options of signcheck, without dashes.");
 }
 
+[[noreturn]] void RefuseTable(const Place& place, const std::string& name)
+{
+    throw UsageRefusal(place.Text() + ": unknown table [" + Printable(name) + "]." +
+                       DidYouMean(name, CommandNames(), "") +
+                       " Tables are named like the commands of signcheck, with a point for the "
+                       "blank.");
+}
+
+// Of a command's own table: [rules.export] for "rules export".
+std::string TableName(const CommandSpec& command)
+{
+    std::string name = command.name;
+    std::replace(name.begin(), name.end(), ' ', '.');
+    return name;
+}
+
 void AddTable(const toml::table& table, const CommandSpec& owner, const std::string& file,
               OptionValues* values)
 {
     for (const auto& [key, node] : table)
     {
         const std::string name(key.str());
-        const Place place{file, key.source(), std::string(owner.name) + "." + Printable(name)};
+        const Place place{file, key.source(), TableName(owner) + "." + Printable(name)};
         const OptionSpec* spec = name == kConfigOption ? nullptr : FindOption(owner, name);
         if (spec == nullptr)
         {
@@ -156,27 +148,37 @@ void AddTable(const toml::table& table, const CommandSpec& owner, const std::str
     }
 }
 
-// A command's own table goes before the keys at the top, wherever it stands in the file.
-void AddCommandTables(const toml::table& root, const std::string& file, const CommandSpec& command,
-                      OptionValues& values)
+// A command's own table goes before the keys at the top, wherever it stands in the file. Tables of
+// grouped commands stand in the table of their group, whose word is then in `group`.
+void AddCommandTables(const toml::table& tables, const std::string& group, const std::string& file,
+                      const CommandSpec& command, OptionValues& values)
 {
-    for (const auto& [key, node] : root)
+    for (const auto& [key, node] : tables)
     {
+        const std::string word(key.str());
+        const std::string name = group.empty() ? word : group + " " + word;
         const toml::table* table = node.as_table();
         if (table == nullptr)
         {
+            if (!group.empty())
+            {
+                RefuseKey({file, key.source(), group + "." + Printable(word)}, name,
+                          CommandNames());
+            }
             continue;
         }
-        const std::string name(key.str());
-        const CommandSpec* owner = FindCommand(name);
-        if (owner == nullptr)
+        if (const CommandSpec* owner = FindCommand(name); owner != nullptr)
         {
-            const Place place{file, node.source(), ""};
-            throw UsageRefusal(place.Text() + ": unknown table [" + Printable(name) + "]." +
-                               DidYouMean(name, CommandNames(), "") +
-                               " Tables are named like the commands of signcheck.");
+            AddTable(*table, *owner, file, owner == &command ? &values : nullptr);
         }
-        AddTable(*table, *owner, file, owner == &command ? &values : nullptr);
+        else if (group.empty() && FindGroupSummary(word) != nullptr)
+        {
+            AddCommandTables(*table, word, file, command, values);
+        }
+        else
+        {
+            RefuseTable({file, node.source(), ""}, name);
+        }
     }
 }
 
@@ -204,36 +206,6 @@ void AddTopKeys(const toml::table& root, const std::string& file, const CommandS
     }
 }
 
-std::string ReadConfigFile(const OptionValue& path)
-{
-    const std::string narrow = ExistingFilePath(path, "the settings file");
-    port::File file;
-    if (!file.Open(narrow.c_str(), port::OpenMode::Read))
-    {
-        throw UsageRefusal(path.origin + ": the settings file " + Quoted(path.text) +
-                           " cannot be read. Give its owner the right to read it.");
-    }
-    const std::int64_t size = file.Size();
-    if (size < 0 || size > kLargestFile)
-    {
-        throw UsageRefusal(path.origin + ": the settings file " + Quoted(path.text) +
-                           " is larger than 1 MiB. Give a settings file in TOML.");
-    }
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    std::size_t filled = 0;
-    while (filled < bytes.size())
-    {
-        const std::int64_t count = file.Read(bytes.data() + filled, bytes.size() - filled);
-        if (count <= 0)
-        {
-            break;
-        }
-        filled += static_cast<std::size_t>(count);
-    }
-    bytes.resize(filled);
-    return bytes;
-}
-
 toml::table ParseConfig(const std::string& toml, const std::string& name)
 {
     try
@@ -258,13 +230,13 @@ bool HoldsPassword(const toml::table& table)
 // At the top and in every command's table, whichever command is run: the file is what others read.
 bool HoldsPasswordAnywhere(const toml::table& root)
 {
-    return HoldsPassword(root) || std::any_of(root.begin(), root.end(),
-                                              [](const auto& entry)
-                                              {
-                                                  const toml::table* table =
-                                                      entry.second.as_table();
-                                                  return table != nullptr && HoldsPassword(*table);
-                                              });
+    return HoldsPassword(root) ||
+           std::any_of(root.begin(), root.end(),
+                       [](const auto& entry)
+                       {
+                           const toml::table* table = entry.second.as_table();
+                           return table != nullptr && HoldsPasswordAnywhere(*table);
+                       });
 }
 
 void RequireOwnersOnly(const OptionValue& path)
@@ -285,7 +257,7 @@ void RequireOwnersOnly(const OptionValue& path)
 void AddFields(const toml::table& root, const std::string& name, const CommandSpec& command,
                OptionValues& values)
 {
-    AddCommandTables(root, name, command, values);
+    AddCommandTables(root, "", name, command, values);
     AddTopKeys(root, name, command, values);
 }
 
@@ -300,7 +272,8 @@ void AddFromConfigText(const std::string& toml, const std::string& name, const C
 void AddFromConfigFile(const OptionValue& path, const CommandSpec& command, OptionValues& values)
 {
     const std::string name = Printable(path.text);
-    const toml::table root = ParseConfig(ReadConfigFile(path), name);
+    const toml::table root =
+        ParseConfig(ReadTextFile(path, "the settings file", kLargestFileMiB), name);
     if (HoldsPasswordAnywhere(root))
     {
         RequireOwnersOnly(path);

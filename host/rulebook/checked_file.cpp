@@ -1,0 +1,61 @@
+#include "host/rulebook/checked_file.h"
+
+#include "host/output.h"
+#include "host/refusal.h"
+#include "host/rulebook/validation.h"
+#include "host/text.h"
+#include "host/text_file.h"
+
+namespace rulebook
+{
+
+namespace
+{
+
+constexpr std::int64_t kLargestFileMiB = 64;
+
+} // namespace
+
+CheckedFile CheckRuleFile(const host::OptionValues& values,
+                          const std::set<std::string>& knownHolders)
+{
+    const host::OptionValue* const path = values.Find("file");
+    if (path == nullptr)
+    {
+        throw host::UsageRefusal("argument FILE is missing. Give the path of a rule file, such as "
+                                 "signcheck rules export prints.");
+    }
+    CheckedFile checked;
+    checked.name = host::Printable(path->text);
+    const std::string toml = host::ReadTextFile(*path, "the rule file", kLargestFileMiB);
+    checked.file = ReadRuleFile(toml, checked.problems);
+    Validate(checked.file, knownHolders, checked.problems);
+    return checked;
+}
+
+std::set<std::string> HolderIds(const RuleBook& book)
+{
+    std::set<std::string> ids;
+    for (const Holder& holder : book.holders)
+    {
+        ids.insert(holder.huid);
+    }
+    return ids;
+}
+
+void RefuseProblems(const CheckedFile& checked, const std::string& consequence)
+{
+    for (const Problem& problem : checked.problems.InOrder())
+    {
+        host::Complain(TextOf(problem, checked.name));
+    }
+    if (checked.problems.Errors() > 0)
+    {
+        throw host::Refusal(host::kFindings,
+                            checked.name + " has " + Counted(checked.problems.Errors(), "problem") +
+                                ". Correct " + (checked.problems.Errors() == 1 ? "it" : "them") +
+                                " first; " + consequence);
+    }
+}
+
+} // namespace rulebook

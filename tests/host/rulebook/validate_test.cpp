@@ -1,0 +1,298 @@
+// signcheck rules validate: every problem of a rule file with line, field and remedy.
+
+#include "tests/host/signcheck_process.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace testing_support
+{
+namespace
+{
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::SizeIs;
+
+constexpr const char* kHolder = "[[holder]]\nhuid = \"H1\"\n";
+constexpr const char* kContract = "[[contract]]\ncuid = \"C1\"\npartner = \"P\"\nservice = \"S\"\n"
+                                  "client = \"C\"\nprotocol = 9\nside = \"server\"\n"
+                                  "terms = [ { type = 1 } ]\n";
+
+class RulesValidate : public testing::Test
+{
+protected:
+    Answer Validate(const std::string& toml, const std::vector<std::string>& more = {})
+    {
+        std::vector<std::string> arguments = {"rules", "validate",
+                                              m_folder.Write("rules.toml", toml)};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return RunSigncheck(arguments);
+    }
+
+    // The only finding of a file, as line and text; the exit status must fit its severity.
+    std::string FindingOf(const std::string& toml)
+    {
+        const Answer answer = Validate(toml, {"--json"});
+        const auto findings = answer.Json()["findings"];
+        EXPECT_THAT(findings, SizeIs(1)) << findings.dump(2);
+        if (findings.size() != 1)
+        {
+            return {};
+        }
+        const auto& finding = findings[0];
+        EXPECT_EQ(answer.status, finding["severity"] == "warning" ? 0 : 1);
+        const std::string text = "line " + finding["line"].dump() + ", " +
+                                 finding["field"].get<std::string>() + ": " +
+                                 finding["text"].get<std::string>();
+        EXPECT_NE(finding["remedy"], "");
+        return text;
+    }
+
+    std::string OfCertificate(const std::string& fields)
+    {
+        return FindingOf(std::string(kHolder) + "certificates = [ { " + fields + " } ]\n");
+    }
+
+    std::string OfRule(const std::string& fields)
+    {
+        return FindingOf(std::string(kHolder) + kContract + "rules = [ { " + fields + " } ]\n");
+    }
+
+    TemporaryFolder m_folder;
+    ScopedEnvironment m_connection{"SIGNCHECK_DB", nullptr};
+};
+
+TEST_F(RulesValidate, AGoodFileHasNoProblem)
+{
+    const Answer answer = Validate(std::string(kHolder) + kContract +
+                                   "rules = [ { holder1 = \"H1\", alone = true, "
+                                   "amount = \"500.00\", level = \"file\" } ]\n");
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_THAT(answer.output, testing::EndsWith("rules.toml: 1 holder, 1 contract, 1 rule; "
+                                                 "0 problems, 0 warnings.\n"));
+    EXPECT_EQ(answer.errors, "");
+}
+
+TEST_F(RulesValidate, EveryProblemIsListedInTheOrderOfTheFile)
+{
+    const Answer answer = Validate("[[holder]]\nhuid = 3\noppostion = \"0\"\n[[holder]]\n"
+                                   "huid = \"H1\"\npartner = \"NINECHARS\"\n");
+
+    EXPECT_EQ(answer.status, 1);
+    const auto first = answer.output.find("rules.toml, line 2, field holder.huid: expected text in "
+                                          "quotes, found a whole number. Write huid = \"…\".");
+    const auto second = answer.output.find("line 3, field holder.oppostion: the field is unknown.");
+    const auto third = answer.output.find("line 6, field holder.partner: 'NINECHARS' has 9 "
+                                          "characters and column VPNAME takes 8. Shorten it.");
+    EXPECT_LT(first, second);
+    EXPECT_LT(second, third);
+    EXPECT_NE(third, std::string::npos) << answer.output;
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("Did you mean opposition?"), HasSubstr("3 problems, 0 warnings")));
+}
+
+TEST_F(RulesValidate, TextsLongerThanTheirColumns)
+{
+    const std::string tooLong(256, 'x');
+    EXPECT_THAT(OfCertificate("name = \"" + tooLong + "\""),
+                HasSubstr("256 characters and column CN takes 255"));
+    EXPECT_THAT(OfCertificate("name = \"A\", serial = \"" + tooLong + "\""),
+                HasSubstr("column SERIAL takes 64"));
+    EXPECT_THAT(FindingOf(std::string(kHolder) + "last-name = \"" + tooLong + "\"\n"),
+                HasSubstr("line 3, holder.last-name:"));
+    EXPECT_THAT(OfRule("amount = \"" + std::string(33, '0') + "\""),
+                HasSubstr("column AMOUNT takes 32"));
+    EXPECT_THAT(FindingOf("[[holder]]\nhuid = \"" + std::string(65, 'H') + "\"\n"),
+                HasSubstr("column HUID takes 64"));
+}
+
+TEST_F(RulesValidate, LettersBeyondSixteenBitsCountTwice)
+{
+    std::string letters;
+    for (int count = 0; count < 128; ++count)
+    {
+        letters += "𠮷";
+    }
+    EXPECT_THAT(OfCertificate("name = \"" + letters + "\""), HasSubstr("256 characters"));
+}
+
+TEST_F(RulesValidate, NamesEqualInTheirFirstEightCharacters)
+{
+    const std::string other = "[[contract]]\ncuid = \"C2\"\npartner = \"DUPONTSA2\"\n"
+                              "service = \"S\"\nclient = \"C\"\nprotocol = 9\nside = \"server\"\n"
+                              "terms = [ { type = 1 } ]\n";
+    std::string first = kContract;
+    first.replace(first.find("\"P\""), 3, "\"DUPONTSA\"");
+
+    const Answer answer = Validate(first + other);
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("line 11, field contract.partner: 'DUPONTSA2' has 9 characters"),
+                      HasSubstr("line 11, field contract.partner: 'DUPONTSA2' is the same as "
+                                "'DUPONTSA' of line 3 in its first 8 characters")));
+}
+
+TEST_F(RulesValidate, ApostrophesWhereLookUpsTakeThemAsTheyAre)
+{
+    EXPECT_THAT(OfCertificate("name = \"Siobhán O'Brien\""),
+                AllOf(HasSubstr("line 3, holder.certificates.name:"), HasSubstr("apostrophe")));
+    EXPECT_THAT(FindingOf("[[holder]]\nhuid = \"H'1\"\n"), HasSubstr("apostrophe"));
+    std::string contract = kContract;
+    contract.replace(contract.find("\"C\""), 3, "\"C'\"");
+    EXPECT_THAT(FindingOf(contract),
+                AllOf(HasSubstr("line 5, contract.client:"), HasSubstr("apostrophe")));
+}
+
+TEST_F(RulesValidate, AnApostropheInAPersonsNameIsFine)
+{
+    EXPECT_EQ(Validate(std::string(kHolder) + "last-name = \"O'Brien\"\n").status, 0);
+}
+
+TEST_F(RulesValidate, CertificateNamesThatNoSignerCanHave)
+{
+    EXPECT_THAT(OfCertificate("name = \"A;B\""), HasSubstr("semicolon"));
+    EXPECT_THAT(OfCertificate("name = \"A \""), HasSubstr("blank at an end"));
+    EXPECT_THAT(OfCertificate("name = \"\""), HasSubstr("it is empty"));
+    EXPECT_THAT(OfCertificate("serial = \"1\""), HasSubstr("certificates.name: it is missing"));
+    EXPECT_THAT(OfCertificate("name = \"A\\u0000B\""), HasSubstr("NUL"));
+}
+
+TEST_F(RulesValidate, CertificatesTwice)
+{
+    EXPECT_THAT(OfCertificate("name = \"Élodie\" }, { name = \"éLODIE\""),
+                HasSubstr("has the certificate 'éLODIE' in line 3 already"));
+    EXPECT_THAT(FindingOf(std::string(kHolder) + "certificates = [ { name = \"A\" } ]\n" +
+                          "[[holder]]\nhuid = \"H2\"\ncertificates = [ { name = \"A\" } ]\n"),
+                HasSubstr("the certificate 'A' is also that of holder 'H1' in line 3"));
+}
+
+TEST_F(RulesValidate, HoldersAndContractsTwice)
+{
+    EXPECT_THAT(FindingOf(std::string(kHolder) + kHolder),
+                HasSubstr("line 4, holder.huid: the holder 'H1' stands in line 2 already"));
+    const Answer answer = Validate(std::string(kContract) + kContract);
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("line 10, field contract.cuid: the contract 'C1' stands in line 2"),
+                      HasSubstr("line 16, field contract.terms: WARNING: line 8 has terms for the "
+                                "same partner, service, client, protocol, side and type")));
+}
+
+TEST_F(RulesValidate, AnUnknownHolderInARule)
+{
+    EXPECT_THAT(OfRule("holder1 = \"H2\""),
+                HasSubstr("line 11, contract.rules.holder1: the holder 'H2' is not known"));
+    EXPECT_THAT(OfRule("holder1 = \"H1\", holder2 = \"H\""), HasSubstr("rules.holder2"));
+}
+
+TEST_F(RulesValidate, AmountsThatACheckReadsOtherwise)
+{
+    EXPECT_THAT(OfRule("amount = \"10,000\""),
+                HasSubstr("contract.rules.amount: '10,000' can be taken for 10.00 and for "
+                          "10000.00; a check reads it as 10.00"));
+    EXPECT_THAT(OfRule("amount = \"1.234.567\""),
+                HasSubstr("says 1234567.00, but a check reads it as 1234.567"));
+    EXPECT_THAT(OfRule("amount = \"1e5\""), HasSubstr("is no amount; a check reads it as 15.00"));
+    EXPECT_THAT(OfRule("amount = 1000.5"),
+                HasSubstr("expected text in quotes, found a number with decimals"));
+}
+
+TEST_F(RulesValidate, WrongTypesAndUnknownWords)
+{
+    EXPECT_THAT(OfRule("alone = \"yes\""), HasSubstr("expected true or false, found text"));
+    EXPECT_THAT(OfRule("level = \"files\""), HasSubstr("'files' is none of its words"));
+    EXPECT_THAT(OfRule("level = 3000000000"), HasSubstr("beyond what its column takes"));
+    EXPECT_THAT(OfCertificate("name = \"A\", expires = \"2027-02-29\""),
+                HasSubstr("'2027-02-29' is no date"));
+    EXPECT_THAT(OfCertificate("name = \"A\", expires = 5"),
+                HasSubstr("expected a date, found a whole number"));
+    EXPECT_THAT(FindingOf("holder = 1\n"), HasSubstr("expected a list of tables"));
+    EXPECT_THAT(FindingOf("[[holders]]\nhuid = \"H1\"\n"), HasSubstr("holders: the field is"));
+    EXPECT_THAT(FindingOf(std::string(kHolder) + "certificates = [ 1 ]\n"),
+                HasSubstr("expected a table"));
+}
+
+TEST_F(RulesValidate, ContractsThatAreNotWhole)
+{
+    EXPECT_THAT(FindingOf("[[contract]]\ncuid = \"C1\"\n"),
+                HasSubstr("it has neither terms nor entry"));
+    EXPECT_THAT(FindingOf("[[contract]]\ncuid = \"C1\"\nrules = [ {} ]\n"),
+                HasSubstr("has rules but no terms"));
+    std::string contract = kContract;
+    contract.erase(contract.find("client"), 13);
+    EXPECT_THAT(FindingOf(contract), HasSubstr("line 7, contract.terms.client: it is missing"));
+    EXPECT_THAT(FindingOf("[[contract]]\npartner = \"P\"\nservice = \"S\"\nclient = \"C\"\n"
+                          "protocol = 9\nside = 1\nentry = {}\n"),
+                HasSubstr("contract.cuid: it is missing"));
+    EXPECT_THAT(FindingOf("[[contract]]\npartner = \"P\"\nservice = \"S\"\nclient = \"C\"\n"
+                          "protocol = 9\nside = 1\nterms = [ { type = 1 }, { type = 2 } ]\n"),
+                HasSubstr("awaits its identifier, and it has several"));
+}
+
+TEST_F(RulesValidate, DoubtsAreWarnings)
+{
+    EXPECT_THAT(FindingOf(std::string(kHolder) + "opposition = \"yes\"\n"),
+                HasSubstr("'yes' is no number; a check reads it as not in opposition"));
+    std::string contract = kContract;
+    contract.replace(contract.find("\"server\""), 8, "2");
+    EXPECT_THAT(FindingOf(contract), HasSubstr("side 2 is neither"));
+}
+
+TEST_F(RulesValidate, LettersWithoutAPlaceWhereACheckReadsWindows1252)
+{
+    EXPECT_THAT(FindingOf("[[holder]]\nhuid = \"Б\"\n"),
+                AllOf(HasSubstr("'Б'"), HasSubstr("Windows-1252")));
+    EXPECT_EQ(Validate(std::string(kHolder) + "last-name = \"Дмитрий\"\n").status, 0);
+}
+
+TEST_F(RulesValidate, ATextThatIsNoTomlIsToldWithItsLine)
+{
+    EXPECT_THAT(FindingOf(std::string(kHolder) + "partner = \n"), HasSubstr("line 3, : "));
+    EXPECT_THAT(FindingOf("huid = \"\xC3\x28\"\n"), HasSubstr("line 1"));
+}
+
+TEST_F(RulesValidate, AnEmptyFileHasNoProblem)
+{
+    EXPECT_EQ(Validate("").status, 0);
+}
+
+TEST_F(RulesValidate, AFileThatIsNotThereIsRefused)
+{
+    EXPECT_EQ(RunSigncheck({"rules", "validate", m_folder.Path("none.toml")}).status, 64);
+    EXPECT_EQ(RunSigncheck({"rules", "validate", m_folder.Path()}).status, 64);
+    EXPECT_THAT(RunSigncheck({"rules", "validate"}).errors,
+                HasSubstr("argument FILE is missing. Give the path of a rule file"));
+}
+
+using RulesValidateWithDatabase = SampleBankTest;
+
+TEST_F(RulesValidateWithDatabase, HoldersOfTheDatabaseAreKnown)
+{
+    const std::string file =
+        m_folder.Write("part.toml", std::string(kContract) + "rules = [ { holder1 = \"FR-0001\" "
+                                                             "} ]\n");
+
+    EXPECT_EQ(RunSigncheck({"rules", "validate", file}).status, 1);
+    EXPECT_EQ(RunSigncheck({"rules", "validate", file, "--db", Db()}).status, 0);
+}
+
+TEST_F(RulesValidateWithDatabase, TheExportOfTheSampleBankIsValid)
+{
+    const Answer exported = RunSigncheck({"rules", "export", "--db", Db()});
+    const std::string file = m_folder.Write("bank.toml", exported.output);
+
+    const Answer answer = RunSigncheck({"rules", "validate", file, "--json"});
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_EQ(answer.Json()["holders"], 12);
+    EXPECT_EQ(answer.Json()["rules"], 12);
+    // Two certificates of the bank are shared on purpose.
+    EXPECT_EQ(answer.Json()["warnings"], 2);
+}
+
+} // namespace
+} // namespace testing_support
