@@ -9,6 +9,8 @@
 #include "host/init_command.h"
 #include "host/map_command.h"
 #include "host/reports_command.h"
+#include "host/rulebook/apply_command.h"
+#include "host/rulebook/diff_command.h"
 #include "host/rulebook/export_command.h"
 #include "host/rulebook/validate_command.h"
 
@@ -49,6 +51,10 @@ constexpr OptionSpec kContract = {"contract", OptionKind::Text, "CONTRACT",
 constexpr OptionSpec kHtml = {"html", OptionKind::Text, "FILE",
                               "also write one page that needs no network and prints well"};
 constexpr OptionSpec kRuleFile = {"file", OptionKind::Text, "FILE", "the rule file", true};
+
+constexpr OptionSpec kRemove = {"remove", OptionKind::Flag, "",
+                                "take away the holders and contracts that the file does not name; "
+                                "without it they stay as they are"};
 
 constexpr OptionSpec kPartnerFilter = {"partner", OptionKind::Text, "P", "of this partner only"};
 constexpr OptionSpec kServiceFilter = {"service", OptionKind::Text, "S", "of this service only"};
@@ -186,6 +192,21 @@ std::vector<CommandSpec> MakeCommands()
           kJson},
          rulebook::RunValidate,
          "signcheck rules validate rules.toml"},
+        {"rules diff",
+         "Show what a rule file would change in the database",
+         {kRuleFile, kDb, kRemove, kConfig, kJson},
+         rulebook::RunDiff,
+         "signcheck rules diff rules.toml --db \"Driver=SQLite3;Database=bank.db\""},
+        {"rules apply",
+         "Make the database what a rule file says, all or nothing",
+         {kRuleFile,
+          kDb,
+          kRemove,
+          {"yes", OptionKind::Flag, "", "do not ask; needed where standard input is no terminal"},
+          kConfig,
+          kJson},
+         rulebook::RunApply,
+         "signcheck rules apply rules.toml --db \"Driver=SQLite3;Database=bank.db\""},
     };
 }
 

@@ -20,4 +20,7 @@ SIGNUTILS_PORT_API std::string Utf8Environment(const char* name);
 /// Lets bytes pass through standard output and error as they are, UTF-8 on a console too.
 SIGNUTILS_PORT_API void UseUtf8Output();
 
+/// Whether standard input is a terminal, at which somebody can be asked.
+SIGNUTILS_PORT_API bool InputIsTerminal();
+
 } // namespace port

@@ -1,6 +1,7 @@
 #include "port/program.h"
 
 #include <cstdlib>
+#include <unistd.h>
 
 namespace port
 {
@@ -21,5 +22,10 @@ std::string Utf8Environment(const char* name)
 }
 
 void UseUtf8Output() {}
+
+bool InputIsTerminal()
+{
+    return isatty(STDIN_FILENO) == 1;
+}
 
 } // namespace port

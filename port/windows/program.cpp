@@ -47,4 +47,11 @@ void UseUtf8Output()
     SetConsoleOutputCP(CP_UTF8);
 }
 
+bool InputIsTerminal()
+{
+    // The null device is a device of characters, too, but has no mode of a console.
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode) != 0;
+}
+
 } // namespace port

@@ -1,0 +1,31 @@
+#include "host/rulebook/diff_command.h"
+
+#include "database/cdatabase.h"
+#include "host/exit_status.h"
+#include "host/output.h"
+#include "host/rulebook/change_text.h"
+#include "host/rulebook/planned_change.h"
+
+#include <nlohmann/json.hpp>
+
+namespace rulebook
+{
+
+int RunDiff(const host::OptionValues& values)
+{
+    const host::Connection connection = host::ConnectionFrom(values);
+    CDatabase database;
+    PlannedChange planned;
+    Plan(values, connection, database, planned);
+    if (values.IsOn("json"))
+    {
+        host::PrintJson(AsJson(planned.change));
+    }
+    else
+    {
+        host::Print(AsText(planned.change));
+    }
+    return planned.change.IsEmpty() ? host::kDone : host::kFindings;
+}
+
+} // namespace rulebook
