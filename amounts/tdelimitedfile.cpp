@@ -54,11 +54,9 @@ bool TDelimitedFile::OpenFile(const char* path)
     }
     if (!m_file.Open(path))
     {
-        m_fileName.clear();
         TellFatalError("Fatal error : unable to open input file %s\n", path);
         return false;
     }
-    m_hasMoreRows = true;
     m_intact = true;
     return true;
 }

@@ -1,5 +1,6 @@
 #include "amounts/format_conversion.h"
 #include "amounts/tdelimitedfile.h"
+#include "amounts/text_line_reader.h"
 #include "port/com.h"
 #include "port/files.h"
 #include "tests/amounts/scripted_engine.h"
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -135,6 +137,21 @@ TEST(PosixDelimitedFile, IsNotIntactAfterAReadThatFailed)
     TDelimitedFile file("/proc/self/mem", 0);
     EXPECT_FALSE(file.HasRow());
     EXPECT_FALSE(file.IsIntact());
+}
+
+TEST(PosixDelimitedFile, ReaderForgetsAFailureWhenItIsOpenedAgain)
+{
+    const TemporaryFolder folder;
+    amounts::TextLineReader reader;
+    std::string_view line;
+    ASSERT_TRUE(reader.Open("/proc/self/mem"));
+    EXPECT_FALSE(reader.ReadLine(line));
+    EXPECT_TRUE(reader.HasFailed());
+    ASSERT_TRUE(reader.Open(folder.Write("order.xml.veu.bp", "A").c_str()));
+    EXPECT_FALSE(reader.HasFailed());
+    EXPECT_FALSE(reader.ReadLine(line));
+    EXPECT_EQ(line, "A");
+    EXPECT_FALSE(reader.HasFailed());
 }
 
 TEST(PosixDelimitedFile, IsGivenBackToTheSystemByClosingIt)

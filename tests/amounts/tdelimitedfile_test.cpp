@@ -319,6 +319,8 @@ std::string ErrorsOfOpening(const char* path, std::size_t failingSize = 0)
     {
         const testing_support::FailLargeAllocation fault(failingSize == 0 ? SIZE_MAX : failingSize);
         TDelimitedFile file(path, kFourLines);
+        EXPECT_EQ(file.GetHeaderLineCount(), 0);
+        EXPECT_EQ(file.GetRowCounter(), 0U);
         DelimitedRow row;
         file.ReadRow(row);
         EXPECT_TRUE(row.IsEmpty());

@@ -66,8 +66,10 @@ const LineCase kLineCases[] = {
     {"FinalLineEndIsFollowedByNoLine", "a\r\nb\r\n", {"a\n", "b\n"}},
     {"BareLineFeedsEndLines", "a\nb\n", {"a\n", "b\n"}},
     {"MixedLineEnds", "a\nb\r\nc", {"a\n", "b\n", "c"}},
+    {"FirstLineMayBeEmpty", "\na", {"\n", "a"}},
     {"EmptyLinesCount", "\r\n\n\r\na", {"\n", "\n", "\n", "a"}},
     {"LoneCarriageReturnStays", "a\rb\r\nc\r", {"a\rb\n", "c\r"}},
+    {"CarriageReturnBeforeTheLastCharacterStays", "a\rb", {"a\rb"}},
     {"OnlyOneCarriageReturnIsTaken", "a\r\r\nb", {"a\r\n", "b"}},
     {"EndMarkEndsTheFile",
      "a\r\nb\x1A"
@@ -142,8 +144,9 @@ TEST(TextLineReader, ClosedReaderHasNoLine)
     const TemporaryFolder folder;
     TextLineReader reader;
     ASSERT_TRUE(reader.Open(folder.Write("text.txt", "a\nb\n").c_str()));
-    reader.Close();
     std::string_view line;
+    EXPECT_TRUE(reader.ReadLine(line)); // the block holds the second one, too
+    reader.Close();
     EXPECT_FALSE(reader.ReadLine(line));
     EXPECT_EQ(line, "");
     EXPECT_FALSE(reader.HasFailed());
@@ -158,6 +161,28 @@ TEST(TextLineReader, EndMarkFirstInItsBlockLeavesNoFurtherLine)
     std::string_view line;
     EXPECT_FALSE(reader.ReadLine(line));
     EXPECT_EQ(line.size(), 65536U);
+}
+
+TEST(TextLineReader, FileOfManyLinesNeedsTheMemoryOfOneBlock)
+{
+    constexpr std::size_t kBlock = std::size_t{64} * 1024;
+    std::string bytes;
+    for (int i = 0; i < 50'000; ++i)
+    {
+        bytes += std::to_string(i) + "\n";
+    }
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("text.txt", bytes);
+    const testing_support::AllocationLimit limit(kBlock + 1);
+    TextLineReader reader;
+    ASSERT_TRUE(reader.Open(path.c_str()));
+    std::string_view line;
+    for (int i = 0; i < 50'000; ++i)
+    {
+        ASSERT_EQ(reader.ReadLine(line), i < 49'999);
+        ASSERT_EQ(line, std::to_string(i) + "\n");
+    }
+    EXPECT_FALSE(limit.WasUsed());
 }
 
 TEST(TextLineReader, LineWithoutMemoryIsEmpty)

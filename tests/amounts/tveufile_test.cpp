@@ -143,7 +143,7 @@ TEST_F(VeuFile, OrderSectionReadsEveryKey)
              "cp_isBankCodeBICOrig=false\r\ncp_isAccountIBANOrig=0\r\n"
              "cp_BankCodeOrig=$CTL_CPTCREDIT\r\ncp_AccountCurrencyOrig=$CTL_MONTANT\r\n"
              "cp_AccountNumberOrig=$CTL_DEVISE\r\ncp_AccountHolderOrig=$CTL_REF_TRANS\r\n"
-             "cp_isBankCodeBICRecip=true\r\ncp_isAccountIBANRecip=True\r\n"
+             "cp_isBankCodeBICRecip=true\r\ncp_isAccountIBANRecip=no\r\n"
              "cp_BankCodeRecip=$CTL_URGENT\r\ncp_AccountCurrencyRecip=$CTL_EXEC_DATE\r\n"
              "cp_AccountNumberRecip=$BANQUE\r\ncp_AccountHolderRecip=$GUICHET\r\n"
              "cp_Libelle=$COMPTE\r\n");
@@ -160,12 +160,20 @@ TEST_F(VeuFile, OrderSectionReadsEveryKey)
     EXPECT_EQ(columns.accountNumberOrig, 5);
     EXPECT_EQ(columns.accountHolderOrig, 6);
     EXPECT_FALSE(columns.isBankCodeBicRecip) << "only a capital T is true";
-    EXPECT_TRUE(columns.isAccountIbanRecip);
+    EXPECT_FALSE(columns.isAccountIbanRecip);
     EXPECT_EQ(columns.bankCodeRecip, 7);
     EXPECT_EQ(columns.accountCurrencyRecip, 8);
     EXPECT_EQ(columns.accountNumberRecip, 9);
     EXPECT_EQ(columns.accountHolderRecip, 10);
     EXPECT_EQ(columns.label, 11);
+}
+
+TEST_F(VeuFile, FlagThatBeginsWithACapitalTIsTrue)
+{
+    TVeuFile& file = Open("[cp]\r\ncp_isAccountIBANRecip=True\r\ncp_isAccountIBANOrig=T\r\n");
+    file.LoadOrderSection("cp");
+    EXPECT_TRUE(file.GetOrderColumns().isAccountIbanRecip);
+    EXPECT_TRUE(file.GetOrderColumns().isAccountIbanOrig);
 }
 
 TEST_F(VeuFile, MissingAndEmptyKeysTellNothingAndGiveDefaults)
