@@ -28,25 +28,6 @@ constexpr std::size_t kFileNameKept = 256;
 // The contract tables keep signed numbers.
 constexpr std::uint32_t kLargestContractNumber = 0x7FFFFFFF;
 
-std::vector<std::string> SplitSigners(const std::string& utf8)
-{
-    std::vector<std::string> names;
-    std::size_t begin = 0;
-    while (begin <= utf8.size())
-    {
-        const std::size_t end = std::min(utf8.find(';', begin), utf8.size());
-        std::string name = utf8.substr(begin, end - begin);
-        name.erase(0, std::min(name.find_first_not_of(" \t"), name.size()));
-        name.erase(name.find_last_not_of(" \t") + 1);
-        if (!name.empty())
-        {
-            names.push_back(std::move(name));
-        }
-        begin = end + 1;
-    }
-    return names;
-}
-
 std::string UpTo(const OptionValues& values, const std::string& name, std::size_t longest)
 {
     const OptionValue* value = values.Find(name);
@@ -217,6 +198,25 @@ void WarnOfApostrophes(const CheckRequest& request, std::vector<std::string>& wa
 }
 
 } // namespace
+
+std::vector<std::string> SplitSigners(const std::string& utf8)
+{
+    std::vector<std::string> names;
+    std::size_t begin = 0;
+    while (begin <= utf8.size())
+    {
+        const std::size_t end = std::min(utf8.find(';', begin), utf8.size());
+        std::string name = utf8.substr(begin, end - begin);
+        name.erase(0, std::min(name.find_first_not_of(" \t"), name.size()));
+        name.erase(name.find_last_not_of(" \t") + 1);
+        if (!name.empty())
+        {
+            names.push_back(std::move(name));
+        }
+        begin = end + 1;
+    }
+    return names;
+}
 
 CheckRequest ReadCheckRequest(const OptionValues& values)
 {

@@ -49,6 +49,9 @@ struct CheckRequest
 /// UsageRefusal.
 CheckRequest ReadCheckRequest(const OptionValues& values);
 
+/// Certificate names separated by ';', trimmed, empty ones left out; UTF-8.
+std::vector<std::string> SplitSigners(const std::string& utf8);
+
 /// The folder that status reports are handed on to, in Windows-1252.
 std::string HandOffStore(const CheckRequest& request);
 

@@ -7,12 +7,15 @@
 #include "host/events_command.h"
 #include "host/history_command.h"
 #include "host/init_command.h"
+#include "host/lint_command.h"
 #include "host/map_command.h"
+#include "host/pending_command.h"
 #include "host/reports_command.h"
 #include "host/rulebook/apply_command.h"
 #include "host/rulebook/diff_command.h"
 #include "host/rulebook/export_command.h"
 #include "host/rulebook/validate_command.h"
+#include "host/simulate_command.h"
 
 #include <algorithm>
 
@@ -48,6 +51,8 @@ constexpr OptionSpec kFormat = {"format", OptionKind::Text, "F",
 
 constexpr OptionSpec kContract = {"contract", OptionKind::Text, "CONTRACT",
                                   "identifier of the contract (CUID)", true};
+constexpr OptionSpec kContractOrAll = {"contract", OptionKind::Text, "CONTRACT",
+                                       "identifier of the contract (CUID); else all of them", true};
 constexpr OptionSpec kHtml = {"html", OptionKind::Text, "FILE",
                               "also write one page that needs no network and prints well"};
 constexpr OptionSpec kRuleFile = {"file", OptionKind::Text, "FILE", "the rule file", true};
@@ -55,6 +60,19 @@ constexpr OptionSpec kRuleFile = {"file", OptionKind::Text, "FILE", "the rule fi
 constexpr OptionSpec kRemove = {"remove", OptionKind::Flag, "",
                                 "take away the holders and contracts that the file does not name; "
                                 "without it they stay as they are"};
+
+constexpr OptionSpec kSigners = {"signers", OptionKind::Text, "\"A;B\"",
+                                 "certificate names, separated by ;"};
+constexpr OptionSpec kTotal = {"total", OptionKind::Amount, "X",
+                               "total amount of the file, such as 1500.00"};
+constexpr OptionSpec kLargest = {"largest", OptionKind::Amount, "Y",
+                                 "largest single order of the file"};
+constexpr OptionSpec kCurrency = {"currency", OptionKind::Text, "CUR",
+                                  "currency of both amounts, such as EUR"};
+constexpr OptionSpec kVeu = {"veu", OptionKind::Flag, "",
+                             "distributed signatures, which arrive one by one"};
+constexpr OptionSpec kTypeAskedFor = {"type", OptionKind::Number, "N",
+                                      "order type; else every one that the contract has terms for"};
 
 constexpr OptionSpec kPartnerFilter = {"partner", OptionKind::Text, "P", "of this partner only"};
 constexpr OptionSpec kServiceFilter = {"service", OptionKind::Text, "S", "of this service only"};
@@ -73,15 +91,15 @@ std::vector<OptionSpec> CheckOptions()
         {"type", OptionKind::Number, "N", "contract type"},
         {"requester", OptionKind::Flag, "",
          "the check runs on the requester's side, not the bank's"},
-        {"veu", OptionKind::Flag, "", "distributed signatures, which arrive one by one"},
-        {"signers", OptionKind::Text, "\"A;B\"", "certificate names, separated by ;"},
+        kVeu,
+        kSigners,
         {"format", OptionKind::Text, "F",
          "work the amounts out of the file, which has this format: auto, ISO20022/pain.001, "
          "ISO20022/pain.008, CFONB/160, CFONB/320 or SWIFT/MT101"},
         {"total", OptionKind::Amount, "X",
          "without --format: total amount of the file, such as 1500.00"},
-        {"largest", OptionKind::Amount, "Y", "largest single order of the file"},
-        {"currency", OptionKind::Text, "CUR", "currency of both amounts, such as EUR"},
+        kLargest,
+        kCurrency,
         {"psr-service", OptionKind::Text, "S",
          "on a refusal hand on a status report under this service, at most 8 characters"},
         {"party", OptionKind::Text, "BIC", "bank that issues the status report"},
@@ -130,6 +148,19 @@ std::vector<CommandSpec> MakeCommands()
          "Show who may release what under one contract",
          {kContract, kDb, kHtml, kConfig, kJson},
          RunMap},
+        {"lint",
+         "Show what the authors of rules may not have meant",
+         {kContractOrAll, kDb, kConfig, kJson},
+         RunLint},
+        {"simulate",
+         "Judge an order that nobody has made",
+         {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kVeu, kTypeAskedFor, kConfig,
+          kJson},
+         RunSimulate},
+        {"pending",
+         "Show who can still complete a distributed order",
+         {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kTypeAskedFor, kConfig, kJson},
+         RunPending},
         {"history",
          "Show the decisions recorded",
          {kDb,

@@ -142,6 +142,15 @@ Amounts GreatestOf(const Cell& cell)
     return {total, std::min(Greatest(cell.largest), total)};
 }
 
+Amounts UsualOf(const Cell& cell)
+{
+    constexpr double kUsual = 1000000.0;
+    const double above =
+        2 * std::max(cell.total.above.value_or(0.0), cell.largest.above.value_or(0.0));
+    const double total = cell.total.upTo.value_or(std::max(kUsual, above));
+    return {total, std::min(cell.largest.upTo.value_or(total), total)};
+}
+
 std::string InWords(const Cell& cell)
 {
     const std::string total = InWords(cell.total, "total");

@@ -54,6 +54,9 @@ std::vector<Cell> CellsOf(const Limits& limits);
 /// The least and the greatest amounts of a cell: just above its lower limits and at its upper ones.
 Amounts LeastOf(const Cell& cell);
 Amounts GreatestOf(const Cell& cell);
+/// Amounts of the cell that a file may well have: at its upper limits, or some way above its lower
+/// ones.
+Amounts UsualOf(const Cell& cell);
 
 /// "total up to 5000.00, largest order above 100.00"; an axis without limits is left out, and
 /// "any amount" says that both are.

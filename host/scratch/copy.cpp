@@ -22,20 +22,25 @@ constexpr const char* kDifferences =
     "trailing blanks count, accents always count, and texts longer than their columns are kept "
     "whole; the database itself may find other holders for such names.";
 
-void Fill(const host::Connection& where, const rulebook::RuleBook& book)
+void Open(CDatabase& database, const host::Connection& where)
 {
-    CDatabase database;
     database.OpenEx(where.text.c_str(), CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
-    schema::Install(database);
+}
+
+void Write(CDatabase& database, const rulebook::RuleBook& book)
+{
     schema::Transaction transaction(database);
+    for (const wchar_t* const table : {L"SSR_HOLDER", L"SSR_HOLDERID", L"SSR_CONTRACT",
+                                       L"SSR_CONTRACTCUR", L"SSR_CONTRACTRULE"})
+    {
+        database.ExecuteSQLW((std::wstring(L"DELETE FROM ") + table).c_str());
+    }
     rulebook::WriteRuleBook(database, book);
     transaction.Commit();
 }
 
-} // namespace
-
-Copy::Copy(CDatabase& source, const host::Connection& connection, const rulebook::RuleBook& book)
-    : m_place(source, connection)
+template <typename Work>
+void Guarded(const host::Connection& where, Work&& work)
 {
     std::optional<std::string> reason;
     database::GuardDatabase(
@@ -43,7 +48,9 @@ Copy::Copy(CDatabase& source, const host::Connection& connection, const rulebook
         {
             try
             {
-                Fill(m_place.Where(), book);
+                CDatabase database;
+                Open(database, where);
+                work(database);
             }
             catch (const schema::SchemaError& error)
             {
@@ -57,10 +64,27 @@ Copy::Copy(CDatabase& source, const host::Connection& connection, const rulebook
     {
         throw host::Refusal(host::kCouldNotRun,
                             "a copy of the rules cannot be written to " +
-                                host::Quoted(m_place.Where().shown) + ": " +
-                                host::Printable(*reason) +
+                                host::Quoted(where.shown) + ": " + host::Printable(*reason) +
                                 ". Check the disk and the user's rights, and repeat the command.");
     }
+}
+
+} // namespace
+
+Copy::Copy(CDatabase& source, const host::Connection& connection, const rulebook::RuleBook& book)
+    : m_place(source, connection)
+{
+    Guarded(m_place.Where(),
+            [&book](CDatabase& database)
+            {
+                schema::Install(database);
+                Write(database, book);
+            });
+}
+
+void Copy::Replace(const rulebook::RuleBook& book)
+{
+    Guarded(m_place.Where(), [&book](CDatabase& database) { Write(database, book); });
 }
 
 std::string Copy::Provenance() const

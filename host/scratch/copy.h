@@ -16,6 +16,9 @@ public:
     /// Raises host::Refusal with kCouldNotRun.
     Copy(CDatabase& source, const host::Connection& connection, const rulebook::RuleBook& book);
 
+    /// Puts another rule book in the place of the one that is there. Raises as the constructor.
+    void Replace(const rulebook::RuleBook& book);
+
     const host::Connection& Where() const noexcept { return m_place.Where(); }
 
     /// One sentence: where the decisions came from, and what may differ where the copy could not be

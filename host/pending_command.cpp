@@ -1,0 +1,131 @@
+#include "host/pending_command.h"
+
+#include "host/authority/forecast.h"
+#include "host/exit_status.h"
+#include "host/hypothetical_order.h"
+#include "host/output.h"
+#include "host/paragraph.h"
+
+#include <nlohmann/json.hpp>
+
+namespace host
+{
+
+namespace
+{
+
+using authority::Completion;
+using authority::Forecast;
+using Json = nlohmann::ordered_json;
+
+bool IsHopeless(const Forecast& forecast)
+{
+    return !forecast.isComplete && forecast.completions.empty();
+}
+
+std::string SoFar(const Forecast& forecast)
+{
+    const scratch::Decision& decision = forecast.soFar;
+    switch (decision.verdict)
+    {
+    case scratch::kAccepted:
+        return "accepted: nothing speaks against the signatures that are there.";
+    case scratch::kRefused:
+        return "refused: " + decision.reasonText +
+               (decision.reasonCode.empty() ? "" : " (reason code " + decision.reasonCode + ")") +
+               ".";
+    default:
+        return "no rule concerns the signatures that are there.";
+    }
+}
+
+void AppendOutlook(std::string& text, const Forecast& forecast)
+{
+    if (forecast.isComplete)
+    {
+        AppendParagraph(text, "Complete", "yes: all signatures together are accepted, too.");
+        return;
+    }
+    if (IsHopeless(forecast))
+    {
+        AppendParagraph(text, "WARNING",
+                        "nobody can complete this order, whoever signs next. Stop it now, or "
+                        "correct the contract: signcheck map and signcheck lint show why.");
+        return;
+    }
+    bool isFirst = true;
+    for (const Completion& completion : forecast.completions)
+    {
+        AppendParagraph(text, isFirst ? "Lacks" : "", (isFirst ? "" : "or ") + completion.label);
+        isFirst = false;
+    }
+}
+
+std::string AsText(const HypotheticalOrder& asked, const scratch::OrderKind& kind,
+                   const Forecast& forecast, const std::string& provenance)
+{
+    std::string text = InWords(asked, kind);
+    std::string signedBy;
+    for (const std::string& label : forecast.signedBy)
+    {
+        signedBy += (signedBy.empty() ? "" : ", ") + label;
+    }
+    AppendParagraph(text, "Signed by", signedBy.empty() ? "nobody yet" : signedBy);
+    AppendParagraph(text, "So far", SoFar(forecast));
+    AppendOutlook(text, forecast);
+    AppendParagraph(text, "Recorded", provenance);
+    return text;
+}
+
+Json AsJson(const scratch::OrderKind& kind, const Forecast& forecast)
+{
+    Json object = {{"type", kind.type},
+                   {"signedBy", forecast.signedBy},
+                   {"soFar", authority::OutcomeOf(forecast.soFar.verdict)},
+                   {"reasonCode", forecast.soFar.reasonCode},
+                   {"reasonText", forecast.soFar.reasonText},
+                   {"complete", forecast.isComplete},
+                   {"canBeCompleted", !IsHopeless(forecast)},
+                   {"completions", Json::array()}};
+    for (const Completion& completion : forecast.completions)
+    {
+        object["completions"].push_back(
+            {{"label", completion.label}, {"signers", completion.signers}});
+    }
+    return object;
+}
+
+} // namespace
+
+int RunPending(const OptionValues& values)
+{
+    const HypotheticalOrder asked = ReadHypotheticalOrder(values);
+    Json object = {{"contract", asked.cuid},     {"signers", asked.order.signers},
+                   {"total", asked.order.total}, {"largest", asked.order.largest},
+                   {"provenance", ""},           {"forecasts", Json::array()}};
+    std::string text;
+    int status = kDone;
+    ForEachKind(values, asked,
+                [&](const AskedKind& each)
+                {
+                    scratch::Judge judge(each.copy, each.kind);
+                    const Forecast forecast = authority::ForecastOf(judge, each.book, asked.order);
+                    status = IsHopeless(forecast) ? kFindings : status;
+                    const std::string provenance = each.copy.Provenance();
+                    text +=
+                        (text.empty() ? "" : "\n") + AsText(asked, each.kind, forecast, provenance);
+                    object["provenance"] = provenance;
+                    object["forecasts"].push_back(AsJson(each.kind, forecast));
+                });
+    if (values.IsOn("json"))
+    {
+        PrintJson(object);
+    }
+    else
+    {
+        Print(text);
+    }
+    return status;
+}
+
+} // namespace host

@@ -1,0 +1,163 @@
+// Orders that nobody has made, as a user asks about them.
+
+#include "schema/scripts.h"
+#include "tests/host/signcheck_process.h"
+
+#include <gmock/gmock.h>
+
+namespace testing_support
+{
+namespace
+{
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+class Simulate : public SampleBankTest
+{
+protected:
+    std::vector<std::string> Order(const std::string& contract, const std::string& signers,
+                                   const std::string& total, const std::string& largest) const
+    {
+        return {"simulate", contract, "--db",      Db(),    "--signers",  signers,
+                "--total",  total,    "--largest", largest, "--currency", "EUR"};
+    }
+
+    Answer Run(std::vector<std::string> arguments, const std::string& more)
+    {
+        arguments.push_back(more);
+        return RunSigncheck(arguments);
+    }
+
+    /// Every row of every table.
+    std::vector<std::vector<Row>> AllTables()
+    {
+        std::vector<std::vector<Row>> tables;
+        for (const std::string& table : schema::TableNames())
+        {
+            tables.push_back(
+                m_database.Query(L"SELECT * FROM " + std::wstring(table.begin(), table.end())));
+        }
+        return tables;
+    }
+};
+
+TEST_F(Simulate, DecidesAsACheckWouldAndWritesNothing)
+{
+    const auto before = AllTables();
+
+    const Answer answer = Run(Order("C-7001", "Björn Weiß", "20000.00", "9000.00"), "--json");
+
+    EXPECT_EQ(answer.status, 1) << answer.errors;
+    const auto decision = answer.Json()["decisions"][0];
+    EXPECT_EQ(decision["outcome"], "refused");
+    EXPECT_EQ(decision["reasonCode"], "AM02");
+    EXPECT_THAT(decision["reasonText"].get<std::string>(), HasSubstr("limit 5000.00"));
+    EXPECT_EQ(AllTables(), before);
+}
+
+TEST_F(Simulate, EndsWithTheStatusOfACheck)
+{
+    EXPECT_EQ(RunSigncheck(Order("C-7001", "Björn Weiß", "5000.00", "9.00")).status, 0);
+    EXPECT_EQ(RunSigncheck(Order("C-7001", "Björn Weiß", "5000.01", "9.00")).status, 1);
+    EXPECT_EQ(RunSigncheck(Order("C-7001", "Somebody", "5000.00", "9.00")).status, 2);
+    EXPECT_EQ(RunSigncheck(Order("C-0000", "Somebody", "5000.00", "9.00")).status, 1);
+    EXPECT_EQ(RunSigncheck(Order("C-7001", "Somebody", "5000.001", "9.00")).status, 64);
+}
+
+TEST_F(Simulate, TellsTheDecisionInWords)
+{
+    const Answer answer = RunSigncheck(Order("C-7001", "Björn Weiß", "20000.00", "9000.00"));
+
+    EXPECT_EQ(answer.errors, "");
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("Contract  C-7001, order type 1: partner BODENSEE"),
+                      HasSubstr("Amounts   total 20000.00 EUR, largest order 9000.00"),
+                      HasSubstr("Decided   REFUSED"), HasSubstr("Reason code AM02"),
+                      HasSubstr("nothing was written to the database")));
+}
+
+TEST_F(Simulate, JudgesDistributedSignaturesWhenAsked)
+{
+    const auto order = Order("C-7001", "Björn Weiß;Siobhan OBrien", "20000.00", "9000.00");
+
+    EXPECT_EQ(RunSigncheck(order).status, 0);
+    EXPECT_EQ(Run(order, "--veu").status, 1);
+}
+
+TEST_F(Simulate, JudgesTheOrderTypeThatWasAskedFor)
+{
+    auto order = Order("C-1002", "", "20000.00", "9000.00");
+    order.insert(order.end(), {"--type", "7", "--json"});
+
+    const auto json = RunSigncheck(order).Json();
+
+    EXPECT_EQ(json["decisions"][0]["type"], 7);
+    EXPECT_EQ(json["decisions"][0]["outcome"], "accepted");
+}
+
+class Pending : public Simulate
+{
+protected:
+    std::vector<std::string> Order(const std::string& contract, const std::string& signers,
+                                   const std::string& total) const
+    {
+        auto arguments = Simulate::Order(contract, signers, total, "1.00");
+        arguments[0] = "pending";
+        return arguments;
+    }
+};
+
+TEST_F(Pending, NamesWhoCanCompleteTheOrder)
+{
+    const auto before = AllTables();
+
+    const Answer answer = RunSigncheck(Order("C-2002", "Käthe Schröder", "180000.00"));
+
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("Signed by Käthe Schröder [DE-0002]\n"),
+                      HasSubstr("So far    accepted"), HasSubstr("Lacks     Björn Weiß\n")));
+    EXPECT_EQ(AllTables(), before);
+}
+
+TEST_F(Pending, WarnsAtTheFirstSignatureWhenNobodyCan)
+{
+    const Answer answer = RunSigncheck(Order("C-2002", "Käthe Schröder", "250000.01"));
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.output, AllOf(HasSubstr("So far    refused"), HasSubstr("WARNING")));
+}
+
+TEST_F(Pending, SaysThatAllSignaturesAreThere)
+{
+    const Answer answer = Run(Order("C-2002", "Björn Weiß;Käthe Schröder", "180000.00"), "--json");
+
+    EXPECT_EQ(answer.status, 0);
+    const auto forecast = answer.Json()["forecasts"][0];
+    EXPECT_EQ(forecast["complete"], true);
+    EXPECT_EQ(forecast["completions"].size(), 0U);
+}
+
+TEST_F(Pending, NamesBothSignersBeforeTheFirstHasSigned)
+{
+    const auto forecast = Run(Order("C-2002", "", "180000.00"), "--json").Json()["forecasts"][0];
+
+    ASSERT_THAT(forecast["completions"], SizeIs(1));
+    EXPECT_EQ(forecast["completions"][0]["label"], "Käthe Schröder + Björn Weiß");
+    EXPECT_EQ(forecast["soFar"], "no rule");
+}
+
+TEST_F(Pending, WarnsWhenTheFirstSignatureIsOneTooMany)
+{
+    // A stranger's signature cannot be taken back, and two signers are one too many for a single
+    // signature.
+    const Answer answer = RunSigncheck(Order("C-1001", "Somebody", "100.00"));
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.output, HasSubstr("Somebody (named by no rule)"));
+}
+
+} // namespace
+} // namespace testing_support
