@@ -4,6 +4,7 @@
 #include "host/check_request.h"
 #include "host/check_result.h"
 #include "host/com_apartment.h"
+#include "host/explain/explanation.h"
 #include "host/journal_reader.h"
 #include "host/output.h"
 #include "host/refusal.h"
@@ -181,14 +182,45 @@ CheckResult Judge(const CheckRequest& request, CDatabase& database)
     return result;
 }
 
-void Tell(const CheckRequest& request, const CheckResult& result)
+void Tell(const CheckRequest& request, const CheckResult& result,
+          const std::optional<explain::Explanation>& explanation = std::nullopt)
 {
     if (request.asJson)
     {
-        PrintJson(CheckAsJson(request, result));
+        nlohmann::ordered_json object = CheckAsJson(request, result);
+        if (explanation)
+        {
+            object["explanation"] = explain::AsJson(*explanation);
+        }
+        PrintJson(object);
         return;
     }
     Print(CheckInWords(request, result));
+    if (explanation)
+    {
+        Print("\n" + explain::InWords(*explanation));
+    }
+}
+
+// The check stands whatever becomes of its explanation.
+std::optional<explain::Explanation> Explained(const CheckRequest& request,
+                                              const CheckResult& result, CDatabase& database,
+                                              const std::string& trace)
+{
+    std::optional<authority::Amounts> amounts;
+    if (result.amounts.AreKnown())
+    {
+        amounts = {result.amounts.total, result.amounts.largest};
+    }
+    try
+    {
+        return explain::ExplainCheck(database, request, amounts, trace);
+    }
+    catch (const Refusal& refusal)
+    {
+        Warn(std::string("the check cannot be explained: ") + refusal.what());
+        return std::nullopt;
+    }
 }
 
 // The library is not asked when its database is not there: it would answer 2 and hand a report on.
@@ -263,6 +295,11 @@ int RunCheck(const OptionValues& values)
     }
     port::File log;
     OpenLog(request.logFile, log);
+    std::optional<explain::TraceKeeper> keeper;
+    if (request.isExplained)
+    {
+        keeper.emplace(request);
+    }
     CheckResult result = Judge(request, database);
     for (const std::string& warning : WarningsAfter(request, result))
     {
@@ -273,7 +310,8 @@ int RunCheck(const OptionValues& values)
     {
         AppendToLog(log, "check of " + request.fileShown + ": " + OutcomeName(result));
     }
-    Tell(request, result);
+    Tell(request, result,
+         keeper ? Explained(request, result, database, keeper->Text()) : std::nullopt);
     return ExitStatusOf(result);
 }
 

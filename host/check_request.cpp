@@ -222,6 +222,7 @@ CheckRequest ReadCheckRequest(const OptionValues& values)
 {
     CheckRequest request;
     request.asJson = values.IsOn("json");
+    request.isExplained = values.IsOn("explain");
     const OptionValue& file = OrderFileArgument(values, "signcheck check order.xml --db CONN …");
     request.fileShown = file.text;
     request.file = ExistingFilePath(file, "the order file");

@@ -42,6 +42,7 @@ struct CheckRequest
     std::string requestReference;
     std::string logFile;
     std::string traceFile;
+    bool isExplained = false;
     bool asJson = false;
 };
 

@@ -23,8 +23,8 @@ constexpr const char* kSummary =
 constexpr const char* kExitStatuses =
     "Exit status of check: 0 success, 1 refused, 2 no rule for the signers, 3 could not be run,\n"
     "4 success on amounts that could not be worked out, 64 wrong usage.\n"
-    "simulate ends as check does. Other commands: 0 done, 1 refused, findings, errors found in the\n"
-    "order file, or nobody left who can complete it, 3 could not be run, 64 wrong usage.";
+    "simulate ends as check does. Other commands: 0 done, 1 refused, findings, errors found in\n"
+    "the order file, or nobody left who can complete it, 3 could not be run, 64 wrong usage.";
 
 std::string AllCommands()
 {

@@ -5,6 +5,7 @@
 #include "host/convert_command.h"
 #include "host/display_command.h"
 #include "host/events_command.h"
+#include "host/explain/explain_command.h"
 #include "host/history_command.h"
 #include "host/init_command.h"
 #include "host/lint_command.h"
@@ -55,6 +56,9 @@ constexpr OptionSpec kContractOrAll = {"contract", OptionKind::Text, "CONTRACT",
                                        "identifier of the contract (CUID); else all of them", true};
 constexpr OptionSpec kHtml = {"html", OptionKind::Text, "FILE",
                               "also write one page that needs no network and prints well"};
+constexpr OptionSpec kExplain = {"explain", OptionKind::Flag, "",
+                                 "also tell the decision rule by rule, and which smallest changes "
+                                 "would have been accepted"};
 constexpr OptionSpec kRuleFile = {"file", OptionKind::Text, "FILE", "the rule file", true};
 
 constexpr OptionSpec kRemove = {"remove", OptionKind::Flag, "",
@@ -112,6 +116,7 @@ std::vector<OptionSpec> CheckOptions()
         {"request", OptionKind::Text, "REF", "reference of the request, kept with the audit event"},
         {"log", OptionKind::Text, "FILE", "log file: gains a line, and the audit event names it"},
         {"trace", OptionKind::Text, "FILE", "trace file, appended to"},
+        kExplain,
         kConfig,
         kJson,
     };
@@ -154,9 +159,15 @@ std::vector<CommandSpec> MakeCommands()
          RunLint},
         {"simulate",
          "Judge an order that nobody has made",
-         {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kVeu, kTypeAskedFor, kConfig,
-          kJson},
+         {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kVeu, kTypeAskedFor, kExplain,
+          kConfig, kJson},
          RunSimulate},
+        {"explain",
+         "Tell the checks of a trace file rule by rule",
+         {{"file", OptionKind::Text, "TRACE", "a file that check --trace has written", true},
+          kConfig,
+          kJson},
+         RunExplain},
         {"pending",
          "Show who can still complete a distributed order",
          {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kTypeAskedFor, kConfig, kJson},

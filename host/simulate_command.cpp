@@ -1,6 +1,7 @@
 #include "host/simulate_command.h"
 
 #include "host/exit_status.h"
+#include "host/explain/explanation.h"
 #include "host/hypothetical_order.h"
 #include "host/output.h"
 #include "host/paragraph.h"
@@ -91,18 +92,27 @@ int RunSimulate(const OptionValues& values)
                    {"provenance", ""},
                    {"decisions", Json::array()}};
     std::string text;
+    const bool isExplained = values.IsOn("explain");
     int status = kDone;
     ForEachKind(values, asked,
                 [&](const AskedKind& each)
                 {
+                    std::string trace;
                     const scratch::Decision decision =
-                        scratch::Judge(each.copy, each.kind).Ask(asked.order);
+                        scratch::Judge(each.copy, each.kind).AskTraced(asked.order, trace);
                     status = Graver(status, StatusOf(decision.verdict));
                     const std::string provenance = each.copy.Provenance();
                     text +=
                         (text.empty() ? "" : "\n") + AsText(asked, each.kind, decision, provenance);
                     object["provenance"] = provenance;
                     object["decisions"].push_back(AsJson(each.kind, decision));
+                    if (isExplained)
+                    {
+                        const auto explanation =
+                            explain::Explain(each.copy, {each.book, each.kind, asked.order}, trace);
+                        text += "\n" + explain::InWords(explanation);
+                        object["decisions"].back()["explanation"] = explain::AsJson(explanation);
+                    }
                 });
     if (values.IsOn("json"))
     {

@@ -1,11 +1,9 @@
 #include "host/authority/contract_maps.h"
 
 #include "database/cdatabase.h"
-#include "database/guard_database.h"
 #include "host/refusal.h"
-#include "host/rulebook/rule_book_reader.h"
+#include "host/rulebook/book_reading.h"
 #include "host/text.h"
-#include "support/codepage.h"
 
 #include <algorithm>
 #include <set>
@@ -15,26 +13,6 @@ namespace authority
 
 namespace
 {
-
-rulebook::RuleBook Read(CDatabase& database, const host::Connection& connection,
-                        const rulebook::ContractFilter& filter)
-{
-    rulebook::RuleBook book;
-    std::string reason;
-    const bool isRead =
-        database::GuardDatabase([&] { book = rulebook::ReadRuleBook(database, filter); },
-                                [&reason](const CDBException& raised)
-                                { reason = support::Utf8FromNarrow(raised.GetText()); },
-                                [&reason] { reason = "unknown error"; });
-    if (!isRead)
-    {
-        throw host::Refusal(host::kCouldNotRun,
-                            connection.origin + ": the rules cannot be read from " +
-                                host::Quoted(connection.shown) + ": " + host::Printable(reason) +
-                                ". Check that the user may read the tables.");
-    }
-    return book;
-}
 
 void AddOnce(std::vector<rulebook::ContractKey>& keys, const rulebook::ContractKey& key)
 {
@@ -131,7 +109,7 @@ std::vector<std::string> Notes(const ContractUnderKey& part, const std::string& 
 std::vector<ContractUnderKey> ReadContract(CDatabase& database, const host::Connection& connection,
                                            const std::string& cuid)
 {
-    const rulebook::RuleBook alone = Read(database, connection, {cuid, std::nullopt});
+    const rulebook::RuleBook alone = rulebook::ReadBook(database, connection, {cuid, std::nullopt});
     std::vector<ContractUnderKey> parts;
     for (const rulebook::Contract& contract : alone.contracts)
     {
@@ -139,7 +117,7 @@ std::vector<ContractUnderKey> ReadContract(CDatabase& database, const host::Conn
         {
             ContractUnderKey part;
             part.key = key;
-            part.book = Read(database, connection, {std::nullopt, key});
+            part.book = rulebook::ReadBook(database, connection, {std::nullopt, key});
             for (const rulebook::ContractTerms& terms : contract.terms)
             {
                 const bool isNew =

@@ -30,8 +30,8 @@ void Open(CDatabase& database, const host::Connection& where)
 void Write(CDatabase& database, const rulebook::RuleBook& book)
 {
     schema::Transaction transaction(database);
-    for (const wchar_t* const table : {L"SSR_HOLDER", L"SSR_HOLDERID", L"SSR_CONTRACT",
-                                       L"SSR_CONTRACTCUR", L"SSR_CONTRACTRULE"})
+    for (const wchar_t* const table :
+         {L"SSR_HOLDER", L"SSR_HOLDERID", L"SSR_CONTRACT", L"SSR_CONTRACTCUR", L"SSR_CONTRACTRULE"})
     {
         database.ExecuteSQLW((std::wstring(L"DELETE FROM ") + table).c_str());
     }

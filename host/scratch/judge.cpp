@@ -1,5 +1,6 @@
 #include "host/scratch/judge.h"
 
+#include "host/file_text.h"
 #include "host/refusal.h"
 #include "host/text.h"
 #include "port/files.h"
@@ -17,7 +18,6 @@ namespace
 
 constexpr std::size_t kIdentifierLength = 8;
 constexpr const char* kFileName = "signcheck";
-constexpr std::size_t kBlock = 65536;
 
 std::string Identifier(const std::string& utf8, const char* what)
 {
@@ -74,19 +74,7 @@ public:
     {
         TraceClose(m_trace);
         m_trace = nullptr;
-        std::string text;
-        port::File file;
-        if (!file.Open(m_path.c_str(), port::OpenMode::Read))
-        {
-            return text;
-        }
-        std::string block(kBlock, '\0');
-        for (std::int64_t count = file.Read(block.data(), block.size()); count > 0;
-             count = file.Read(block.data(), block.size()))
-        {
-            text.append(block, 0, static_cast<std::size_t>(count));
-        }
-        return text;
+        return host::FileText(m_path).value_or(std::string());
     }
 
 private:

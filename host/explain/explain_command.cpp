@@ -1,0 +1,52 @@
+#include "host/explain/explain_command.h"
+
+#include "host/explain/words.h"
+#include "host/file_text.h"
+#include "host/option_readers.h"
+#include "host/output.h"
+#include "host/refusal.h"
+#include "host/text.h"
+
+#include <nlohmann/json.hpp>
+
+namespace host
+{
+
+int RunExplain(const OptionValues& values)
+{
+    const OptionValue& file = Required(values, "file", "signcheck explain TRACE");
+    const auto text = FileText(NarrowText(file));
+    if (!text)
+    {
+        throw UsageRefusal(
+            "argument TRACE: " + Quoted(file.text) +
+            " cannot be read. Give a file that signcheck check --trace has written.");
+    }
+    const auto checks = explain::ReadTrace(*text);
+    if (checks.empty())
+    {
+        throw Refusal(kFindings,
+                      "argument TRACE: " + Quoted(file.text) +
+                          " holds no check. Give a file that signcheck check --trace, or "
+                          "a host with a trace, has written.");
+    }
+    nlohmann::ordered_json object = {{"checks", nlohmann::ordered_json::array()}};
+    std::string words;
+    for (const explain::TracedCheck& check : checks)
+    {
+        object["checks"].push_back(explain::AsJson(check));
+        words +=
+            (words.empty() ? "" : "\n\n") + explain::InWords(check, support::MessageLanguage());
+    }
+    if (values.IsOn("json"))
+    {
+        PrintJson(object);
+    }
+    else
+    {
+        Print(words);
+    }
+    return kDone;
+}
+
+} // namespace host

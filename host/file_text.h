@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace host
+{
+
+/// The bytes of a file from a position on; nothing when it cannot be read. `path` is Windows-1252.
+std::optional<std::string> FileText(const std::string& path, std::int64_t from = 0);
+
+} // namespace host

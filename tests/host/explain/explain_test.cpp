@@ -1,0 +1,197 @@
+// Decisions told rule by rule, as a user reads them.
+
+#include "tests/host/signcheck_process.h"
+
+#include <gmock/gmock.h>
+
+#include <ostream>
+
+namespace testing_support
+{
+namespace
+{
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+class Explain : public SampleBankTest
+{
+protected:
+    Answer Run(std::vector<std::string> arguments, const std::vector<std::string>& more) const
+    {
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return RunSigncheck(arguments);
+    }
+
+    std::vector<std::string> Simulated(const std::string& contract, const std::string& signers,
+                                       const std::string& total, const std::string& largest) const
+    {
+        return {"simulate", contract,    "--db",  Db(),         "--signers", signers,    "--total",
+                total,      "--largest", largest, "--currency", "EUR",       "--explain"};
+    }
+};
+
+TEST_F(Explain, TellsWhichTestOfWhichRuleStoppedTheOrder)
+{
+    const Answer answer =
+        Run(With(CheckOf("Élodie Lefèvre"), "--total", "64200.00"), {"--explain"});
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("Rule 1 of C-1001\n"
+                                "  Asks    FR-0001 alone, total of the file up to 50000.00; one "
+                                "signature\n          (profile 0)\n"),
+                      HasSubstr("  Found   Élodie Lefèvre [FR-0001] (certificate Élodie Lefèvre)"),
+                      HasSubstr("  Result  REFUSES: the total of the file is above its limit."),
+                      HasSubstr("total 64200.00, limit\n          50000.00\n"),
+                      HasSubstr("  Result  Not concerned: none of its holders has signed."),
+                      HasSubstr("Decided   REFUSED: one refusal decides"),
+                      HasSubstr("Accepted  if the total is at most 50000.00.\n")));
+}
+
+TEST_F(Explain, SpeaksFrench)
+{
+    const ScopedEnvironment language("SIGNUTILS_LANG", "fr");
+
+    const Answer answer =
+        Run(With(CheckOf("Élodie Lefèvre"), "--total", "64200.00"), {"--explain"});
+
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("Règle 1 du contrat C-1001\n"
+                                "  Demande FR-0001 seul, total du fichier jusqu'à 50000.00"),
+                      HasSubstr("  Trouvé  Élodie Lefèvre"),
+                      HasSubstr("  Effet   REFUSE : le total du fichier dépasse sa limite."),
+                      HasSubstr("Décision  REFUSÉ"),
+                      HasSubstr("Accepté   si le total est au plus 50000.00.\n")));
+}
+
+TEST_F(Explain, ProposesTheOppositionToLift)
+{
+    const auto json =
+        Run(Simulated("C-1001", "Hélène Garçon", "900.00", "900.00"), {"--json"}).Json();
+
+    const auto& explanation = json["decisions"][0]["explanation"];
+    EXPECT_EQ(explanation["rules"][2]["ending"], "opposition");
+    ASSERT_EQ(explanation["acceptedIf"].size(), 1U);
+    EXPECT_EQ(explanation["acceptedIf"][0]["holdersFreed"][0], "FR-0003");
+}
+
+TEST_F(Explain, ProposesEveryChangeThatIsNeededTogether)
+{
+    const Answer answer = Run(Simulated("C-2001", "Jürgen Großmann", "100000.01", "1.00"), {});
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(
+        answer.output,
+        HasSubstr("Accepted  if Käthe Schröder also signs and the total is at most 100000.00.\n"));
+}
+
+TEST_F(Explain, ProposesNothingForAnAcceptedOrder)
+{
+    const Answer answer = Run(CheckOf("Élodie Lefèvre"), {"--explain"});
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("  Result  ACCEPTS."), Not(HasSubstr("Accepted  "))));
+}
+
+TEST_F(Explain, LeavesTheCheckAsItIs)
+{
+    const Answer plain = Run(CheckOf("Hélène Garçon"), {"--json"});
+    const Answer explained = Run(CheckOf("Hélène Garçon"), {"--json", "--explain"});
+
+    auto json = explained.Json();
+    EXPECT_FALSE(json["explanation"]["rules"].empty());
+    EXPECT_EQ(explained.status, plain.status);
+    EXPECT_EQ(json["rows"], plain.Json()["rows"]);
+    // One row and one event each: what was tried for the explanation left none.
+    EXPECT_EQ(RecordsWritten(), 4U);
+}
+
+TEST_F(Explain, ReadsTheTraceThatACheckHasWritten)
+{
+    const std::string trace = m_folder.Path("trace.txt");
+    Run(CheckOf("Élodie Lefèvre"), {"--trace", trace});
+    const Answer explained =
+        Run(CheckOf("Hélène Garçon"), {"--trace", trace, "--explain", "--json"});
+
+    // Only the check that was just run, though the trace holds another before it.
+    EXPECT_EQ(explained.Json()["explanation"]["signers"][0], "Hélène Garçon");
+    const Answer both = RunSigncheck({"explain", trace, "--json"});
+    EXPECT_EQ(both.status, 0) << both.errors;
+    const auto checks = both.Json()["checks"];
+    ASSERT_EQ(checks.size(), 2U);
+    EXPECT_EQ(checks[0]["verdict"], 1);
+    EXPECT_EQ(checks[1]["verdict"], 2);
+    EXPECT_EQ(checks[0]["rules"][0]["ending"], "accepted");
+}
+
+TEST_F(Explain, RefusesAFileWithoutATrace)
+{
+    const Answer empty = RunSigncheck({"explain", m_order});
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_THAT(empty.errors, HasSubstr("holds no check"));
+
+    const Answer missing = RunSigncheck({"explain", m_folder.Path("missing")});
+    EXPECT_EQ(missing.status, 64);
+    EXPECT_THAT(missing.errors, HasSubstr("cannot be read"));
+}
+
+struct EndingCase
+{
+    const char* name;
+    const char* contract;
+    const char* signers;
+    const char* total;
+    const char* largest;
+    bool isDistributed;
+    std::size_t rule;
+    const char* ending;
+};
+
+void PrintTo(const EndingCase& each, std::ostream* stream)
+{
+    *stream << each.name;
+}
+
+// clang-format off
+const EndingCase kEndings[] = {
+    {"Accepted", "C-1001", "Élodie Lefèvre", "900.00", "900.00", false, 0, "accepted"},
+    {"AllAllowed", "C-1002", "Somebody", "900.00", "900.00", false, 0, "all-allowed"},
+    {"NotConcerned", "C-1001", "Somebody", "900.00", "900.00", false, 0, "not-concerned"},
+    {"SameCertificate", "C-4001", "Cabinet Lacroix", "900.00", "900.00", false, 0, "same-certificate"},
+    {"Opposition", "C-1001", "Hélène Garçon", "900.00", "900.00", false, 2, "opposition"},
+    {"TotalAboveLimit", "C-1001", "Élodie Lefèvre", "50000.01", "900.00", false, 0, "total-above-limit"},
+    {"LargestAboveLimit", "C-3001", "José Núñez Ibáñez", "4000.00", "3000.01", false, 0, "largest-above-limit"},
+    {"SingleSignature", "C-1001", "Élodie Lefèvre;Somebody", "900.00", "900.00", true, 0, "single-signature"},
+    {"DoubleSignature", "C-2001", "Käthe Schröder", "900.00", "900.00", false, 0, "double-signature"},
+    {"HolderMissing", "C-2001", "Käthe Schröder;Somebody", "900.00", "900.00", false, 0, "holder-missing"},
+    {"MustSignAlone", "C-1001", "Élodie Lefèvre;Somebody", "900.00", "900.00", false, 0, "must-sign-alone"},
+    {"NotActive", "C-5001", "Somebody", "900.00", "900.00", false, 0, "not-active"},
+};
+// clang-format on
+
+class ExplainEnding : public Explain, public testing::WithParamInterface<EndingCase>
+{
+};
+
+TEST_P(ExplainEnding, IsReadFromTheTrace)
+{
+    const EndingCase& each = GetParam();
+    auto arguments = Simulated(each.contract, each.signers, each.total, each.largest);
+    if (each.isDistributed)
+    {
+        arguments.emplace_back("--veu");
+    }
+
+    const auto explanation = Run(arguments, {"--json"}).Json()["decisions"][0]["explanation"];
+
+    EXPECT_EQ(explanation["rules"][each.rule]["ending"], each.ending);
+}
+
+INSTANTIATE_TEST_SUITE_P(SampleBank, ExplainEnding, testing::ValuesIn(kEndings),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+} // namespace
+} // namespace testing_support
