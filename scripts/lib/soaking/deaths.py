@@ -6,7 +6,7 @@ import subprocess
 import threading
 import time
 
-from . import hosts, servers
+from . import galera, hosts, servers
 from .books import Books
 from .relay import Relay
 
@@ -123,7 +123,7 @@ def rounds(build, folder, product, _amount, done):
 
 
 class Single:
-    """One server behind a relay where its driver has no time-outs."""
+    """One server, behind a relay where its driver has no time-outs."""
 
     def __init__(self, product, folder):
         self.server = servers.make(product, folder)
@@ -136,8 +136,9 @@ class Single:
                 f"Port={self.server.port}", f"Port={self._relay.port}"
             )
 
-    def leaves_another(self):
-        return False
+    def is_gone(self, fault):
+        """Whether new connections fail too while the check goes on."""
+        return fault != "restarted"
 
     def harm(self, fault):
         if fault == "frozen":
@@ -161,6 +162,40 @@ class Single:
         self.server.stop()
         if self._relay is not None:
             self._relay.close()
+
+
+class Clustered:
+    """Three nodes, of which the one dies that the host is connected to."""
+
+    def __init__(self, folder):
+        self.cluster = galera.Cluster(folder)
+        self.cluster.start()
+        self.connexion = self.cluster.connexion
+        self.query = self.cluster.query
+        self._first = self.cluster.nodes[0]
+
+    def is_gone(self, fault):
+        """The driver goes on to the next node where a connect is refused, not where it is silent."""
+        return fault == "frozen"
+
+    def harm(self, fault):
+        if fault == "frozen":
+            self._first.freeze()
+            return
+        self._first.kill()
+        if fault == "restarted":
+            self._first.join()
+
+    def mend(self, fault):
+        if fault == "frozen":
+            self._first.thaw()
+            self._first.wait_ready()
+        if fault == "killed":
+            self._first.join()
+        self.cluster.wait_size(galera.NODES)
+
+    def close(self):
+        self.cluster.stop()
 
 
 class _Bench:
@@ -195,8 +230,7 @@ class _Bench:
             order = f"{fault}-{number}-{stop}"
             check, elapsed = self._check_with_fault(order, stop, fault)
             slowest = max(slowest, elapsed)
-            gone = fault != "restarted" and not self.site.leaves_another()
-            found = Expected(name, gone).differences(check, elapsed)
+            found = Expected(name, self.site.is_gone(fault)).differences(check, elapsed)
             found += self._differences_in_books(order, check)
             problems += [f"{fault} at '{name}': {text}" for text in found]
         return {"what": fault, "faults": len(PLACES), "seconds": round(time.monotonic() - started, 1),
@@ -246,4 +280,4 @@ class _Bench:
 
 
 def site(product, folder):
-    return Single(product, folder)
+    return Clustered(folder) if product == "galera" else Single(product, folder)

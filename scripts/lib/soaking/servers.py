@@ -224,5 +224,7 @@ class MariaDb(Server):
 
 
 def make(product, folder):
-    kinds = {kind.product: kind for kind in (Sqlite, PostgreSql, MariaDb)}
+    from .galera import Cluster  # which is made of the nodes above
+
+    kinds = {kind.product: kind for kind in (Sqlite, PostgreSql, MariaDb, Cluster)}
     return kinds[product](Path(folder))

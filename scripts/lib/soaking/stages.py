@@ -45,10 +45,12 @@ ALL = [
     _load("sqlite", 100_000),
     _load("postgresql", 100_000),
     _load("mariadb", 10_000),
+    _load("galera", 10_000),
     _kills("sqlite", 2000),
     _kills("postgresql", 2000),
     _deaths("postgresql"),
     _deaths("mariadb"),
+    _deaths("galera"),
     _frozen("postgresql"),
     _frozen("mariadb"),
 ]
