@@ -8,6 +8,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -203,6 +204,7 @@ struct TestDatabase::State
     Handle environment{SQL_HANDLE_ENV, SQL_NULL_HANDLE};
     std::unique_ptr<Handle> connection;
     schema::Product product = schema::Product::SQLite;
+    bool shared = false; ///< on a server that other databases of this process use too
 };
 
 void TestDatabase::State::Connect()
@@ -253,6 +255,28 @@ namespace
 // outlive a power cut, so no write waits for the disk.
 constexpr const char* kSqliteOptions = ";Timeout=20000;SyncPragma=OFF;";
 
+/// How many of a server's databases this process has in use: the first one is that of the
+/// connection string.
+int g_sharedInUse = 0;
+
+/// A connection string with another DATABASE.
+std::string WithDatabase(std::string connexionString, const std::string& name)
+{
+    std::string upper = connexionString;
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](char each)
+                   { return each >= 'a' && each <= 'z' ? static_cast<char>(each - 32) : each; });
+    const std::string key = ";DATABASE=";
+    const std::size_t found = upper.find(key);
+    if (found == std::string::npos)
+    {
+        return connexionString + key + name;
+    }
+    const std::size_t begin = found + key.size();
+    const std::size_t end = std::min(connexionString.find(';', begin), connexionString.size());
+    return connexionString.replace(begin, end - begin, name);
+}
+
 } // namespace
 
 TestDatabase::TestDatabase() : m_state(std::make_unique<State>())
@@ -262,7 +286,12 @@ TestDatabase::TestDatabase() : m_state(std::make_unique<State>())
     m_state->connexionString =
         shared ? other : "Driver=SQLite3;Database=" + m_folder.Path("rules.db") + kSqliteOptions;
     m_state->Connect();
-    if (shared)
+    m_state->shared = shared;
+    if (shared && ++g_sharedInUse > 1)
+    {
+        MoveToOwnDatabase();
+    }
+    else if (shared)
     {
         for (const std::string& table : schema::TableNames())
         {
@@ -280,7 +309,28 @@ TestDatabase::TestDatabase() : m_state(std::make_unique<State>())
     }
 }
 
-TestDatabase::~TestDatabase() = default;
+TestDatabase::~TestDatabase()
+{
+    if (m_state->shared)
+    {
+        --g_sharedInUse;
+    }
+}
+
+void TestDatabase::MoveToOwnDatabase()
+{
+    const std::string name = "signutils_other" + std::to_string(g_sharedInUse);
+    const std::wstring wide(name.begin(), name.end());
+    // Connections that wait in a pool would hold the one of an earlier test.
+    const bool held = m_state->product == schema::Product::PostgreSQL;
+    Execute(L"DROP DATABASE IF EXISTS " + wide + (held ? L" WITH (FORCE)" : L""));
+    Execute(L"CREATE DATABASE " + wide);
+    const std::string connexionString = WithDatabase(m_state->connexionString, name);
+    m_state = std::make_unique<State>();
+    m_state->connexionString = connexionString;
+    m_state->shared = true;
+    m_state->Connect();
+}
 
 const std::string& TestDatabase::ConnexionString() const noexcept
 {

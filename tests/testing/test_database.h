@@ -14,7 +14,8 @@ namespace testing_support
 using Row = std::vector<std::optional<std::wstring>>;
 
 /// A real database with the project's tables, empty, for one test. SQLite in a folder of its own
-/// unless SIGNUTILS_TEST_DB names another product. It is read and written through ODBC directly,
+/// unless SIGNUTILS_TEST_DB names another product; a second one at the same time then lies in a
+/// database of its own on that server. It is read and written through ODBC directly,
 /// not through the code under test.
 class TestDatabase
 {
@@ -35,6 +36,8 @@ public:
     std::wstring Literal(const std::wstring& text) const;
 
 private:
+    void MoveToOwnDatabase();
+
     struct State;
     // Removed after the connection is closed: an open file cannot be deleted on Windows.
     TemporaryFolder m_folder;

@@ -6,7 +6,7 @@ import subprocess
 import time
 from pathlib import Path
 
-from .servers import MariaDb, ServerFailed, free_port
+from .servers import MariaDb, ServerFailed, driver_limits, free_port
 
 _PROVIDER = Path("/usr/lib/galera/libgalera_smm.so")
 _SCRIPTS = Path(__file__).resolve().parents[3] / "build/galera"
@@ -16,8 +16,8 @@ SUSPECT_SECONDS = 2
 
 
 class Node(MariaDb):
-    def __init__(self, folder, address="127.0.0.1"):
-        super().__init__(folder)
+    def __init__(self, folder, address="127.0.0.1", **options):
+        super().__init__(folder, **options)
         if not _PROVIDER.exists():
             raise ServerFailed("Galera is not installed; run scripts/setup servers")
         self.address = address
@@ -88,16 +88,17 @@ class Cluster:
 
     product = "galera"
 
-    def __init__(self, folder):
-        self.nodes = [Node(Path(folder) / f"node{number}") for number in range(NODES)]
+    def __init__(self, folder, limit=6, **options):
+        # An insert waits for the others to put out a node that died. A frozen one costs a connect.
+        self.limits = driver_limits(3, limit)
+        self.nodes = [Node(Path(folder) / f"node{number}", **options) for number in range(NODES)]
         for node in self.nodes:
             node.peers = self.nodes
 
     @property
     def connexion(self):
         hosts = ",".join(f"{node.address}:{node.port}" for node in self.nodes)
-        return (f"Driver={{MariaDB Unicode}};SERVER={hosts};UID=root;DATABASE=bank;"
-                "CONN_TIMEOUT=3;READ_TIMEOUT=6;WRITE_TIMEOUT=6")  # fmt: skip
+        return f"Driver={{MariaDB Unicode}};SERVER={hosts};UID=root;DATABASE=bank;{self.limits}"
 
     def start(self):
         first, *others = self.nodes

@@ -61,12 +61,14 @@ class Sqlite:
 
 
 class Server:
-    """A server process. It never runs as root: a run as root gives it to `user`."""
+    """A server process. It never runs as root: a run as root gives it to `user`. One that flushes
+    nothing is quick, and loses what it has acknowledged when it is killed."""
 
     product = ""
     user = "nobody"
 
-    def __init__(self, folder):
+    def __init__(self, folder, flushes=True):
+        self.flushes = flushes
         self.folder = Path(folder)
         self.data = self.folder / "data"
         self.port = free_port()
@@ -161,8 +163,8 @@ class PostgreSql(Server):
     user = "postgres"
     gentle = signal.SIGINT
 
-    def __init__(self, folder):
-        super().__init__(folder)
+    def __init__(self, folder, **options):
+        super().__init__(folder, **options)
         homes = sorted(Path("/usr/lib/postgresql").glob("*/bin/postgres"))
         if not homes:
             raise ServerFailed("PostgreSQL is not installed; run scripts/setup servers")
@@ -180,26 +182,35 @@ class PostgreSql(Server):
     def command(self):
         return [self.bin / "postgres", "-D", self.data, "-k", self.folder,
                 "-c", "listen_addresses=127.0.0.1", "-p", str(self.port),
-                "-c", "max_connections=300", "-c", "client_min_messages=warning"]  # fmt: skip
+                "-c", "max_connections=300", "-c", "client_min_messages=warning",
+                *([] if self.flushes else ["-c", "fsync=off"])]  # fmt: skip
 
     def client(self):
         return [self.bin / "psql", "-X", "-q", "-v", "ON_ERROR_STOP=1", "-h", "127.0.0.1", "-p",
                 str(self.port), "-U", "bank", "-d", "postgres", "-At", "-F", "\t"]  # fmt: skip
 
 
+def driver_limits(connect, answer):
+    """Keys of MariaDB's driver, in seconds."""
+    return f"CONN_TIMEOUT={connect};READ_TIMEOUT={answer};WRITE_TIMEOUT={answer}"
+
+
 class MariaDb(Server):
+    """Its driver waits for a server for `limit` seconds at most."""
+
     product = "mariadb"
     gentle = signal.SIGTERM
 
-    def __init__(self, folder):
-        super().__init__(folder)
+    def __init__(self, folder, limit=3, **options):
+        super().__init__(folder, **options)
+        self.limits = driver_limits(limit, limit)
         if shutil.which("mariadbd") is None:
             raise ServerFailed("MariaDB is not installed; run scripts/setup servers")
 
     @property
     def connexion(self):
         return (f"Driver={{MariaDB Unicode}};SERVER=127.0.0.1;PORT={self.port};UID=root;"
-                "DATABASE=bank;CONN_TIMEOUT=3;READ_TIMEOUT=3;WRITE_TIMEOUT=3")  # fmt: skip
+                f"DATABASE=bank;{self.limits}")  # fmt: skip
 
     def install(self):
         self.set_up(["mariadb-install-db", "--no-defaults", f"--datadir={self.data}",
@@ -216,15 +227,19 @@ class MariaDb(Server):
         return ["mariadbd", "--no-defaults", f"--datadir={self.data}",
                 "--bind-address=127.0.0.1", f"--port={self.port}", "--skip-name-resolve",
                 f"--socket={self.folder}/socket", f"--pid-file={self.folder}/pid",
-                "--max-connections=300", "--innodb-buffer-pool-size=64M"]  # fmt: skip
+                "--max-connections=300", "--innodb-buffer-pool-size=64M",
+                f"--innodb-flush-log-at-trx-commit={int(self.flushes)}"]  # fmt: skip
 
     def client(self):
         return ["mariadb", "--no-defaults", "-h", "127.0.0.1", "-P", str(self.port), "-u", "root",
                 "--connect-timeout=3", "-N", "-B", "bank"]  # fmt: skip
 
 
-def make(product, folder):
+def make(product, folder, **options):
+    """`limit` is for products whose drivers have time-outs; the others do without."""
     from .galera import Cluster  # which is made of the nodes above
 
     kinds = {kind.product: kind for kind in (Sqlite, PostgreSql, MariaDb, Cluster)}
-    return kinds[product](Path(folder))
+    if product in ("sqlite", "postgresql"):
+        options.pop("limit", None)
+    return kinds[product](Path(folder), **options)
