@@ -10,6 +10,7 @@
 #include "support/utf16.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace database
 {
@@ -287,7 +288,7 @@ std::unique_ptr<QueryShape> Connection::TakeShape(const RowLayout* layout) noexc
     {
         if (m_bindsColumns && layout != nullptr && each != nullptr && each->layout == layout)
         {
-            return std::move(each);
+            return std::exchange(each, nullptr);
         }
     }
     return nullptr;

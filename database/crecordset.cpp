@@ -20,6 +20,8 @@ template <typename Character>
 class Scratch
 {
 public:
+    // Without clearing memory that the conversion writes before it is read.
+    // cppcheck-suppress uninitMemberVar
     explicit Scratch(std::size_t length)
     {
         if (length > kUsualLength)
