@@ -116,24 +116,50 @@ def _numbers_told(errors, owners, conclusive=False):
     return found - {None}
 
 
+class _Company:
+    """What is compiled together, by unit, until nothing in it is refused."""
+
+    def __init__(self, bench, text, units, placed):
+        self.bench, self.text, self.units, self.placed = bench, text, units, placed
+
+    def compile(self):
+        """Takes out what the compiler refuses: whether the rest compiles, and what was taken out, by
+        unit, of the statements with an error of their own."""
+        refused_statements = {}
+        for _ in range(_ROUNDS):
+            writer = _Writer(self.text, self.units, self.placed)
+            errors = self.bench.errors_of(writer.source())
+            if errors is None:
+                return True, refused_statements
+            refused = _numbers_told(errors, writer.owners)
+            wrong = _numbers_told(errors, writer.owners, conclusive=True)
+            if not refused:
+                break
+            for unit, own in self.placed.items():
+                for number in refused & set(own):
+                    mutant = own.pop(number)
+                    # A whole statement fails in company as it does alone; a value may miss its type.
+                    if unit[2] == _STATEMENT and number in wrong:
+                        refused_statements.setdefault(unit, {})[number] = mutant
+        return False, refused_statements
+
+    def add(self, placed):
+        for unit, own in placed.items():
+            self.placed[unit].update(own)
+
+    def mutants(self):
+        return {number: each for own in self.placed.values() for number, each in own.items()}
+
+
 def compile_together(bench, text, mutants):
     """Compiles the switched source: the mutants in it, by number, and those that cannot compile."""
     units = _units(Source(text))
-    placed = _placed(units, mutants)
-    hopeless = []
-    for _ in range(_ROUNDS):
-        writer = _Writer(text, units, placed)
-        errors = bench.errors_of(writer.source())
-        if errors is None:
-            return {number: each for own in placed.values() for number, each in own.items()}, hopeless
-        refused = _numbers_told(errors, writer.owners)
-        wrong = _numbers_told(errors, writer.owners, conclusive=True)
-        if not refused:
-            break
-        for (_, _, kind), own in placed.items():
-            for number in refused & set(own):
-                mutant = own.pop(number)
-                # A whole statement fails in company as it does alone; a value may miss its type.
-                if kind == _STATEMENT and number in wrong:
-                    hopeless.append(mutant)
-    return {}, hopeless
+    company = _Company(bench, text, units, _placed(units, mutants))
+    compiles, refused = company.compile()
+    if compiles:
+        # Once more beside what compiles: a name that a broken declaration took away is there again.
+        company.add(refused)
+        compiles, refused = company.compile()
+    if not compiles:
+        return {}, []
+    return company.mutants(), [each for own in refused.values() for each in own.values()]
