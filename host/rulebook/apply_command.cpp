@@ -5,7 +5,6 @@
 #include "host/output.h"
 #include "host/refusal.h"
 #include "host/rulebook/book_update.h"
-#include "host/rulebook/change_text.h"
 #include "host/rulebook/planned_change.h"
 #include "port/program.h"
 
@@ -44,19 +43,20 @@ bool IsAgreed(const host::OptionValues& values)
     {
         return true;
     }
-    host::Print("\nMake this change? yes or no: ");
+    host::Print("Make this change? yes or no: ");
     host::FlushOutput();
     std::string answer;
     std::getline(std::cin, answer);
     return answer == "yes" || answer == "y";
 }
 
-int Tell(const host::OptionValues& values, const BookChange& change, bool isApplied,
+int Tell(const host::OptionValues& values, const BookChange& change,
+         const std::optional<authority::ChangeOfEffect>& effect, bool isApplied,
          const std::string& text)
 {
     if (values.IsOn("json"))
     {
-        nlohmann::ordered_json object = AsJson(change);
+        nlohmann::ordered_json object = AsJson(change, effect);
         object["applied"] = isApplied;
         host::PrintJson(object);
     }
@@ -77,20 +77,26 @@ int RunApply(const host::OptionValues& values)
     PlannedChange planned;
     Plan(values, connection, database, planned);
     const BookChange& change = planned.change;
+    std::optional<authority::ChangeOfEffect> effect;
+    if (!change.IsEmpty())
+    {
+        effect = EffectOf(database, connection, planned);
+    }
     if (!values.IsOn("json"))
     {
-        host::Print(AsText(change));
+        host::Print(AsText(change, effect) + "\n");
+        host::FlushOutput();
     }
     if (change.IsEmpty())
     {
-        return Tell(values, change, false, "Nothing to change.\n");
+        return Tell(values, change, effect, false, "Nothing to change.\n");
     }
     if (!IsAgreed(values))
     {
-        return Tell(values, change, false, "Nothing was changed.\n");
+        return Tell(values, change, effect, false, "Nothing was changed.\n");
     }
     UpdateBook(database, connection, planned.database, change);
-    return Tell(values, change, true, "Done: the database holds what the file says.\n");
+    return Tell(values, change, effect, true, "Done: the database holds what the file says.\n");
 }
 
 } // namespace rulebook

@@ -3,7 +3,6 @@
 #include "database/cdatabase.h"
 #include "host/exit_status.h"
 #include "host/output.h"
-#include "host/rulebook/change_text.h"
 #include "host/rulebook/planned_change.h"
 
 #include <nlohmann/json.hpp>
@@ -17,13 +16,18 @@ int RunDiff(const host::OptionValues& values)
     CDatabase database;
     PlannedChange planned;
     Plan(values, connection, database, planned);
+    std::optional<authority::ChangeOfEffect> effect;
+    if (values.IsOn("effect"))
+    {
+        effect = EffectOf(database, connection, planned);
+    }
     if (values.IsOn("json"))
     {
-        host::PrintJson(AsJson(planned.change));
+        host::PrintJson(AsJson(planned.change, effect));
     }
     else
     {
-        host::Print(AsText(planned.change));
+        host::Print(AsText(planned.change, effect));
     }
     return planned.change.IsEmpty() ? host::kDone : host::kFindings;
 }

@@ -2,9 +2,21 @@
 
 #include "database/cdatabase.h"
 #include "host/rulebook/book_reading.h"
+#include "host/rulebook/change_text.h"
+
+#include <nlohmann/json.hpp>
 
 namespace rulebook
 {
+
+namespace
+{
+
+// Each takes two copies and some hundred judgements. Larger changes are made by machines, which
+// read no effect; people are told what was left out.
+constexpr std::size_t kMostKeys = 20;
+
+} // namespace
 
 void Plan(const host::OptionValues& values, const host::Connection& connection, CDatabase& database,
           PlannedChange& planned)
@@ -17,6 +29,29 @@ void Plan(const host::OptionValues& values, const host::Connection& connection, 
                                                           : HolderIds(planned.database));
     RefuseProblems(planned.checked, "nothing was compared or changed.");
     planned.change = Compare(planned.database, planned.checked.file.book, removesOthers);
+}
+
+authority::ChangeOfEffect EffectOf(CDatabase& database, const host::Connection& connection,
+                                   const PlannedChange& planned)
+{
+    return authority::EffectOf(database, connection, planned.database, planned.change, kMostKeys);
+}
+
+std::string AsText(const BookChange& change, const std::optional<authority::ChangeOfEffect>& effect)
+{
+    return AsText(change) + (effect ? "\n" + authority::AsText(*effect) : "");
+}
+
+nlohmann::ordered_json AsJson(const BookChange& change,
+                              const std::optional<authority::ChangeOfEffect>& effect)
+{
+    nlohmann::ordered_json object = AsJson(change);
+    object["effect"] = nullptr;
+    if (effect)
+    {
+        object["effect"] = authority::AsJson(*effect);
+    }
+    return object;
 }
 
 } // namespace rulebook

@@ -1,9 +1,15 @@
 #pragma once
 
+#include "host/authority/change_of_effect.h"
 #include "host/connection.h"
 #include "host/option_values.h"
 #include "host/rulebook/book_change.h"
 #include "host/rulebook/checked_file.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <optional>
+#include <string>
 
 class CDatabase;
 
@@ -27,5 +33,15 @@ struct PlannedChange
 /// Refusal.
 void Plan(const host::OptionValues& values, const host::Connection& connection, CDatabase& database,
           PlannedChange& planned);
+
+/// What the change does to the orders that are decided by the rules. Raises Refusal.
+authority::ChangeOfEffect EffectOf(CDatabase& database, const host::Connection& connection,
+                                   const PlannedChange& planned);
+
+/// The change and, where it was worked out, its effect.
+std::string AsText(const BookChange& change,
+                   const std::optional<authority::ChangeOfEffect>& effect);
+nlohmann::ordered_json AsJson(const BookChange& change,
+                              const std::optional<authority::ChangeOfEffect>& effect);
 
 } // namespace rulebook

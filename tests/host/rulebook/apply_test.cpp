@@ -119,7 +119,7 @@ TEST_F(RulesApply, NothingToChangeIsDone)
     const Answer answer = Apply(Exported());
 
     EXPECT_EQ(answer.status, 0);
-    EXPECT_EQ(answer.output, "No difference.\nNothing to change.\n");
+    EXPECT_EQ(answer.output, "No difference.\n\nNothing to change.\n");
 }
 
 TEST_F(RulesApply, WithoutATerminalItMustBeAgreedBefore)
