@@ -15,6 +15,7 @@
 #include "host/rulebook/apply_command.h"
 #include "host/rulebook/diff_command.h"
 #include "host/rulebook/export_command.h"
+#include "host/rulebook/import_holders_command.h"
 #include "host/rulebook/validate_command.h"
 #include "host/simulate_command.h"
 
@@ -255,6 +256,20 @@ std::vector<CommandSpec> MakeCommands()
           kJson},
          rulebook::RunApply,
          "signcheck rules apply rules.toml --db \"Driver=SQLite3;Database=bank.db\""},
+        {"rules import-holders",
+         "Add holders and certificates of a CSV file",
+         {{"file", OptionKind::Text, "FILE",
+           "the CSV file; its first line names the columns: huid, partner, first-name, last-name, "
+           "opposition, certificate, serial, expires",
+           true},
+          kDb,
+          {"rejects", OptionKind::Text, "FILE",
+           "keep the lines that cannot be imported here, and import the others"},
+          kConfig,
+          kJson},
+         rulebook::RunImportHolders,
+         "signcheck rules import-holders people.csv --rejects rejected.csv --db "
+         "\"Driver=SQLite3;Database=bank.db\""},
     };
 }
 

@@ -36,11 +36,25 @@ void Delete(CDatabase& database, const char* table, const std::string& condition
     Run(database, std::string("DELETE FROM ") + table + " WHERE " + condition);
 }
 
-void Remove(CDatabase& database, const std::string& huid)
+void Write(CDatabase& database, const ItemChange<Holder>& change)
 {
-    const std::string condition = "HUID = " + Literal(database, huid);
-    Delete(database, "SSR_HOLDERID", condition);
+    const auto& [before, after] = change;
+    const std::string condition =
+        "HUID = " + Literal(database, after != nullptr ? after->huid : before->huid);
     Delete(database, "SSR_HOLDER", condition);
+    // Certificates that stay as they are keep their places: of two holders who share one, a look-up
+    // by certificate takes the names of the last row.
+    if (before != nullptr && after != nullptr && before->certificates == after->certificates)
+    {
+        WriteHolderRow(database, *after);
+        return;
+    }
+    // Certificates that stood there without a holder are none of the new one's.
+    Delete(database, "SSR_HOLDERID", condition);
+    if (after != nullptr)
+    {
+        WriteHolder(database, *after);
+    }
 }
 
 std::string IsEqual(const char* column, const std::string& literal)
@@ -89,14 +103,9 @@ void Write(CDatabase& database, const BookChange& change)
             Remove(database, before != nullptr ? *before : *after);
         }
     }
-    for (const auto& [before, after] : change.holders)
+    for (const auto& holder : change.holders)
     {
-        // Certificates that stood there without a holder are none of the new one's.
-        Remove(database, before != nullptr ? before->huid : after->huid);
-        if (after != nullptr)
-        {
-            WriteHolder(database, *after);
-        }
+        Write(database, holder);
     }
     for (const auto& [before, after] : change.contracts)
     {

@@ -59,7 +59,7 @@ private:
 
 } // namespace
 
-void WriteHolder(CDatabase& database, const Holder& holder)
+void WriteHolderRow(CDatabase& database, const Holder& holder)
 {
     Insertion(database, "SSR_HOLDER")
         .Text("HUID", holder.huid)
@@ -68,6 +68,11 @@ void WriteHolder(CDatabase& database, const Holder& holder)
         .Text("LNAME", holder.lastName)
         .Text("OPPOSITION", holder.opposition)
         .Run();
+}
+
+void WriteHolder(CDatabase& database, const Holder& holder)
+{
+    WriteHolderRow(database, holder);
     for (const Certificate& certificate : holder.certificates)
     {
         Insertion(database, "SSR_HOLDERID")

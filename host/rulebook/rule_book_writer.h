@@ -11,7 +11,9 @@ namespace rulebook
 /// transaction is the caller's. Raises CDBException*.
 void WriteRuleBook(CDatabase& database, const RuleBook& book);
 
-/// One holder with its certificates, or one contract with its rules, behind what is there.
+/// The row of a holder alone, and one holder with its certificates, or one contract with its rules,
+/// behind what is there.
+void WriteHolderRow(CDatabase& database, const Holder& holder);
 void WriteHolder(CDatabase& database, const Holder& holder);
 void WriteContract(CDatabase& database, const Contract& contract);
 

@@ -212,6 +212,22 @@ TEST_F(RulesApply, CertificatesThatStoodThereWithoutAHolderAreNotTheNewOnes)
                 ElementsAre(Row{L"Nora"}));
 }
 
+// The names of a shared certificate are those of the holder whose row comes last.
+TEST_F(RulesApply, CertificatesThatStayKeepTheirPlaces)
+{
+    const auto places = [this]
+    { return m_database.Query(L"SELECT HUID FROM SSR_HOLDERID WHERE CN = 'Cabinet Lacroix'"); };
+    const auto before = places();
+
+    EXPECT_EQ(
+        Apply(Replaced(Exported("C-4001"), "\"Cabinet Lacroix\"\nopp", "\"Lacroix et Cie\"\nopp"))
+            .status,
+        0);
+
+    EXPECT_EQ(places(), before);
+    EXPECT_THAT(before, ElementsAre(Row{L"FR-0004"}, Row{L"FR-0005"}));
+}
+
 TEST_F(RulesApply, TermsThatAwaitTheirIdentifierComeAndGo)
 {
     const std::string awaiting = "[[contract]]\npartner = \"P\"\nservice = \"S\"\nclient = \"C\"\n"
