@@ -75,13 +75,18 @@ class Server:
         self.process = None
         self.folder.mkdir(parents=True, exist_ok=True)
         self.data.mkdir(mode=0o700, exist_ok=True)
+        self._account = pwd.getpwnam(self.user) if os.geteuid() == 0 else None
         self._prefix = []
-        if os.geteuid() == 0:
-            account = pwd.getpwnam(self.user)
-            self._prefix = ["setpriv", f"--reuid={account.pw_uid}", f"--regid={account.pw_gid}",
-                            "--clear-groups", "--"]  # fmt: skip
-            for each in (self.folder, self.data):
-                os.chown(each, account.pw_uid, account.pw_gid)
+        if self._account is not None:
+            self._prefix = ["setpriv", f"--reuid={self._account.pw_uid}",
+                            f"--regid={self._account.pw_gid}", "--clear-groups", "--"]  # fmt: skip
+        for each in (self.folder, self.data):
+            self.give(each)
+
+    def give(self, path):
+        """Makes it the server's."""
+        if self._account is not None:
+            os.chown(path, self._account.pw_uid, self._account.pw_gid)
 
     def start(self):
         """Starts it and waits until it answers. May be called again after a death."""
@@ -215,13 +220,13 @@ class MariaDb(Server):
     def install(self):
         self.set_up(["mariadb-install-db", "--no-defaults", f"--datadir={self.data}",
                      "--auth-root-authentication-method=normal", "--skip-test-db"])  # fmt: skip
-        (self.data / "bank").mkdir()
-        if self._prefix:
-            account = pwd.getpwnam(self.user)
-            os.chown(self.data / "bank", account.pw_uid, account.pw_gid)
-        (self.data / "bank" / "db.opt").write_text(
+        bank = self.data / "bank"
+        bank.mkdir()
+        (bank / "db.opt").write_text(
             "default-character-set=utf8mb4\ndefault-collation=utf8mb4_general_ci\n"
         )
+        for each in (bank, bank / "db.opt"):
+            self.give(each)
 
     def command(self):
         return ["mariadbd", "--no-defaults", f"--datadir={self.data}",
