@@ -5,6 +5,7 @@
 #include "host/check_result.h"
 #include "host/com_apartment.h"
 #include "host/explain/explanation.h"
+#include "host/html_page.h"
 #include "host/journal_reader.h"
 #include "host/output.h"
 #include "host/refusal.h"
@@ -198,7 +199,7 @@ void Tell(const CheckRequest& request, const CheckResult& result,
     Print(CheckInWords(request, result));
     if (explanation)
     {
-        Print("\n" + explain::InWords(*explanation));
+        Print("\n" + explain::AsText(explain::Sections(*explanation)));
     }
 }
 
@@ -273,6 +274,7 @@ void Prepare(const OptionValues& values, CheckRequest& request, CDatabase& datab
 
 int RunCheck(const OptionValues& values)
 {
+    RefuseHtmlWithoutExplain(values);
     CheckRequest request = ReadCheckRequest(values);
     std::vector<std::string> warnings;
     for (const std::string& warning : WarningsBefore(request))
@@ -310,8 +312,17 @@ int RunCheck(const OptionValues& values)
     {
         AppendToLog(log, "check of " + request.fileShown + ": " + OutcomeName(result));
     }
-    Tell(request, result,
-         keeper ? Explained(request, result, database, keeper->Text()) : std::nullopt);
+    std::optional<explain::Explanation> explanation;
+    if (keeper)
+    {
+        explanation = Explained(request, result, database, keeper->Text());
+    }
+    Tell(request, result, explanation);
+    if (explanation)
+    {
+        WriteHtmlPageAskedFor(
+            values, explain::AsHtml(explain::Sections(*explanation), support::MessageLanguage()));
+    }
     return ExitStatusOf(result);
 }
 

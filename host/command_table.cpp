@@ -60,6 +60,9 @@ constexpr OptionSpec kHtml = {"html", OptionKind::Text, "FILE",
 constexpr OptionSpec kExplain = {"explain", OptionKind::Flag, "",
                                  "also tell the decision rule by rule, and which smallest changes "
                                  "would have been accepted"};
+constexpr OptionSpec kExplainedHtml = {"html", OptionKind::Text, "FILE",
+                                       "with --explain also write the explanation as one page that "
+                                       "needs no network and prints well"};
 constexpr OptionSpec kRuleFile = {"file", OptionKind::Text, "FILE", "the rule file", true};
 
 constexpr OptionSpec kRemove = {"remove", OptionKind::Flag, "",
@@ -118,6 +121,7 @@ std::vector<OptionSpec> CheckOptions()
         {"log", OptionKind::Text, "FILE", "log file: gains a line, and the audit event names it"},
         {"trace", OptionKind::Text, "FILE", "trace file, appended to"},
         kExplain,
+        kExplainedHtml,
         kConfig,
         kJson,
     };
@@ -161,11 +165,12 @@ std::vector<CommandSpec> MakeCommands()
         {"simulate",
          "Judge an order that nobody has made",
          {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kVeu, kTypeAskedFor, kExplain,
-          kConfig, kJson},
+          kExplainedHtml, kConfig, kJson},
          RunSimulate},
         {"explain",
          "Tell the checks of a trace file rule by rule",
          {{"file", OptionKind::Text, "TRACE", "a file that check --trace has written", true},
+          kHtml,
           kConfig,
           kJson},
          RunExplain},

@@ -1,5 +1,6 @@
 #include "host/html_page.h"
 
+#include "host/option_readers.h"
 #include "host/refusal.h"
 #include "host/text.h"
 #include "port/files.h"
@@ -65,13 +66,34 @@ std::string HtmlText(std::string_view utf8)
     return html;
 }
 
-std::string HtmlPage(const std::string& title, const std::string& style, const std::string& body)
+std::string HtmlPage(const std::string& title, const std::string& style, const std::string& body,
+                     const std::string& language)
 {
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+    return "<!DOCTYPE html>\n<html lang=\"" + language +
+           "\">\n<head>\n<meta charset=\"utf-8\">\n"
            "<meta name=\"viewport\" content=\"width=device-width,initial-scale=1\">\n<title>" +
            HtmlText(title) + "</title>\n<style>" + kStyle + style +
            "</style>\n</head>\n<body>\n<h1>" + HtmlText(title) + "</h1>\n" + body +
            "</body>\n</html>\n";
+}
+
+void RefuseHtmlWithoutExplain(const OptionValues& values)
+{
+    const OptionValue* const page = values.Find("html");
+    if (page != nullptr && !values.IsOn("explain"))
+    {
+        throw UsageRefusal(page->origin + ": there is no explanation to write. Give --explain as "
+                                          "well, or leave --html out.");
+    }
+}
+
+void WriteHtmlPageAskedFor(const OptionValues& values, const std::string& page)
+{
+    const std::string path = OptionalNarrowText(values, "html");
+    if (!path.empty())
+    {
+        WriteHtmlPage(path, values.Find("html")->origin, page);
+    }
 }
 
 void WriteHtmlPage(const std::string& path, const std::string& origin, const std::string& page)

@@ -18,14 +18,10 @@ int RunMap(const OptionValues& values)
 {
     const std::string cuid = Required(values, "contract", "signcheck map CONTRACT --db CONN").text;
     const Connection connection = ConnectionFrom(values);
-    const std::string page = OptionalNarrowText(values, "html");
     CDatabase database;
     OpenRulesDatabase(database, connection);
     const authority::ContractMaps maps = authority::MapContract(database, connection, cuid);
-    if (!page.empty())
-    {
-        WriteHtmlPage(page, "option --html", authority::AsHtml(maps));
-    }
+    WriteHtmlPageAskedFor(values, authority::AsHtml(maps));
     if (values.IsOn("json"))
     {
         PrintJson(authority::AsJson(maps));

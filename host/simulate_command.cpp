@@ -2,6 +2,7 @@
 
 #include "host/exit_status.h"
 #include "host/explain/explanation.h"
+#include "host/html_page.h"
 #include "host/hypothetical_order.h"
 #include "host/output.h"
 #include "host/paragraph.h"
@@ -83,6 +84,7 @@ Json AsJson(const scratch::OrderKind& kind, const scratch::Decision& decision)
 
 int RunSimulate(const OptionValues& values)
 {
+    RefuseHtmlWithoutExplain(values);
     const HypotheticalOrder asked = ReadHypotheticalOrder(values);
     Json object = {{"contract", asked.cuid},
                    {"signers", asked.order.signers},
@@ -93,6 +95,7 @@ int RunSimulate(const OptionValues& values)
                    {"decisions", Json::array()}};
     std::string text;
     const bool isExplained = values.IsOn("explain");
+    std::vector<explain::Section> sections;
     int status = kDone;
     ForEachKind(values, asked,
                 [&](const AskedKind& each)
@@ -110,10 +113,13 @@ int RunSimulate(const OptionValues& values)
                     {
                         const auto explanation =
                             explain::Explain(each.copy, {each.book, each.kind, asked.order}, trace);
-                        text += "\n" + explain::InWords(explanation);
+                        const auto told = explain::Sections(explanation);
+                        sections.insert(sections.end(), told.begin(), told.end());
+                        text += "\n" + explain::AsText(told);
                         object["decisions"].back()["explanation"] = explain::AsJson(explanation);
                     }
                 });
+    WriteHtmlPageAskedFor(values, explain::AsHtml(sections, support::MessageLanguage()));
     if (values.IsOn("json"))
     {
         PrintJson(object);

@@ -2,6 +2,7 @@
 
 #include "host/explain/words.h"
 #include "host/file_text.h"
+#include "host/html_page.h"
 #include "host/option_readers.h"
 #include "host/output.h"
 #include "host/refusal.h"
@@ -31,13 +32,17 @@ int RunExplain(const OptionValues& values)
                           "a host with a trace, has written.");
     }
     nlohmann::ordered_json object = {{"checks", nlohmann::ordered_json::array()}};
+    const support::Language language = support::MessageLanguage();
+    std::vector<explain::Section> sections;
     std::string words;
     for (const explain::TracedCheck& check : checks)
     {
+        const auto told = explain::Sections(check, language);
+        sections.insert(sections.end(), told.begin(), told.end());
         object["checks"].push_back(explain::AsJson(check));
-        words +=
-            (words.empty() ? "" : "\n\n") + explain::InWords(check, support::MessageLanguage());
+        words += (words.empty() ? "" : "\n\n") + explain::AsText(told);
     }
+    WriteHtmlPageAskedFor(values, explain::AsHtml(sections, language));
     if (values.IsOn("json"))
     {
         PrintJson(object);

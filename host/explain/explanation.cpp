@@ -44,15 +44,15 @@ Explanation Explain(scratch::Copy& copy, const authority::RemedyTask& task,
     return explanation;
 }
 
-std::string InWords(const Explanation& explanation)
+std::vector<Section> Sections(const Explanation& explanation)
 {
     const Language language = support::MessageLanguage();
-    std::string text = InWords(explanation.check, language);
+    std::vector<Section> sections = Sections(explanation.check, language);
     if (explanation.remedies)
     {
-        text += InWords(*explanation.remedies, language);
+        sections.push_back(SectionOf(*explanation.remedies, language));
     }
-    return text;
+    return sections;
 }
 
 nlohmann::ordered_json AsJson(const Explanation& explanation)

@@ -31,7 +31,7 @@ Explanation Explain(scratch::Copy& copy, const authority::RemedyTask& task,
                     const std::string& trace);
 
 /// In the language of the messages.
-std::string InWords(const Explanation& explanation);
+std::vector<Section> Sections(const Explanation& explanation);
 nlohmann::ordered_json AsJson(const Explanation& explanation);
 
 /// Sees to it that a check is traced, and keeps what is traced for its explanation.

@@ -1,6 +1,5 @@
 #include "host/explain/words.h"
 
-#include "host/paragraph.h"
 #include "support/codepage.h"
 #include "support/numbers.h"
 
@@ -32,9 +31,9 @@ struct Both
 
 constexpr Both kRule = {"Rule ", "Règle "};
 constexpr Both kOf = {" of ", " du contrat "};
-constexpr Both kAsks = {"  Asks", "  Demande"};
-constexpr Both kFound = {"  Found", "  Trouvé"};
-constexpr Both kResult = {"  Result", "  Effet"};
+constexpr Both kAsks = {"Asks", "Demande"};
+constexpr Both kFound = {"Found", "Trouvé"};
+constexpr Both kResult = {"Result", "Effet"};
 constexpr Both kSigned = {"Signed", "Signé"};
 constexpr Both kDecided = {"Decided", "Décision"};
 
@@ -240,18 +239,19 @@ bool LooksForHolders(const TracedRule& rule)
            rule.ending != Ending::Unknown;
 }
 
-void AppendRule(std::string& text, const TracedRule& rule, std::size_t number, Language language)
+Section SectionOf(const TracedRule& rule, std::size_t number, Language language)
 {
-    text += "\n" + std::string(kRule.In(language)) + std::to_string(number) + kOf.In(language) +
-            rule.cuid + "\n";
-    host::AppendParagraph(text, kAsks.In(language), Asked(rule, language));
+    Section section = {kRule.In(language) + std::to_string(number) + kOf.In(language) + rule.cuid,
+                       {{kAsks.In(language), Asked(rule, language)}}};
     if (LooksForHolders(rule))
     {
-        host::AppendParagraph(text, kFound.In(language), Found(rule, language));
+        section.lines.push_back({kFound.In(language), Found(rule, language)});
     }
-    host::AppendParagraph(text, kResult.In(language),
-                          (rule.hadTooManySigners ? kTooMany.In(language) : "") +
-                              std::string(WordsOf(rule.ending).words.In(language)) + rule.finding);
+    section.lines.push_back(
+        {kResult.In(language), (rule.hadTooManySigners ? kTooMany.In(language) : "") +
+                                   std::string(WordsOf(rule.ending).words.In(language)) +
+                                   rule.finding});
+    return section;
 }
 
 std::string InWords(const authority::Remedy& remedy, Language language)
@@ -286,46 +286,45 @@ std::string InWords(const authority::Remedy& remedy, Language language)
 
 } // namespace
 
-std::string InWords(const TracedCheck& check, Language language)
+std::vector<Section> Sections(const TracedCheck& check, Language language)
 {
     std::string signers;
     for (const std::string& signer : check.signers)
     {
         signers += (signers.empty() ? "" : "; ") + signer;
     }
-    std::string text;
-    host::AppendParagraph(text, kSigned.In(language),
-                          (signers.empty() ? kNobody.In(language) : signers) +
-                              std::string(check.isDistributed ? " (VEU)" : ""));
+    signers = (signers.empty() ? kNobody.In(language) : signers) +
+              std::string(check.isDistributed ? " (VEU)" : "");
+    std::vector<Section> sections = {{"", {{kSigned.In(language), signers}}}};
     std::size_t number = 0;
     for (const TracedRule& rule : check.rules)
     {
-        AppendRule(text, rule, ++number, language);
+        sections.push_back(SectionOf(rule, ++number, language));
     }
-    text += "\n";
     const bool isKnown = check.verdict && *check.verdict < kVerdicts.size();
-    host::AppendParagraph(text, kDecided.In(language),
-                          isKnown ? kVerdicts[*check.verdict].In(language)
-                                  : kNotRun.In(language) +
-                                        (check.error.empty() ? "" : " " + check.error));
-    return text;
+    sections.push_back(
+        {"",
+         {{kDecided.In(language),
+           isKnown ? kVerdicts[*check.verdict].In(language)
+                   : kNotRun.In(language) + (check.error.empty() ? "" : " " + check.error)}}});
+    return sections;
 }
 
-std::string InWords(const std::vector<authority::Remedy>& remedies, Language language)
+Section SectionOf(const std::vector<authority::Remedy>& remedies, Language language)
 {
-    std::string text;
+    Section section;
     if (remedies.empty())
     {
-        host::AppendParagraph(text, kWouldDo.In(language), kNoRemedy.In(language));
+        section.lines.push_back({kWouldDo.In(language), kNoRemedy.In(language)});
     }
-    bool isFirst = true;
     for (const authority::Remedy& remedy : remedies)
     {
-        host::AppendParagraph(text, isFirst ? kWouldDo.In(language) : "",
-                              (isFirst ? kIf : kOr).In(language) + InWords(remedy, language) + ".");
-        isFirst = false;
+        const bool isFirst = section.lines.empty();
+        section.lines.push_back(
+            {isFirst ? kWouldDo.In(language) : "",
+             (isFirst ? kIf : kOr).In(language) + InWords(remedy, language) + "."});
     }
-    return text;
+    return section;
 }
 
 Json AsJson(const TracedCheck& check)

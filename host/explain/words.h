@@ -12,11 +12,31 @@
 namespace explain
 {
 
-/// A check rule by rule, in plain words for a terminal of 80 columns.
-std::string InWords(const TracedCheck& check, support::Language language);
+/// One thing said, such as what a rule asks. A line without a label goes on with the one before.
+struct Told
+{
+    std::string label;
+    std::string words;
+};
+
+/// What is said of the whole check, which has no title, or of one rule.
+struct Section
+{
+    std::string title;
+    std::vector<Told> lines;
+};
+
+/// A check rule by rule, in plain words.
+std::vector<Section> Sections(const TracedCheck& check, support::Language language);
 
 /// What would have been accepted instead.
-std::string InWords(const std::vector<authority::Remedy>& remedies, support::Language language);
+Section SectionOf(const std::vector<authority::Remedy>& remedies, support::Language language);
+
+/// For a terminal of 80 columns.
+std::string AsText(const std::vector<Section>& sections);
+
+/// One page that needs nothing else.
+std::string AsHtml(const std::vector<Section>& sections, support::Language language);
 
 nlohmann::ordered_json AsJson(const TracedCheck& check);
 nlohmann::ordered_json AsJson(const std::vector<authority::Remedy>& remedies);

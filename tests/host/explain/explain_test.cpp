@@ -127,6 +127,40 @@ TEST_F(Explain, ReadsTheTraceThatACheckHasWritten)
     EXPECT_EQ(checks[0]["rules"][0]["ending"], "accepted");
 }
 
+TEST_F(Explain, WritesAPageThatNeedsNothingElse)
+{
+    const std::string path = m_folder.Path("page.html");
+    const ScopedEnvironment language("SIGNUTILS_LANG", "fr");
+
+    Run(Simulated("C-1001", "Élodie Lefèvre", "64200.00", "900.00"), {"--html", path});
+
+    const std::string page = ReadWholeFile(path);
+    EXPECT_THAT(page, AllOf(HasSubstr("<html lang=\"fr\">"), HasSubstr("Règle 1 du contrat C-1001"),
+                            HasSubstr("<dd>si le total est au plus 50000.00.</dd>"),
+                            Not(HasSubstr("http")), Not(HasSubstr("<script"))));
+}
+
+TEST_F(Explain, WritesThePageOfATraceAndOfACheck)
+{
+    const std::string trace = m_folder.Path("trace.txt");
+    const std::string page = m_folder.Path("page.html");
+    Run(CheckOf("Hélène Garçon"), {"--trace", trace, "--explain", "--html", page});
+    const std::string ofCheck = ReadWholeFile(page);
+    RunSigncheck({"explain", trace, "--html", page});
+
+    EXPECT_THAT(ofCheck, HasSubstr("REFUSES: a holder who signed is in opposition."));
+    EXPECT_THAT(ReadWholeFile(page), HasSubstr("REFUSES: a holder who signed is in opposition."));
+}
+
+TEST_F(Explain, RefusesAPageWithoutAnExplanation)
+{
+    const Answer answer = Run(CheckOf("Hélène Garçon"), {"--html", m_folder.Path("page.html")});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("option --html"), HasSubstr("--explain")));
+    EXPECT_EQ(RecordsWritten(), 0U);
+}
+
 TEST_F(Explain, RefusesAFileWithoutATrace)
 {
     const Answer empty = RunSigncheck({"explain", m_order});
