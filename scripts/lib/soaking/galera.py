@@ -97,7 +97,13 @@ class Cluster:
 
     @property
     def connexion(self):
-        hosts = ",".join(f"{node.address}:{node.port}" for node in self.nodes)
+        return self.connexion_of(0)
+
+    def connexion_of(self, host):
+        """Of a host whose own node comes first, the others behind it."""
+        first = host % len(self.nodes)
+        ordered = self.nodes[first:] + self.nodes[:first]
+        hosts = ",".join(f"{node.address}:{node.port}" for node in ordered)
         return f"Driver={{MariaDB Unicode}};SERVER={hosts};UID=root;DATABASE=bank;{self.limits}"
 
     def start(self):

@@ -25,7 +25,7 @@ def rounds(build, folder, product, checks, done):
 def _round(program, server, place, checks, name):
     each = -(-checks // (PROCESSES * THREADS))
     started = time.monotonic()
-    running = [hosts.Host(program, place, server.connexion, f"{name}p{index}", THREADS, each)
+    running = [hosts.Host(program, place, server.connexion_of(index), f"{name}p{index}", THREADS, each)
                for index in range(PROCESSES)]  # fmt: skip
     ended = [host.end() for host in running]
     seconds = time.monotonic() - started

@@ -33,7 +33,13 @@ def free_port():
             return port
 
 
-class Sqlite:
+class Database:
+    def connexion_of(self, _host):
+        """The connection string of one of several hosts, counted from 0."""
+        return self.connexion
+
+
+class Sqlite(Database):
     """A file; there is nothing that could die."""
 
     product = "sqlite"
@@ -60,7 +66,7 @@ class Sqlite:
             connection.close()
 
 
-class Server:
+class Server(Database):
     """A server process. It never runs as root: a run as root gives it to `user`. One that flushes
     nothing is quick, and loses what it has acknowledged when it is killed."""
 
