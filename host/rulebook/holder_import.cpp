@@ -5,7 +5,6 @@
 #include "host/rulebook/text_checks.h"
 #include "host/suggestion.h"
 #include "host/text.h"
-#include "support/casefold.h"
 
 #include <algorithm>
 #include <map>
@@ -60,14 +59,6 @@ std::vector<std::string> ColumnsOf(const CsvRecord& heading, const std::string& 
                                                  known + ". Nothing was imported.");
     }
     return heading.fields;
-}
-
-std::u32string InLowerCase(const std::string& utf8)
-{
-    std::u32string letters = host::CodePoints(utf8);
-    std::transform(letters.begin(), letters.end(), letters.begin(),
-                   [](char32_t letter) { return support::LowerCase(letter); });
-    return letters;
 }
 
 /// A line as a holder with at most one certificate; empty fields have no value.

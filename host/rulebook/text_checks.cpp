@@ -4,6 +4,7 @@
 #include "host/rulebook/iso_date.h"
 #include "host/rulebook/rule_file_fields.h"
 #include "host/text.h"
+#include "support/casefold.h"
 #include "support/numbers.h"
 
 #include <algorithm>
@@ -37,6 +38,14 @@ bool IsBlank(char letter)
 }
 
 } // namespace
+
+std::u32string InLowerCase(const std::string& utf8)
+{
+    std::u32string letters = host::CodePoints(utf8);
+    std::transform(letters.begin(), letters.end(), letters.begin(),
+                   [](char32_t letter) { return support::LowerCase(letter); });
+    return letters;
+}
 
 void FileChecker::Wrong(const std::string& path, const std::string& what, const std::string& remedy)
 {

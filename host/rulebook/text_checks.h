@@ -31,6 +31,9 @@ inline constexpr TextColumn kServiceColumn = {"VFNAME", 8, true, true};
 inline constexpr TextColumn kClientColumn = {"VCNAME", 8, true, true};
 inline constexpr TextColumn kAmountColumn = {"AMOUNT", 32, true, false};
 
+/// A certificate name as it is compared: in lower case, whatever the locale.
+std::u32string InLowerCase(const std::string& utf8);
+
 /// Adds problems about parts of a file, which it names by their path.
 class FileChecker
 {

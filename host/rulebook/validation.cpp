@@ -4,7 +4,6 @@
 #include "host/rulebook/text_checks.h"
 #include "host/suggestion.h"
 #include "host/text.h"
-#include "support/casefold.h"
 
 #include <algorithm>
 #include <map>
@@ -17,14 +16,6 @@ namespace
 {
 
 constexpr std::size_t kKeyLength = 8;
-
-std::u32string InLowerCase(const std::string& utf8)
-{
-    std::u32string letters = host::CodePoints(utf8);
-    std::transform(letters.begin(), letters.end(), letters.begin(),
-                   [](char32_t letter) { return support::LowerCase(letter); });
-    return letters;
-}
 
 /// Partners, services or clients by their first eight characters: a column and a check have no
 /// more.
