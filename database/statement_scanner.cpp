@@ -52,7 +52,7 @@ public:
 
     bool Has(wchar_t character) const noexcept
     {
-        const auto place = static_cast<std::size_t>(character);
+        const auto place = static_cast<char32_t>(character);
         return place < std::size(m_ascii) ? m_ascii[place] : m_others;
     }
 
@@ -61,7 +61,7 @@ private:
     {
         for (const wchar_t each : marks)
         {
-            m_ascii[static_cast<std::size_t>(each)] = true;
+            m_ascii[static_cast<char32_t>(each)] = true;
         }
     }
 
