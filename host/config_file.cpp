@@ -6,6 +6,7 @@
 #include "host/suggestion.h"
 #include "host/text.h"
 #include "host/text_file.h"
+#include "host/toml_keys.h"
 #include "host/toml_kind.h"
 #include "port/secrecy.h"
 
@@ -208,6 +209,12 @@ void AddTopKeys(const toml::table& root, const std::string& file, const CommandS
 
 toml::table ParseConfig(const std::string& toml, const std::string& name)
 {
+    if (const std::size_t line = LineOfKeyWithTooManyParts(toml); line != 0)
+    {
+        throw UsageRefusal(name + ", line " + std::to_string(line) + ": a key has more than " +
+                           std::to_string(kMostKeyParts) +
+                           " parts. Correct the line: a field is written name = value.");
+    }
     try
     {
         return toml::parse(std::string_view(toml));

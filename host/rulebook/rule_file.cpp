@@ -2,6 +2,7 @@
 
 #include "host/rulebook/table_reader.h"
 #include "host/text.h"
+#include "host/toml_keys.h"
 
 namespace rulebook
 {
@@ -172,6 +173,14 @@ Contract ReadContract(TableReader& table, Problems& problems, const Places& plac
 RuleFile ReadRuleFile(std::string_view toml, Problems& problems)
 {
     RuleFile file;
+    if (const std::size_t line = host::LineOfKeyWithTooManyParts(toml); line != 0)
+    {
+        problems.Add({line, "",
+                      "a key has more than " + std::to_string(host::kMostKeyParts) + " parts.",
+                      "Correct the line, then check again: nothing was read. A field is written "
+                      "name = value."});
+        return file;
+    }
     toml::table root;
     try
     {

@@ -240,6 +240,27 @@ TEST_F(RulesApply, TermsThatAwaitTheirIdentifierComeAndGo)
     EXPECT_EQ(m_database.Query(L"SELECT TYPE FROM SSR_CONTRACTCUR").size(), 0U);
 }
 
+TEST_F(RulesApply, TextsThatLookLikeStatementsAreKeptAsTheyStand)
+{
+    const rulebook::RuleBook before = Bank();
+    const std::string hostile =
+        "[[holder]]\nhuid = 'H\\'\npartner = 'P\\'\n"
+        "first-name = \"O'Brien\\\\'; DROP TABLE SSR_HOLDER; --\"\n"
+        "last-name = \"'' || {fn user()} %s ? \u2019 \U0001D49C \\\\\"\n"
+        "certificates = [ { name = 'Bob \\', serial = \"\\\\'); --\" } ]\n"
+        "[[contract]]\ncuid = 'X\\'\npartner = 'P\\'\nservice = 'S\\'\nclient = 'C\\'\n"
+        "protocol = 9\nside = \"server\"\nterms = [ { type = 1 } ]\n"
+        "rules = [ { holder1 = 'H\\', alone = true, amount = \"1.00\", level = \"file\" } ]\n";
+
+    const Answer applied = Apply(hostile);
+
+    EXPECT_EQ(applied.status, 0) << applied.errors;
+    EXPECT_EQ(Rules("diff", hostile).status, 0);
+    const rulebook::RuleBook after = Bank();
+    EXPECT_EQ(after.holders.size(), before.holders.size() + 1);
+    EXPECT_EQ(after.contracts.size(), before.contracts.size() + 1);
+}
+
 TEST_F(RulesApply, IsOneJsonObjectWhereJsonIsAskedFor)
 {
     const Answer answer = Apply("[[holder]]\nhuid = \"N-1\"\n", {"--json"});

@@ -255,6 +255,19 @@ TEST_F(RulesValidate, ATextThatIsNoTomlIsToldWithItsLine)
     EXPECT_THAT(FindingOf("huid = \"\xC3\x28\"\n"), HasSubstr("line 1"));
 }
 
+TEST_F(RulesValidate, AKeyOfManyPartsIsRefusedBeforeItExhaustsTheStack)
+{
+    std::string key = "a";
+    for (int part = 0; part < 200000; ++part)
+    {
+        key += ".a";
+    }
+
+    EXPECT_THAT(FindingOf(std::string(kHolder) + key + " = 1\n"),
+                HasSubstr("line 3, : a key has more than 16 parts"));
+    EXPECT_THAT(FindingOf("[" + key + "]\n"), HasSubstr("line 1, : a key has more"));
+}
+
 TEST_F(RulesValidate, AnEmptyFileHasNoProblem)
 {
     EXPECT_EQ(Validate("").status, 0);
