@@ -8,6 +8,8 @@
 #include "support/codepage.h"
 #include "support/temporary_file.h"
 
+#include <filesystem>
+
 namespace host
 {
 
@@ -36,6 +38,19 @@ std::string FolderOf(const std::string& path)
         --end;
     }
     return end == 0 ? "." : path.substr(0, end);
+}
+
+// Putting the page in its place would take away a device or pipe, such as /dev/null.
+void RefuseWhatIsNoFile(const std::string& path, const std::string& origin)
+{
+    const std::string utf8 = support::Utf8FromNarrow(path);
+    const std::filesystem::path file(std::u8string(utf8.begin(), utf8.end()));
+    std::error_code none;
+    if (std::filesystem::exists(file, none) && !std::filesystem::is_regular_file(file, none))
+    {
+        throw UsageRefusal(origin + ": " + Quoted(utf8) +
+                           " is no regular file. Give the path of a file.");
+    }
 }
 
 } // namespace
@@ -98,6 +113,7 @@ void WriteHtmlPageAskedFor(const OptionValues& values, const std::string& page)
 
 void WriteHtmlPage(const std::string& path, const std::string& origin, const std::string& page)
 {
+    RefuseWhatIsNoFile(path, origin);
     // A reader sees the old page or the new one, never half of it.
     const std::string unfinished = support::TemporaryPath(FolderOf(path).c_str(), "part");
     if (support::WriteNewFile(unfinished, page))

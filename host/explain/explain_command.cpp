@@ -4,6 +4,7 @@
 #include "host/file_text.h"
 #include "host/html_page.h"
 #include "host/option_readers.h"
+#include "host/order_path.h"
 #include "host/output.h"
 #include "host/refusal.h"
 #include "host/text.h"
@@ -16,7 +17,7 @@ namespace host
 int RunExplain(const OptionValues& values)
 {
     const OptionValue& file = Required(values, "file", "signcheck explain TRACE");
-    const auto text = FileText(NarrowText(file));
+    const auto text = FileText(ExistingFilePath(file, "the trace"));
     if (!text)
     {
         throw UsageRefusal(

@@ -37,6 +37,23 @@ TEST_F(PosixBadInput, ADeviceInsteadOfAnOrderFile)
                 HasSubstr("argument FILE: '/dev/null' is no regular file. Give the path"));
 }
 
+TEST_F(PosixBadInput, ADeviceInThePlaceOfAPageStays)
+{
+    const std::string page = m_folder.Path("page.html");
+    std::filesystem::create_symlink("/dev/null", page);
+
+    EXPECT_THAT(RefusalOf({"map", "C-7001", "--db", Db(), "--html", page}),
+                HasSubstr("is no regular file. Give the path of a file."));
+    EXPECT_TRUE(std::filesystem::is_symlink(page));
+}
+
+TEST_F(PosixBadInput, ADeviceInsteadOfATrace)
+{
+    // Reading it would end with the memory.
+    EXPECT_THAT(RefusalOf({"explain", "/dev/zero"}),
+                HasSubstr("argument TRACE: '/dev/zero' is no regular file. Give the path"));
+}
+
 TEST_F(PosixBadInput, BytesThatAreNoUtf8)
 {
     EXPECT_THAT(

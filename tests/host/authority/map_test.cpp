@@ -1,8 +1,11 @@
 // The map of the sample bank's contracts, as a user sees it.
 
+#include "support/codepage.h"
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace testing_support
 {
@@ -189,6 +192,39 @@ TEST_F(Map, WritesAPageThatNeedsNothingElse)
                             HasSubstr("refused AM02")));
     EXPECT_THAT(page,
                 AllOf(Not(HasSubstr("http")), Not(HasSubstr("<script")), Not(HasSubstr("src="))));
+}
+
+TEST_F(Map, WritesNamesIntoItsPageThatNoBrowserTakesForMarkup)
+{
+    const std::string hostile = "\"'><script>alert(1)</script>\x1B[2J\xE2\x80\xAE";
+    m_database.Execute(L"UPDATE SSR_HOLDER SET LNAME = " +
+                       m_database.Literal(support::WideFromUtf8(hostile)) +
+                       L" WHERE HUID = 'DE-0003'");
+    m_database.Execute(L"UPDATE SSR_CONTRACT SET CUID = '<b>' WHERE CUID = 'C-7001'");
+    m_database.Execute(L"UPDATE SSR_CONTRACTCUR SET CUID = '<b>' WHERE CUID = 'C-7001'");
+    m_database.Execute(L"UPDATE SSR_CONTRACTRULE SET CUID = '<b>' WHERE CUID = 'C-7001'");
+    const std::string path = m_folder.Path("map.html");
+
+    const Answer answer = RunMap("<b>", {"--html", path});
+
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    const std::string page = ReadWholeFile(path);
+    EXPECT_THAT(page, AllOf(HasSubstr("&quot;'&gt;&lt;script&gt;alert(1)&lt;/script&gt;?[2J?"),
+                            HasSubstr("Authority map of contract &lt;b&gt;</title>")));
+    EXPECT_THAT(page, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("<b>"))));
+    EXPECT_THAT(page + answer.output,
+                AllOf(Not(HasSubstr("\x1B")), Not(HasSubstr("\xE2\x80\xAE"))));
+}
+
+TEST_F(Map, PutsNoPageInThePlaceOfWhatIsNoFile)
+{
+    const std::string folder = m_folder.Path("pages");
+    std::filesystem::create_directory(Utf8Path(folder));
+
+    const Answer answer = RunMap("C-7001", {"--html", folder});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors, HasSubstr("is no regular file"));
 }
 
 TEST_F(Map, RefusesAPageThatCannotBeWritten)

@@ -169,7 +169,7 @@ TEST_F(Explain, RefusesAFileWithoutATrace)
 
     const Answer missing = RunSigncheck({"explain", m_folder.Path("missing")});
     EXPECT_EQ(missing.status, 64);
-    EXPECT_THAT(missing.errors, HasSubstr("cannot be read"));
+    EXPECT_THAT(missing.errors, HasSubstr("there is no file"));
 }
 
 struct EndingCase
