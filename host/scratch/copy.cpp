@@ -71,12 +71,25 @@ void Guarded(const host::Connection& where, Work&& work)
 
 } // namespace
 
+void RequireEmptyPlace(CDatabase& database, const host::Connection& where)
+{
+    if (schema::InstalledVersion(database) != 0)
+    {
+        throw host::Refusal(host::kCouldNotRun,
+                            "the connection " + host::Quoted(where.shown) +
+                                " does not lead to the empty place made for a copy of the rules, "
+                                "but to rules that are in use; nothing was written. Correct the "
+                                "connection string: it may choose a database or schema twice.");
+    }
+}
+
 Copy::Copy(CDatabase& source, const host::Connection& connection, const rulebook::RuleBook& book)
     : m_place(source, connection)
 {
     Guarded(m_place.Where(),
-            [&book](CDatabase& database)
+            [this, &book](CDatabase& database)
             {
+                RequireEmptyPlace(database, m_place.Where());
                 schema::Install(database);
                 Write(database, book);
             });

@@ -8,6 +8,10 @@
 namespace scratch
 {
 
+/// Raises host::Refusal with kCouldNotRun where a schema is installed already. What stands in a
+/// copy's place is deleted, and a driver that ignored the way there would have the bank's rules go.
+void RequireEmptyPlace(CDatabase& database, const host::Connection& where);
+
 /// A copy of a rule book that the library can judge by without a trace in the bank's tables: its
 /// history rows and audit events go into the copy, and with it.
 class Copy

@@ -108,6 +108,7 @@ Decision Judge::AskTraced(const Order& order, std::string& trace)
 
 Decision Judge::Run(const Order& order, void* trace)
 {
+    Interruption::Check();
     ++m_count;
     SignUtils session(trace, nullptr);
     session.SetConnexionString(m_copy.Where().text.c_str());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/connection.h"
+#include "host/scratch/interruption.h"
 
 #include <string>
 
@@ -34,6 +35,7 @@ private:
     bool TryWithin(CDatabase& source, const host::Connection& connection);
     void TakeFile(const host::Connection& connection, bool sourceIsSqlite);
 
+    Interruption m_interruption; ///< ends behind the place
     host::Connection m_where;
     std::string m_name;
     std::string m_kind;

@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
+
 namespace testing_support
 {
 namespace
@@ -123,6 +125,41 @@ TEST_F(Scratch, SaysWhereItCannotBeWritten)
     {
         EXPECT_EQ(refusal.Status(), host::kCouldNotRun);
         EXPECT_THAT(refusal.what(), AllOf(HasSubstr("missing"), HasSubstr("cannot be written")));
+    }
+}
+
+TEST_F(Scratch, IsNeverWrittenOverRulesThatAreInUse)
+{
+    try
+    {
+        scratch::RequireEmptyPlace(m_source, m_where);
+        ADD_FAILURE() << "took the bank for an empty place";
+    }
+    catch (const host::Refusal& refusal)
+    {
+        EXPECT_EQ(refusal.Status(), host::kCouldNotRun);
+        EXPECT_THAT(refusal.what(), AllOf(HasSubstr("'the bank'"), HasSubstr("in use")));
+    }
+}
+
+TEST_F(Scratch, GoesWhenTheCommandIsInterrupted)
+{
+    for (const int number : {SIGINT, SIGTERM})
+    {
+        const TemporaryFolder copies;
+        const TemporaryFilesIn folder(copies.Path());
+        {
+            const scratch::Copy copy(m_source, m_where, m_book);
+            scratch::Judge judge(copy, Kind());
+            judge.Ask({{}, 1.0, 1.0, true});
+
+            ASSERT_EQ(std::raise(number), 0);
+
+            EXPECT_THROW(judge.Ask({{}, 1.0, 1.0, true}), host::Refusal);
+        }
+        EXPECT_THAT(NamesIn(copies.Path()), IsEmpty());
+        const scratch::Copy next(m_source, m_where, m_book);
+        EXPECT_NO_THROW(scratch::Judge(next, Kind()).Ask({{}, 1.0, 1.0, true}));
     }
 }
 

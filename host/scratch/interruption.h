@@ -1,0 +1,20 @@
+#pragma once
+
+namespace scratch
+{
+
+/// While one lives, SIGINT and SIGTERM end the process where Check is called only, so that what
+/// lies in the database for the time of a command is dropped. A second signal ends it at once.
+class Interruption
+{
+public:
+    Interruption();
+    ~Interruption();
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+
+    /// Raises host::Refusal with kCouldNotRun when a signal has come.
+    static void Check();
+};
+
+} // namespace scratch
