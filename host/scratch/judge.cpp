@@ -10,6 +10,9 @@
 #include "support/temporary_file.h"
 #include "support/trace.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace scratch
 {
 
@@ -41,6 +44,22 @@ std::wstring Joined(const std::vector<std::string>& signers)
         list += (list.empty() ? L"" : L";") + support::WideFromUtf8(signer);
     }
     return list;
+}
+
+// Other names may be refused where the real order's would be, too: a text that would leave its
+// literal, a letter that the driver cannot carry.
+bool IsOrdinary(const std::string& signer)
+{
+    constexpr std::string_view kOrdinary = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                           "0123456789 .-_";
+    return signer.find_first_not_of(kOrdinary) == std::string::npos;
+}
+
+/// Whether what could not be read would change the answer without a word.
+bool IsCutShort(const CheckOutcome& outcome, const std::vector<std::string>& signers)
+{
+    return !outcome.ran || !outcome.rulesComplete ||
+           (!outcome.lookupsComplete && std::all_of(signers.begin(), signers.end(), IsOrdinary));
 }
 
 /// A trace file for one check, removed at the end of the scope.
@@ -121,7 +140,7 @@ Decision Judge::Run(const Order& order, void* trace)
     }
     const unsigned long verdict = session.CheckSignRules(kFileName, Joined(order.signers).c_str());
     const CheckOutcome& outcome = session.GetLastCheck();
-    if (!outcome.ran || !outcome.rulesComplete)
+    if (IsCutShort(outcome, order.signers))
     {
         throw host::Refusal(
             host::kCouldNotRun,

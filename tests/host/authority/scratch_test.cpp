@@ -102,6 +102,23 @@ TEST_F(Scratch, IsJudgedAsOftenAsAskedWithoutATraceInTheBank)
     EXPECT_EQ(RecordsWritten(), 0U);
 }
 
+TEST_F(Scratch, IsNotBelievedWhereAHolderCouldNotBeLookedUp)
+{
+    const scratch::Copy copy(m_source, m_where, m_book);
+    scratch::Judge judge(copy, Kind());
+    const scratch::Order order = {{"Ana Ruiz"}, 1.0, 1.0, false};
+    EXPECT_EQ(judge.Ask(order).verdict, scratch::kNoRule);
+    // A name that no statement carries is one that no order can be signed with, either.
+    EXPECT_EQ(judge.Ask({{"O'Brien"}, 1.0, 1.0, false}).verdict, scratch::kNoRule);
+
+    CDatabase database;
+    database.OpenEx(copy.Where().text.c_str(), CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
+    database.ExecuteSQLW(L"DROP TABLE SSR_HOLDERID");
+    database.Close();
+
+    EXPECT_THROW(judge.Ask(order), host::Refusal);
+}
+
 TEST_F(Scratch, TracesWhatTheLibraryDid)
 {
     const scratch::Copy copy(m_source, m_where, m_book);
