@@ -36,6 +36,16 @@ std::string AllCommands()
     return names;
 }
 
+std::string ExamplesText(const CommandSpec& spec)
+{
+    std::string text = "Examples:";
+    for (const Example& example : spec.examples)
+    {
+        text += std::string("\n  ") + example.purpose + ":\n    " + example.line;
+    }
+    return text;
+}
+
 /// A command as the parser knows it, with the places that its options are read into.
 struct ParsedCommand
 {
@@ -97,13 +107,15 @@ private:
         parsed.spec = &spec;
         const std::string name = spec.name;
         const std::size_t blank = name.find(' ');
-        parsed.app = blank == std::string::npos ? AddWord(m_app, name, spec.summary)
-                                                : AddWord(GroupOf(name.substr(0, blank)),
-                                                          name.substr(blank + 1), spec.summary);
-        if (spec.example != nullptr)
+        parsed.app = blank == std::string::npos
+                         ? AddWord(m_app, name, spec.summary)
+                         : AddWord(GroupOf(name.substr(0, blank), spec.family),
+                                   name.substr(blank + 1), spec.summary);
+        if (blank == std::string::npos)
         {
-            parsed.app->footer(std::string("Example: ") + spec.example);
+            parsed.app->group(spec.family);
         }
+        parsed.app->footer(ExamplesText(spec));
         for (const OptionSpec& option : spec.options)
         {
             parsed.options.emplace_back(&option, AddOption(*parsed.app, option));
@@ -119,12 +131,13 @@ private:
         return app;
     }
 
-    CLI::App& GroupOf(const std::string& word)
+    CLI::App& GroupOf(const std::string& word, const char* family)
     {
         CLI::App*& group = m_groups[word];
         if (group == nullptr)
         {
-            group = AddWord(m_app, word, FindGroupSummary(word));
+            group = AddWord(m_app, word, FindGroup(word)->summary);
+            group->group(family);
             group->require_subcommand(0, 1);
         }
         return *group;

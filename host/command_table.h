@@ -26,16 +26,42 @@ struct OptionSpec
     bool positional = false; ///< given without its name on the command line
 };
 
+/// A command line that works on the sample bank, with what it is good for.
+struct Example
+{
+    const char* purpose;
+    const char* line;
+};
+
 struct CommandSpec
 {
     const char* name; ///< one word, or the word of a group and one of its own: "rules export"
     const char* summary;
     std::vector<OptionSpec> options;
     int (*run)(const OptionValues& values);
-    const char* example = nullptr; ///< closes the help
+    std::vector<Example> examples; ///< at least one
+    const char* family = "";       ///< title of the family; the table of all commands sets it
 };
 
-/// Every command of signcheck.
+/// The first word of commands of two words.
+struct CommandGroup
+{
+    const char* word;
+    const char* summary;
+};
+
+/// Commands that the help lists together.
+struct CommandFamily
+{
+    const char* title;
+    std::vector<CommandSpec> commands;
+    std::vector<CommandGroup> groups = {};
+};
+
+/// Every family of signcheck, in the order of the help.
+const std::vector<CommandFamily>& Families();
+
+/// Every command of signcheck, family by family.
 const std::vector<CommandSpec>& Commands();
 
 /// Null when no command has that name.
@@ -45,7 +71,7 @@ const CommandSpec* FindCommand(const std::string& name);
 const OptionSpec* FindOption(const CommandSpec& command, const std::string& name);
 
 /// What the commands of a group have in common; null when none begins with the word.
-const char* FindGroupSummary(const std::string& word);
+const CommandGroup* FindGroup(const std::string& word);
 
 /// Names for suggestions.
 std::vector<std::string> CommandNames();

@@ -172,7 +172,7 @@ void AddCommandTables(const toml::table& tables, const std::string& group, const
         {
             AddTable(*table, *owner, file, owner == &command ? &values : nullptr);
         }
-        else if (group.empty() && FindGroupSummary(word) != nullptr)
+        else if (group.empty() && FindGroup(word) != nullptr)
         {
             AddCommandTables(*table, word, file, command, values);
         }

@@ -33,13 +33,15 @@ TEST_F(CommandGroup, AnUnknownCommandIsNamedWithTheNearestOne)
                                      HasSubstr("Did you mean rules export?")));
 }
 
-TEST_F(CommandGroup, TheHelpOfACommandEndsWithAnExample)
+TEST_F(CommandGroup, TheHelpOfACommandEndsWithExamples)
 {
     const Answer answer = RunSigncheck({"rules", "export", "--help"});
 
     EXPECT_EQ(answer.status, 0);
-    EXPECT_THAT(answer.output, AllOf(HasSubstr("--contract"),
-                                     HasSubstr("Example: signcheck rules export --contract")));
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("--contract"),
+                      HasSubstr("Examples:\n  The whole bank:\n    signcheck rules export"),
+                      HasSubstr("signcheck rules export --contract C-1001\n")));
 }
 
 TEST_F(CommandGroup, ASettingsFileHasItsCommandsInTablesOfItsOwn)

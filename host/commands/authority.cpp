@@ -1,0 +1,73 @@
+#include "host/commands/families.h"
+#include "host/commands/shared_options.h"
+#include "host/explain/explain_command.h"
+#include "host/lint_command.h"
+#include "host/map_command.h"
+#include "host/pending_command.h"
+#include "host/simulate_command.h"
+
+namespace host
+{
+
+namespace
+{
+
+constexpr OptionSpec kContract = {"contract", OptionKind::Text, "CONTRACT",
+                                  "identifier of the contract (CUID)", true};
+constexpr OptionSpec kContractOrAll = {"contract", OptionKind::Text, "CONTRACT",
+                                       "identifier of the contract (CUID); else all of them", true};
+constexpr OptionSpec kHtml = {"html", OptionKind::Text, "FILE",
+                              "also write one page that needs no network and prints well"};
+constexpr OptionSpec kTypeAskedFor = {"type", OptionKind::Number, "N",
+                                      "order type; else every one that the contract has terms for"};
+
+} // namespace
+
+CommandFamily AuthorityCommands()
+{
+    return {
+        "Who may release what, and why",
+        {
+            {"map",
+             "Show who may release what under one contract",
+             {kContract, kDb, kHtml, kConfig, kJson},
+             RunMap,
+             {{"On the terminal", "signcheck map C-1001"},
+              {"As a page to hand out", "signcheck map C-1001 --html map.html"}}},
+            {"lint",
+             "Show what the authors of rules may not have meant",
+             {kContractOrAll, kDb, kConfig, kJson},
+             RunLint,
+             {{"One contract", "signcheck lint C-1001"}, {"All of them", "signcheck lint"}}},
+            {"simulate",
+             "Judge an order that nobody has made",
+             {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kVeu, kTypeAskedFor, kExplain,
+              kExplainedHtml, kConfig, kJson},
+             RunSimulate,
+             {{"May this holder release 900 euros?",
+               "signcheck simulate C-1001 --signers \"Élodie Lefèvre\" --total 900 --largest 900 "
+               "--currency EUR"},
+              {"And why not",
+               "signcheck simulate C-1001 --signers \"Paul Martin\" --total 60000 --largest 60000 "
+               "--currency EUR --explain"}}},
+            {"explain",
+             "Tell the checks of a trace file rule by rule",
+             {{"file", OptionKind::Text, "TRACE", "a file that check --trace has written", true},
+              kHtml,
+              kConfig,
+              kJson},
+             RunExplain,
+             {{"Every check of the trace", "signcheck explain check.trace"},
+              {"As a page", "signcheck explain check.trace --html checks.html"}}},
+            {"pending",
+             "Show who can still complete a distributed order",
+             {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kTypeAskedFor, kConfig, kJson},
+             RunPending,
+             {{"After the first signature",
+               "signcheck pending C-1001 --signers \"Paul Martin\" --total 900 --largest 900 "
+               "--currency EUR"}}},
+        },
+    };
+}
+
+} // namespace host

@@ -1,0 +1,53 @@
+#include "host/amounts_command.h"
+#include "host/commands/families.h"
+#include "host/commands/shared_options.h"
+#include "host/convert_command.h"
+#include "host/display_command.h"
+
+namespace host
+{
+
+namespace
+{
+
+constexpr OptionSpec kOrderFile = {"file", OptionKind::Text, "FILE", "the order file to read",
+                                   true};
+constexpr OptionSpec kFormat = {"format", OptionKind::Text, "F",
+                                "ISO20022/pain.001, ISO20022/pain.008, CFONB/160, CFONB/320 or "
+                                "SWIFT/MT101; auto, as when not given: recognised from the file"};
+
+} // namespace
+
+CommandFamily OrderFileCommands()
+{
+    return {
+        "Looking into order files",
+        {
+            {"amounts",
+             "Show the amounts of one order file",
+             {kOrderFile, kFormat, kConfig, kJson},
+             RunAmounts,
+             {{"Totals by remittance and currency", "signcheck amounts order.xml"},
+              {"The same for a program", "signcheck amounts order.xml --json"}}},
+            {"display",
+             "Show the orders of one order file, as CtlVEU.INI lays them out",
+             {kOrderFile, kFormat, kConfig, kJson},
+             RunDisplay,
+             {{"Every order, below its remittance", "signcheck display order.xml"},
+              {"A file whose format is known",
+               "signcheck display order.xml --format ISO20022/pain.001"}}},
+            {"convert",
+             "Convert one order file into its work files",
+             {kOrderFile,
+              kFormat,
+              {"keep", OptionKind::Flag, "", "leave the six work files beside the order file"},
+              kConfig,
+              kJson},
+             RunConvert,
+             {{"What the conversion makes of a file; nothing stays", "signcheck convert order.xml"},
+              {"Leave the work files", "signcheck convert order.xml --keep"}}},
+        },
+    };
+}
+
+} // namespace host
