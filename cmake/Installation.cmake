@@ -1,56 +1,46 @@
-# What an installation holds: the library with its headers, and how other builds find it.
+# What an installation holds: the library with its headers, and how other builds find it. Components:
+# runtime (the libraries), development, engine, host (signcheck) and python.
 
 include(CMakePackageConfigHelpers)
 
 set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/SignUtils")
 
 set_target_properties(SignUtils PROPERTIES INSTALL_RPATH "$ORIGIN")
-install(TARGETS SignUtils EXPORT SignUtilsTargets)
+# What programs load, and what they are built with.
+set(libraries
+  RUNTIME COMPONENT runtime
+  LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE COMPONENT development)
+install(TARGETS SignUtils EXPORT SignUtilsTargets ${libraries})
 if(NOT WIN32) # where it is a library of its own
   set_target_properties(signutils_port PROPERTIES EXPORT_NAME Port)
   target_include_directories(signutils_port INTERFACE
     "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
-  install(TARGETS signutils_port EXPORT SignUtilsTargets)
+  install(TARGETS signutils_port EXPORT SignUtilsTargets ${libraries})
 endif()
 install(EXPORT SignUtilsTargets
   NAMESPACE SignUtils::
-  DESTINATION "${package_folder}")
+  DESTINATION "${package_folder}"
+  COMPONENT development)
 
 # Rooms keep their names, so that "signutils/signutils.h" is found below the include folder. The
 # headers of port/ and the engine's interfaces are no part of the others: a host that plugs in an
 # engine of its own includes them for itself.
-set(public_headers
-  amounts/engine_interfaces.h
-  containers/shared_ref.h
-  containers/tarray.h
-  containers/tmutex.h
-  port/com.h
-  port/com_types.h
-  port/crt.h
-  port/export.h
-  port/kernel.h
-  services/tag_rc.h
-  signers/signer_info.h
-  signutils/check_outcome.h
-  signutils/signutils.h
-  signutils/signutils_c.h
-  support/export.h
-  support/format_argument.h
-  support/protocol_catalogue.h
-  support/trace.h
-  support/tsimplestring.h
-  support/tsimplestringw.h)
+file(STRINGS "${PROJECT_SOURCE_DIR}/cmake/public_headers.txt" public_headers)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+  "${PROJECT_SOURCE_DIR}/cmake/public_headers.txt")
 foreach(header IN LISTS public_headers)
   cmake_path(GET header PARENT_PATH room)
   install(FILES "${PROJECT_SOURCE_DIR}/${header}"
-    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${room}")
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${room}" COMPONENT development)
 endforeach()
 install(FILES "${PROJECT_BINARY_DIR}/generated/signutils/version.h"
-  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/signutils")
+  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/signutils" COMPONENT development)
 
 # The package for hosts in Python; they name its folder in PYTHONPATH or copy it.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/bindings/python/signutils"
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/signutils/python"
+  DESTINATION "${SIGNUTILS_PYTHON_FOLDER}"
+  COMPONENT python
   FILES_MATCHING PATTERN "*.py" PATTERN "py.typed")
 
 configure_package_config_file(
@@ -63,7 +53,8 @@ write_basic_package_version_file(
 install(FILES
   "${PROJECT_BINARY_DIR}/generated/SignUtilsConfig.cmake"
   "${PROJECT_BINARY_DIR}/generated/SignUtilsConfigVersion.cmake"
-  DESTINATION "${package_folder}")
+  DESTINATION "${package_folder}"
+  COMPONENT development)
 
 # Paths relative to the file itself, so that the installed tree can be moved.
 cmake_path(SET pkgconfig_folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
@@ -75,7 +66,8 @@ if(NOT WIN32)
 endif()
 configure_file("${PROJECT_SOURCE_DIR}/cmake/signutils.pc.in"
   "${PROJECT_BINARY_DIR}/generated/signutils.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/generated/signutils.pc" DESTINATION "${pkgconfig_folder}")
+install(FILES "${PROJECT_BINARY_DIR}/generated/signutils.pc"
+  DESTINATION "${pkgconfig_folder}" COMPONENT development)
 
 if(WIN32)
   # What hosts of other build systems need, and the package to hand out.
@@ -91,4 +83,6 @@ if(WIN32)
   set(CPACK_PACKAGE_FILE_NAME "signutils-${PROJECT_VERSION}-win64")
   set(CPACK_STRIP_FILES ON)
   include(CPack)
+elseif(SIGNUTILS_DEBIAN_PACKAGES)
+  include(DebianPackages)
 endif()
