@@ -7,13 +7,12 @@
 #include "database/idle_pool.h"
 #include "host/output.h"
 #include "host/refusal.h"
+#include "host/scratch/name.h"
+#include "host/scratch/room.h"
 #include "host/text.h"
-#include "port/environment.h"
 #include "port/files.h"
 #include "port/kernel.h"
 #include "support/codepage.h"
-#include "support/cttime.h"
-#include "support/format.h"
 
 namespace scratch
 {
@@ -23,86 +22,8 @@ namespace
 
 using database::Product;
 
-constexpr std::size_t kUserKept = 12;
 // What is written to a copy has to outlive nothing.
 constexpr const char* kSqliteSettings = "SyncPragma=OFF;JournalMode=MEMORY;";
-
-// Letters and digits only: the name becomes part of statements and of a path.
-std::string User()
-{
-    std::string user;
-    for (const char* const variable : {"USER", "LOGNAME", "USERNAME"})
-    {
-        for (const char letter : port::Environment(variable))
-        {
-            const bool isCapital = letter >= 'A' && letter <= 'Z';
-            if (isCapital || (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9'))
-            {
-                user += isCapital ? static_cast<char>(letter - 'A' + 'a') : letter;
-            }
-        }
-        if (!user.empty())
-        {
-            return user.substr(0, kUserKept);
-        }
-    }
-    return "nobody";
-}
-
-// Small letters, which no product folds, and at most 63 characters, which all of them take.
-std::string NewName()
-{
-    const port::LocalTime now = port::ToLocalTime(CTTime::GetTickCount().GetTime());
-    std::uint32_t random = 0;
-    port::RandomBytes(&random, sizeof random);
-    return support::FormatA("signcheck_scratch_%04d%02d%02d_%02d%02d%02d_%u_", now.year, now.month,
-                            now.day, now.hour, now.minute, now.second,
-                            static_cast<std::uint32_t>(GetCurrentProcessId())) +
-           User() + support::FormatA("_%08x", random);
-}
-
-/// How a product makes room within itself.
-struct Room
-{
-    Product product;
-    const char* kind;
-    const wchar_t* create; ///< the name stands behind it
-    const wchar_t* drop;
-    const wchar_t* dropEnd;
-};
-
-constexpr Room kRooms[] = {
-    {Product::PostgreSql, "a PostgreSQL schema of its own", L"CREATE SCHEMA ", L"DROP SCHEMA ",
-     L" CASCADE"},
-    {Product::MariaDb, "a MariaDB database of its own", L"CREATE DATABASE ", L"DROP DATABASE ",
-     L""},
-};
-
-const Room* RoomOf(Product product)
-{
-    for (const Room& each : kRooms)
-    {
-        if (each.product == product)
-        {
-            return &each;
-        }
-    }
-    return nullptr;
-}
-
-// The connection string that leads into the room.
-std::string Into(const Room& room, const std::string& connexionString, const std::string& name)
-{
-    const database::ConnectionString parts(connexionString);
-    if (room.product == Product::MariaDb)
-    {
-        return parts.With("DATABASE", name);
-    }
-    // The driver sends these statements behind every connect.
-    std::string settings = parts.Value("CONNSETTINGS");
-    settings += (settings.empty() ? "" : ";") + ("SET search_path TO " + name);
-    return parts.With("CONNSETTINGS", settings);
-}
 
 std::string Shown(const std::string& connexionString)
 {
@@ -160,9 +81,8 @@ bool Place::TryWithin(CDatabase& source, const host::Connection& connection)
         m_reason = "copies are not made in this product";
         return false;
     }
-    const std::wstring name = support::WideFromNarrow(m_name);
     const bool isThere = database::GuardDatabase(
-        [&] { source.ExecuteSQLW((room->create + name).c_str()); },
+        [&] { source.ExecuteSQLW((room->create + support::WideFromNarrow(m_name)).c_str()); },
         [this](const CDBException& raised)
         { m_reason = host::Printable(support::Utf8FromNarrow(raised.GetText())); },
         [this] { m_reason = "unknown error"; });
@@ -170,8 +90,8 @@ bool Place::TryWithin(CDatabase& source, const host::Connection& connection)
     {
         return false;
     }
-    m_kind = room->kind;
-    m_drop = room->drop + name + room->dropEnd;
+    m_kind = std::string("a ") + room->kind + " of its own";
+    m_drop = DropOf(*room, m_name);
     m_source = connection;
     m_where.text = Into(*room, connection.text, m_name);
     m_where.shown = Shown(m_where.text);
@@ -180,7 +100,7 @@ bool Place::TryWithin(CDatabase& source, const host::Connection& connection)
 
 void Place::TakeFile(const host::Connection& connection, bool sourceIsSqlite)
 {
-    const std::string path = port::JoinPath(port::TemporaryFolder(), m_name + ".db");
+    const std::string path = port::JoinPath(port::TemporaryFolder(), m_name + kFileEnding);
     port::File file;
     if (!file.Open(path.c_str(), port::OpenMode::CreateNew))
     {

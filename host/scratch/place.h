@@ -10,10 +10,13 @@ class CDatabase;
 namespace scratch
 {
 
+/// What the name of a file with a copy ends with.
+inline constexpr const char* kFileEnding = ".db";
+
 /// Somewhere for a copy of a rule book to lie, empty and nobody else's: a schema, database or file
-/// in the product of the source, dropped at the end of the scope. Its name begins with
-/// "signcheck_scratch_" and tells when, by which process and for whom it was made, so that what a
-/// kill left behind can be found.
+/// in the product of the source, dropped at the end of the scope. Its name tells when,
+/// by which process and for whom it was made, so that what a kill left behind can be found; see
+/// LeftoversIn.
 class Place
 {
 public:

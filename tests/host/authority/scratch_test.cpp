@@ -4,6 +4,7 @@
 #include "host/refusal.h"
 #include "host/rulebook/rule_book_reader.h"
 #include "host/scratch/judge.h"
+#include "tests/host/authority/temporary_files_in.h"
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
@@ -35,22 +36,6 @@ protected:
     host::Connection m_where;
     CDatabase m_source;
     rulebook::RuleBook m_book;
-};
-
-/// Every folder for temporary files of the process.
-class TemporaryFilesIn
-{
-public:
-    explicit TemporaryFilesIn(const std::string& folder)
-        : m_posix("TMPDIR", folder.c_str()), m_windows("TMP", folder.c_str()),
-          m_windowsToo("TEMP", folder.c_str())
-    {
-    }
-
-private:
-    ScopedEnvironment m_posix;
-    ScopedEnvironment m_windows;
-    ScopedEnvironment m_windowsToo;
 };
 
 std::vector<std::string> NamesIn(const std::string& folder)
