@@ -1,9 +1,10 @@
 """The stages of scripts/soak by name."""
 
-from . import deaths, frozen, kills, load
+from . import deaths, foresight, frozen, kills, load
 
 # What has to be built besides signcheck.
-PROGRAMS = ["signutils_soak", "signutils_soak_host", "signutils_boundary_host"]
+PROGRAMS = ["signutils_soak", "signutils_soak_host", "signutils_boundary_host",
+            "signutils_tests_host"]  # fmt: skip
 
 
 class Stage:
@@ -53,6 +54,8 @@ ALL = [
     _deaths("galera"),
     _frozen("postgresql"),
     _frozen("mariadb"),
+    Stage("foresight", foresight, "sqlite", 10_000,
+          "10,000 forecasts, 10,000 refusals explained, 1,000 maps, 1,000 defects planted"),  # fmt: skip
 ]
 
 

@@ -1,10 +1,12 @@
 // Defects planted in random rule books: each is found, and every witness of every finding decides
 // on the database as it was told. SIGNUTILS_LINTS and SIGNUTILS_MAP_SEED choose how often and
-// which.
+// which, SIGNUTILS_MAP_POINTS how many orders their maps are held against.
 
+#include "host/authority/contract_maps.h"
 #include "host/authority/lint.h"
 #include "host/authority/rule_lines.h"
 #include "tests/host/authority/bank_with_maps.h"
+#include "tests/host/authority/map_points.h"
 #include "tests/host/authority/random_bank.h"
 
 #include <gmock/gmock.h>
@@ -19,6 +21,7 @@ namespace
 {
 
 constexpr std::uint64_t kRoundsOfTheSuite = 1;
+constexpr std::uint64_t kPointsOfTheSuite = 10;
 constexpr std::uint64_t kSeedOfTheSuite = 20260402;
 constexpr const char* kToday = "2026-03-29";
 
@@ -132,42 +135,90 @@ const Defect kDefects[] = {
      }},
 };
 
+bool IsDecided(const authority::Witness& witness, unsigned int verdict)
+{
+    return witness.decision.verdict == verdict;
+}
+
+/// Whether the witnesses show what a finding of their code says, and not something else.
+bool Show(const std::string& code, const std::vector<authority::Witness>& witnesses)
+{
+    const auto& first = witnesses.front();
+    const auto& last = witnesses.back();
+    if (code == "second-refuses")
+    {
+        return witnesses.size() == 2 && IsDecided(first, scratch::kAccepted) &&
+               IsDecided(last, scratch::kRefused) && first.order.signers.size() == 1 &&
+               last.order.signers.size() == 2;
+    }
+    if (code == "reason-by-order")
+    {
+        return witnesses.size() == 2 && IsDecided(first, scratch::kRefused) &&
+               IsDecided(last, scratch::kRefused) &&
+               first.decision.reasonCode != last.decision.reasonCode;
+    }
+    if (code == "anyone-may-sign" || code == "no-limit" || code == "pair-by-one")
+    {
+        return IsDecided(first, scratch::kAccepted);
+    }
+    if (code == "nobody-satisfies" || code == "no-certificate")
+    {
+        return !IsDecided(first, scratch::kAccepted);
+    }
+    if (code == "never-decides")
+    {
+        return IsDecided(first, scratch::kNoRule);
+    }
+    if (code == "expired-certificate")
+    {
+        return !IsDecided(first, scratch::kNoRule);
+    }
+    return code == "limit-vetoed" && IsDecided(first, scratch::kRefused);
+}
+
 class PlantedDefects : public BankWithMaps, public testing::WithParamInterface<Defect>
 {
 protected:
-    /// Puts the book there that a witness was judged by. False where it was the rules in reverse.
-    bool HoldWhatJudged(const authority::Witness& witness, const RuleBook& book)
+    /// Puts the book there that a witness was judged by.
+    void HoldWhatJudged(const authority::Witness& witness, RuleBook book)
     {
         std::size_t number = 0;
         if (std::sscanf(witness.judgedBy.c_str(), "rule %zu of", &number) == 1)
         {
-            Hold(authority::BookOfOneRule(book, {RandomBankKey(), 1}, kRandomContract, number));
-            return true;
+            book = authority::BookOfOneRule(book, {RandomBankKey(), 1}, kRandomContract, number);
+        }
+        else if (!witness.judgedBy.empty())
+        {
+            ASSERT_EQ(witness.judgedBy, "the rules in reverse order");
+            auto& rules = book.contracts.front().rules;
+            std::reverse(rules.begin(), rules.end());
         }
         Hold(book);
-        return witness.judgedBy.empty();
     }
 
     void ExpectToHold(const authority::Finding& finding, const RuleBook& book)
     {
-        EXPECT_FALSE(finding.witnesses.empty()) << finding.code;
+        ASSERT_FALSE(finding.witnesses.empty()) << finding.code;
+        EXPECT_TRUE(Show(finding.code, finding.witnesses)) << finding.code << ": " << finding.text;
         for (const authority::Witness& witness : finding.witnesses)
         {
-            if (HoldWhatJudged(witness, book))
-            {
-                EXPECT_EQ(Verdict(witness.order.signers, witness.order.total, witness.order.largest,
-                                  witness.order.isDistributed),
-                          witness.decision.verdict)
-                    << finding.code << ": " << finding.text;
-            }
+            HoldWhatJudged(witness, book);
+            EXPECT_EQ(Decide(witness.order), witness.decision)
+                << finding.code << ": " << finding.text;
+            ++m_witnesses;
         }
     }
+
+    std::uint64_t m_witnesses = 0;
 };
 
 TEST_P(PlantedDefects, AreFoundAndEveryWitnessHolds)
 {
     std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfTheSuite));
-    for (std::uint64_t left = SettingOr("SIGNUTILS_LINTS", kRoundsOfTheSuite); left > 0; --left)
+    const std::uint64_t rounds = SettingOr("SIGNUTILS_LINTS", kRoundsOfTheSuite);
+    std::uint64_t found = 0;
+    std::uint64_t all = 0;
+    for (std::uint64_t left = rounds; left > 0; --left)
     {
         RuleBook book = SoundBook(random);
         GetParam().plant(book);
@@ -187,7 +238,36 @@ TEST_P(PlantedDefects, AreFoundAndEveryWitnessHolds)
         {
             ExpectToHold(finding, book);
         }
+        found += isFound ? 1 : 0;
+        all += findings.size();
     }
+    Count("planted", rounds);
+    Count("found", found);
+    Count("findings", all);
+    Count("witnesses", m_witnesses);
+}
+
+TEST_P(PlantedDefects, StandInMapsThatHoldAtRandomPoints)
+{
+    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfTheSuite));
+    const std::uint64_t points = SettingOr("SIGNUTILS_MAP_POINTS", kPointsOfTheSuite);
+    std::uint64_t judged = 0;
+    for (std::uint64_t left = SettingOr("SIGNUTILS_LINTS", kRoundsOfTheSuite); left > 0; --left)
+    {
+        RuleBook book = SoundBook(random);
+        GetParam().plant(book);
+        Hold(book);
+        const auto maps = authority::MapContract(m_source, m_connection, kRandomContract).maps;
+        for (std::uint64_t point = 0; point < points; ++point)
+        {
+            const MapPoint at = AnyPointOf(random, maps[random() % maps.size()]);
+            const scratch::Decision decision = Decide(at.order, at.map.kind.type);
+            ASSERT_EQ((authority::Verdict{decision.verdict, decision.reasonCode}), at.told)
+                << at << ", " << left << " left";
+            ++judged;
+        }
+    }
+    Count("points", judged);
 }
 
 std::string NameOf(const testing::TestParamInfo<Defect>& info)
