@@ -9,7 +9,7 @@ class SharedRef
 {
 public:
     SharedRef() noexcept = default;
-    SharedRef(const SharedRef& other) noexcept;
+    SharedRef(const SharedRef& other) noexcept; ///< shares the object
     /// Assigning a reference to itself changes nothing: it goes by way of a copy.
     // NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp)
     SharedRef& operator=(const SharedRef& other) noexcept;
@@ -20,7 +20,7 @@ public:
     /// Makes a new object from the arguments and lets go of the old one.
     template <typename... Arguments>
     T& Emplace(Arguments&&... arguments);
-    void Reset() noexcept;
+    void Reset() noexcept; ///< lets go of the object
 
 private:
     struct Node;

@@ -30,11 +30,11 @@ public:
 
     /// The element, or null past the end (or below 0).
     T* GetAt(int index) noexcept;
-    const T* GetAt(int index) const noexcept;
+    const T* GetAt(int index) const noexcept; ///< the same, not to be changed
 
-    int GetCount() const noexcept { return m_count; }
-    int GetCapacity() const noexcept { return m_capacity; }
-    int GetGrowBy() const noexcept { return m_growBy; }
+    int GetCount() const noexcept { return m_count; }       ///< elements
+    int GetCapacity() const noexcept { return m_capacity; } ///< elements that fit
+    int GetGrowBy() const noexcept { return m_growBy; }     ///< step of growth
     /// The storage, null when nothing is allocated.
     const T* GetData() const noexcept { return m_data; }
 

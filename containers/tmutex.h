@@ -23,7 +23,7 @@ private:
 class SIGNUTILS_API TMutexLocker
 {
 public:
-    explicit TMutexLocker(TMutex& mutex);
+    explicit TMutexLocker(TMutex& mutex); ///< waits for the mutex
     TMutexLocker(const TMutexLocker&) = delete;
     TMutexLocker& operator=(const TMutexLocker&) = delete;
 

@@ -23,7 +23,7 @@ extern "C"
     SIGNUTILS_PORT_API _invalid_parameter_handler
     _set_invalid_parameter_handler(_invalid_parameter_handler handler);
 
-    SIGNUTILS_PORT_API _invalid_parameter_handler _get_invalid_parameter_handler();
+    SIGNUTILS_PORT_API _invalid_parameter_handler _get_invalid_parameter_handler(); ///< or null
 }
 
 #endif

@@ -34,15 +34,15 @@ struct SIGNUTILS_API CheckOutcome
     TSimpleString problem;     ///< the first error met, Windows-1252; empty when there was none
     TSimpleString amountsProblem; ///< why the amounts are not known, or errors in the order file
     double totalAmount = 0.0;     ///< main unit
-    double maxOrderAmount = 0.0;
-    int orderCount = 0; ///< 0 when the amounts were given
-    TSimpleString currency;
-    TSimpleString reasonCode;
-    TSimpleStringW reasonText;
-    unsigned int rowsDue = 0; ///< history rows
-    unsigned int rowsWritten = 0;
-    JournalState journal = JournalState::NotDue;
-    ReportState report = ReportState::NotDue;
+    double maxOrderAmount = 0.0;  ///< the largest order, main unit
+    int orderCount = 0;           ///< 0 when the amounts were given
+    TSimpleString currency;       ///< of the last remittance, or as given
+    TSimpleString reasonCode;     ///< of the first failing rule or of "no rule"
+    TSimpleStringW reasonText;    ///< belongs to the reason code
+    unsigned int rowsDue = 0;     ///< history rows
+    unsigned int rowsWritten = 0; ///< fewer than due when the database refused some
+    JournalState journal = JournalState::NotDue; ///< of the audit event
+    ReportState report = ReportState::NotDue;    ///< of the status report
     TSimpleString reportProblem;    ///< why the report was not handed on, one line, Windows-1252
     unsigned long reportFileId = 0; ///< the hand-off service's identifier, when handed on
 };

@@ -32,8 +32,8 @@ public:
     SignUtils();
     /// `trace` from TraceOpen, or null; `logFile` is attached to audit events, may be null.
     SignUtils(void* trace, const char* logFile);
-    SignUtils(const SignUtils& other);
-    SignUtils& operator=(const SignUtils& other);
+    SignUtils(const SignUtils& other);            ///< shares what the class says
+    SignUtils& operator=(const SignUtils& other); ///< lets go of its own
     ~SignUtils();
 
     // Setters in any order before CheckSignRules. They validate nothing and return 1. A text that
@@ -50,15 +50,16 @@ public:
     /// Amounts in the currency's main unit.
     int SetAmountInfo(double totalAmount, double maxOrderAmount, const char* currency);
     int SetMessageInfo(const char* initiatingParty, const char* orgnlMsgId,
-                       const char* orgnlMsgNmId, const char* msgId);
+                       const char* orgnlMsgNmId, const char* msgId); ///< for reports
     /// Service for status reports, at most 8 characters; empty: no report.
     int SetPSRWarning(const char* psrService);
     /// ODBC connection string of the rules' database and of the journal.
     void SetConnexionString(const char* connexionString);
-    void SetIdFileVfs(unsigned long idFileVfs);
+    void
+    SetIdFileVfs(unsigned long idFileVfs); ///< the file in the host's store, for the audit event
     /// Distributed signatures; there is no way back but a new object.
     void SetModeVeu();
-    void SetRefRequest(const char* refRequest);
+    void SetRefRequest(const char* refRequest); ///< the host's own reference, for the audit event
 
     /// "PSR Generated in <service>=<file identifier>" once a report was handed on.
     TSimpleString GetExtraInfo() const;
@@ -81,6 +82,9 @@ public:
     /// Who holds a certificate; the buffers hold 256 characters each. 1 found, 0 not, also before
     /// a check has opened the connection.
     int GetSignerNames(wchar_t* certificateName, wchar_t* firstName, wchar_t* lastName);
+    /// Whether a holder has one of the signers' certificates; entries that match and have no name
+    /// yet receive his. Outputs are those of the last row read, `notOpposition` 1: not blocked.
+    /// 1 when an entry was completed, else 0.
     int GetSignerInfos(const char* holderId, int& notOpposition, wchar_t* certificateName,
                        wchar_t* firstName, wchar_t* lastName, TArray<signerInfo>* signers);
 

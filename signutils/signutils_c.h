@@ -52,10 +52,10 @@ extern "C"
         SIGNUTILS_NOT_UTF8 = 3,         ///< the error text names argument and byte
         SIGNUTILS_NOT_WINDOWS_1252 = 4, ///< the error text names argument and character
         SIGNUTILS_BAD_ARGUMENT = 5,     ///< a number or the size of a record is out of range
-        SIGNUTILS_OUT_OF_MEMORY = 6,
-        SIGNUTILS_FAILED = 7,          ///< the operation was tried; the error text says why not
-        SIGNUTILS_OTHER_APARTMENT = 8, ///< see SignUtilsComInitialize
-        SIGNUTILS_UNEXPECTED = 9       ///< a defect of the library; the error text says more
+        SIGNUTILS_OUT_OF_MEMORY = 6,    ///< nothing was changed
+        SIGNUTILS_FAILED = 7,           ///< the operation was tried; the error text says why not
+        SIGNUTILS_OTHER_APARTMENT = 8,  ///< see SignUtilsComInitialize
+        SIGNUTILS_UNEXPECTED = 9        ///< a defect of the library; the error text says more
     };
 
     /// Verdicts. SIGNUTILS_REFUSED stands also for a check that could not be run: SignUtilsCheck
@@ -91,60 +91,60 @@ extern "C"
     /// The last check of a session.
     typedef struct SignUtilsCheck
     {
-        uint32_t size;
+        uint32_t size;           ///< of the record, see above
         int32_t ran;             ///< the rules were judged; else the verdict says nothing of them
         int32_t rulesComplete;   ///< all rules of the contract could be read
         int32_t lookupsComplete; ///< every holder look-up could be read
         int32_t amountsKnown;    ///< given as finite numbers, or worked out from the file
-        uint32_t verdict;
-        double totalAmount; ///< in the currency's main unit
-        double maxOrderAmount;
-        int32_t orderCount; ///< 0 when the amounts were given
-        uint32_t rowsDue;   ///< history rows
-        uint32_t rowsWritten;
-        int32_t journal; ///< SIGNUTILS_JOURNAL_...
-        int32_t report;  ///< SIGNUTILS_REPORT_...
-        uint32_t reportFileId;
-        const char* problem;        ///< the first error met; empty when there was none
+        uint32_t verdict;        ///< 0, 1 or 2
+        double totalAmount;      ///< in the currency's main unit
+        double maxOrderAmount;   ///< the largest order, main unit
+        int32_t orderCount;      ///< 0 when the amounts were given
+        uint32_t rowsDue;        ///< history rows
+        uint32_t rowsWritten;    ///< fewer than due when some were refused
+        int32_t journal;         ///< SIGNUTILS_JOURNAL_...
+        int32_t report;          ///< SIGNUTILS_REPORT_...
+        uint32_t reportFileId;   ///< when handed on
+        const char* problem;     ///< the first error met; empty when there was none
         const char* amountsProblem; ///< why the amounts are not known, or errors in the order file
-        const char* currency;
-        const char* reasonCode;
-        const char* reasonText;
-        const char* reportProblem; ///< why the report was not handed on
+        const char* currency;       ///< of the last remittance, or as given
+        const char* reasonCode;     ///< of the first failing rule or of "no rule"
+        const char* reasonText;     ///< belongs to the reason code
+        const char* reportProblem;  ///< why the report was not handed on
     } SignUtilsCheck;
 
     /// What a look-up by holder identifier gave.
     typedef struct SignUtilsHolder
     {
-        uint32_t size;
-        int32_t found;         ///< a certificate of the holder is one of the signers'
-        int32_t notOpposition; ///< 1: the holder is not blocked
-        int32_t reserved;
+        uint32_t size;           ///< of the record, see above
+        int32_t found;           ///< a certificate of the holder is one of the signers'
+        int32_t notOpposition;   ///< 1: the holder is not blocked
+        int32_t reserved;        ///< 0
         const char* certificate; ///< of the last row read, matched or not; cut to 255 characters
-        const char* firstName;
-        const char* lastName;
+        const char* firstName;   ///< of the same row
+        const char* lastName;    ///< of the same row
     } SignUtilsHolder;
 
     /// The amounts of an order file.
     typedef struct SignUtilsAmounts
     {
-        uint32_t size;
-        int32_t orderCount;
-        double totalAmount; ///< in the currency's main unit
-        double maxOrderAmount;
-        const char* currency; ///< of the last remittance
-        const char* errors;   ///< errors that the conversion found in the file; empty: none
+        uint32_t size;         ///< of the record, see above
+        int32_t orderCount;    ///< orders in the file
+        double totalAmount;    ///< in the currency's main unit
+        double maxOrderAmount; ///< the largest order, main unit
+        const char* currency;  ///< of the last remittance
+        const char* errors;    ///< errors that the conversion found in the file; empty: none
     } SignUtilsAmounts;
 
     /// What became of a report that was handed on.
     typedef struct SignUtilsHandOff
     {
-        uint32_t size;
+        uint32_t size;       ///< of the record, see above
         uint32_t result;     ///< 0, or 0x00C90004: not handed on
         uint32_t fileId;     ///< the hand-off service's identifier
         uint32_t errorCode;  ///< the service's own code, 0 when it has none
         uint32_t systemCode; ///< the system's error, 0 when it has no part in it
-        uint32_t reserved;
+        uint32_t reserved;   ///< 0
     } SignUtilsHandOff;
 
     // Errors
@@ -161,7 +161,7 @@ extern "C"
     /// same thread. SIGNUTILS_OTHER_APARTMENT: the thread has COM already, of the other kind; it
     /// can be used as it is, and this call needs no counterpart.
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsComInitialize(int32_t apartment);
-    SIGNUTILS_API void SIGNUTILS_CALL SignUtilsComUninitialize(void);
+    SIGNUTILS_API void SIGNUTILS_CALL SignUtilsComUninitialize(void); ///< on the same thread
     enum
     {
         SIGNUTILS_COM_MULTITHREADED = 0,
@@ -238,8 +238,9 @@ extern "C"
     /// ODBC connection string of the rules' database and of the journal; 1252.
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL
     SignUtilsSetConnexionString(SignUtilsSession* session, const char* connexionString);
-    SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsSetIdFileVfs(SignUtilsSession* session,
-                                                                       uint32_t idFileVfs);
+    SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL
+    SignUtilsSetIdFileVfs(SignUtilsSession* session,
+                          uint32_t idFileVfs); ///< enters events
     /// Distributed signatures; there is no way back but a new session.
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsSetModeVeu(SignUtilsSession* session);
     /// Reference of the host's request, for the journal; 1252.
@@ -294,7 +295,7 @@ extern "C"
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsSignersAdd(SignUtilsSigners* signers,
                                                                      const char* certificate);
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsSignersCount(SignUtilsSigners* signers,
-                                                                       int32_t* count);
+                                                                       int32_t* count); ///< of all
     /// Signer number `index`, from 0; the names are empty until a look-up matched it.
     SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsSignersGet(SignUtilsSigners* signers,
                                                                      int32_t index,

@@ -13,26 +13,26 @@ class SIGNUTILS_API TSimpleString
 {
 public:
     TSimpleString() noexcept;
-    TSimpleString(const char* text); // NOLINT(google-explicit-constructor): texts convert freely
-    TSimpleString(const char* text, std::size_t length);
-    TSimpleString(const TSimpleString& other);
-    TSimpleString(TSimpleString&& other) noexcept;
+    TSimpleString(const char* text); ///< texts convert freely NOLINT(google-explicit-constructor)
+    TSimpleString(const char* text, std::size_t length); ///< `length` of them
+    TSimpleString(const TSimpleString& other);           ///< a text of its own
+    TSimpleString(TSimpleString&& other) noexcept;       ///< leaves `other` empty
     ~TSimpleString();
 
-    TSimpleString& operator=(const TSimpleString& other);
-    TSimpleString& operator=(TSimpleString&& other) noexcept;
-    TSimpleString& operator=(const char* text);
+    TSimpleString& operator=(const TSimpleString& other);     ///< copies
+    TSimpleString& operator=(TSimpleString&& other) noexcept; ///< leaves `other` empty
+    TSimpleString& operator=(const char* text);               ///< null empties it
 
     /// The text, never null, valid until the next change.
     const char* SafeGetString() const noexcept;
-    std::size_t GetLength() const noexcept;
-    bool IsEmpty() const noexcept;
-    void Empty() noexcept;
+    std::size_t GetLength() const noexcept; ///< characters
+    bool IsEmpty() const noexcept;          ///< no character
+    void Empty() noexcept;                  ///< keeps its memory
 
-    TSimpleString& Append(const char* text);
-    TSimpleString& Append(const char* text, std::size_t length);
-    TSimpleString& operator+=(const char* text) { return Append(text); }
-    TSimpleString& operator+=(const TSimpleString& text);
+    TSimpleString& Append(const char* text);                             ///< null appends nothing
+    TSimpleString& Append(const char* text, std::size_t length);         ///< `length` of them
+    TSimpleString& operator+=(const char* text) { return Append(text); } ///< appends
+    TSimpleString& operator+=(const TSimpleString& text);                ///< appends
 
     /// Removes blanks, tabs, CR and LF: 1 at the left end, 2 at the right end, 3 at both.
     void Trim(int mode);

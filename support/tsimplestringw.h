@@ -10,25 +10,25 @@ class SIGNUTILS_API TSimpleStringW
 {
 public:
     TSimpleStringW() noexcept;
-    TSimpleStringW(const wchar_t* text); // NOLINT(google-explicit-constructor)
-    TSimpleStringW(const wchar_t* text, std::size_t length);
-    TSimpleStringW(const TSimpleStringW& other);
-    TSimpleStringW(TSimpleStringW&& other) noexcept;
+    TSimpleStringW(const wchar_t* text); ///< converts freely NOLINT(google-explicit-constructor)
+    TSimpleStringW(const wchar_t* text, std::size_t length); ///< `length` of them
+    TSimpleStringW(const TSimpleStringW& other);             ///< a text of its own
+    TSimpleStringW(TSimpleStringW&& other) noexcept;         ///< leaves `other` empty
     ~TSimpleStringW();
 
-    TSimpleStringW& operator=(const TSimpleStringW& other);
-    TSimpleStringW& operator=(TSimpleStringW&& other) noexcept;
-    TSimpleStringW& operator=(const wchar_t* text);
+    TSimpleStringW& operator=(const TSimpleStringW& other);     ///< copies
+    TSimpleStringW& operator=(TSimpleStringW&& other) noexcept; ///< leaves `other` empty
+    TSimpleStringW& operator=(const wchar_t* text);             ///< null empties it
 
-    const wchar_t* SafeGetString() const noexcept;
-    std::size_t GetLength() const noexcept;
-    bool IsEmpty() const noexcept;
-    void Empty() noexcept;
+    const wchar_t* SafeGetString() const noexcept; ///< never null, valid until the next change
+    std::size_t GetLength() const noexcept;        ///< `wchar_t`
+    bool IsEmpty() const noexcept;                 ///< no character
+    void Empty() noexcept;                         ///< keeps its memory
 
-    TSimpleStringW& Append(const wchar_t* text);
-    TSimpleStringW& Append(const wchar_t* text, std::size_t length);
-    TSimpleStringW& operator+=(const wchar_t* text) { return Append(text); }
-    TSimpleStringW& operator+=(const TSimpleStringW& text);
+    TSimpleStringW& Append(const wchar_t* text);                     ///< null appends nothing
+    TSimpleStringW& Append(const wchar_t* text, std::size_t length); ///< `length` of them
+    TSimpleStringW& operator+=(const wchar_t* text) { return Append(text); } ///< appends
+    TSimpleStringW& operator+=(const TSimpleStringW& text);                  ///< appends
 
     /// Removes blanks, tabs, CR and LF: 1 at the left end, 2 at the right end, 3 at both.
     void Trim(int mode);
