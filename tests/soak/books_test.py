@@ -124,6 +124,35 @@ class BooksNotice(unittest.TestCase):
         self.checks[0]["problem"] = "database is locked"
         self.assertIn("database is locked", self.problems())
 
+    def problems_as_told(self, **told):
+        """Of the first check where it told something else."""
+        books = Books(self.server, self.place)
+        books.expect_as_told({**self.checks[0], "ran": True, **told})
+        books.expect_delivered()
+        return "\n".join(books.problems)
+
+    def test_nothing_in_a_failure_that_left_what_it_told(self):
+        self.assertEqual(self.problems_as_told(), "")
+
+    def test_nothing_in_a_row_that_is_there_although_its_answer_was_lost(self):
+        self.assertEqual(self.problems_as_told(rowsWritten=0), "")
+
+    def test_a_row_that_a_failed_check_told_of_and_that_is_missing(self):
+        self.assertIn("a: 2 rows due, 2 told, 1 there", self.problems_as_told(rowsDue=2, rowsWritten=2))
+
+    def test_a_row_that_a_failed_check_does_not_owe(self):
+        self.assertIn("a: 0 rows due, 0 told, 1 there", self.problems_as_told(rowsDue=0, rowsWritten=0))
+
+    def test_an_event_that_a_failed_check_does_not_owe(self):
+        self.assertIn("a: 1 events due, 2 in the table", self.problems_as_told(ran=False))
+
+    def test_a_report_that_a_failed_check_told_of_and_that_is_missing(self):
+        self.assertIn("a: report 9 is not in the store", self.problems_as_told(reportFileId=9))
+
+    def test_an_event_that_waits_after_the_next_contact(self):
+        self.spool(json.dumps({"EVENTKEY": "other", "REFERENCE": "b"}).encode() + b"\n")
+        self.assertIn("1 events still wait", self.problems_as_told())
+
     def test_an_order_that_nobody_was_told_of(self):
         self.put_event("stranger", "key")
         self.assertIn("1 orders in the books that were not told", self.problems())

@@ -1,8 +1,9 @@
 // soak_host CONNEXION NAME THREADS CHECKS
 //
 // A host under load: each thread makes so many checks, each on a session of its own, and tells what
-// each came to. With 0 checks it goes on until it is killed. Every order has a name of its own,
-// NAME-thread-number, which its history rows and its events carry.
+// each came to. With 0 checks it goes on until it is killed. SIGTERM ends it behind the checks that
+// are under way. Every order has a name of its own, NAME-thread-number, which its history rows and
+// its events carry.
 
 #include "signutils/signutils.h"
 #include "tests/soak/orders.h"
@@ -11,6 +12,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <atomic>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -21,6 +24,14 @@ namespace
 {
 
 constexpr long long kFootprints = 20; // a run
+
+std::atomic<bool> g_ends{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler writes it");
+
+void End(int)
+{
+    g_ends = true;
+}
 
 struct Task
 {
@@ -56,7 +67,7 @@ void TellFootprint(long long checks)
 
 void Work(const Task& task, int thread)
 {
-    for (long long number = 0; task.checks == 0 || number < task.checks; ++number)
+    for (long long number = 0; !g_ends && (task.checks == 0 || number < task.checks); ++number)
     {
         JudgeOne(task, thread, number);
         if (thread == 0 && task.checks >= kFootprints &&
@@ -76,6 +87,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: signutils_soak_host CONNEXION NAME THREADS CHECKS\n");
         return 64;
     }
+    std::signal(SIGTERM, End);
     const Task task = {argv[1], argv[2], std::atoll(argv[4])};
     std::vector<std::thread> threads;
     for (int thread = 0; thread < std::atoi(argv[3]); ++thread)

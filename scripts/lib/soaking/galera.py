@@ -16,11 +16,10 @@ SUSPECT_SECONDS = 2
 
 
 class Node(MariaDb):
-    def __init__(self, folder, address="127.0.0.1", **options):
+    def __init__(self, folder, **options):
         super().__init__(folder, **options)
         if not _PROVIDER.exists():
             raise ServerFailed("Galera is not installed; run scripts/setup servers")
-        self.address = address
         self.group_port = free_port()
         self.incremental_port = free_port()
         self.copy_port = free_port()
@@ -83,15 +82,40 @@ class Node(MariaDb):
         return int(told["wsrep_cluster_size"]) if told["wsrep_cluster_status"] == "Primary" else 0
 
 
+class MachineNode(Node):
+    """A node on a machine of its own, on the ports that a node has there."""
+
+    def __init__(self, folder, machine, **options):
+        super().__init__(folder, **options)
+        self.address = machine.address
+        self.port, self.group_port, self.incremental_port, self.copy_port = 3306, 4567, 4568, 4444
+        self._prefix = machine.prefix
+
+    def install(self):
+        # The accounts that come with it are for the loopback alone.
+        accounts = self.folder / "accounts.sql"
+        accounts.write_text("FLUSH PRIVILEGES;\nCREATE USER root@'%';\n"
+                            "GRANT ALL PRIVILEGES ON *.* TO root@'%';\n")  # fmt: skip
+        super().install(f"--extra-file={accounts}")
+
+    def client(self):
+        """From the machine itself, which may be cut off from the others."""
+        return [*self._prefix, *super().client()]
+
+
 class Cluster:
     """Its connection string names every node; the driver tries them in this order."""
 
     product = "galera"
 
-    def __init__(self, folder, limit=6, **options):
+    def __init__(self, folder, limit=6, machines=None, **options):
         # An insert waits for the others to put out a node that died. A frozen one costs a connect.
         self.limits = driver_limits(3, limit)
-        self.nodes = [Node(Path(folder) / f"node{number}", **options) for number in range(NODES)]
+        folders = [Path(folder) / f"node{number}" for number in range(len(machines or range(NODES)))]
+        if machines:
+            self.nodes = [MachineNode(*each, **options) for each in zip(folders, machines)]
+        else:
+            self.nodes = [Node(each, **options) for each in folders]
         for node in self.nodes:
             node.peers = self.nodes
 
@@ -114,9 +138,9 @@ class Cluster:
         first.bootstrap()
         for node in others:
             node.join()
-        self.wait_size(NODES)
+        self.wait_size(len(self.nodes))
 
-    def wait_size(self, size, seconds=60, among=None):
+    def wait_size(self, size, seconds=240, among=None):
         """Until these nodes, by default all, agree on so many."""
         end = time.monotonic() + seconds
         while any(node.size() != size for node in among or self.nodes):

@@ -36,15 +36,15 @@ class Place:
 
 
 class Host:
-    """A running signutils_soak_host."""
+    """A running signutils_soak_host; `prefix` runs it on a machine."""
 
-    def __init__(self, program, place, connexion, name, threads, checks):
+    def __init__(self, program, place, connexion, name, threads, checks, prefix=()):
         self.name = name
         self.file = place.told / name
         with open(self.file, "wb") as told, open(place.told / f"{name}.errors", "wb") as errors:
             self.process = subprocess.Popen(
-                [program, connexion, name, str(threads), str(checks)], stdin=subprocess.DEVNULL,
-                stdout=told, stderr=errors, env=place.environment())  # fmt: skip
+                [*prefix, program, connexion, name, str(threads), str(checks)],
+                stdin=subprocess.DEVNULL, stdout=told, stderr=errors, env=place.environment())  # fmt: skip
         self.errors = place.told / f"{name}.errors"
 
     def told(self):

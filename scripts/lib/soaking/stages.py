@@ -1,6 +1,6 @@
 """The stages of scripts/soak by name."""
 
-from . import deaths, foresight, frozen, kills, load
+from . import deaths, foresight, frozen, kills, load, scaling
 
 # What has to be built besides signcheck.
 PROGRAMS = ["signutils_soak", "signutils_soak_host", "signutils_boundary_host",
@@ -8,8 +8,10 @@ PROGRAMS = ["signutils_soak", "signutils_soak_host", "signutils_boundary_host",
 
 
 class Stage:
-    def __init__(self, name, module, product, amount, told, count=None):
+    def __init__(self, name, module, product, amount, told, count=None, network=False):
+        """`network`: it makes machines of its own, see confinement.py."""
         self.name = name
+        self.network = network
         self.count = count or module.ROUNDS
         self.amount = amount
         self.told = told
@@ -42,6 +44,12 @@ def _frozen(product):
                  f"which of {count} settings of its driver a frozen server meets", count)  # fmt: skip
 
 
+def _scaling(checks):
+    return Stage("scaling", scaling, "galera", checks,
+                 f"a host and a node on each of up to three machines, {checks:,} checks each; one "
+                 "machine is cut off", network=True)  # fmt: skip
+
+
 ALL = [
     _load("sqlite", 100_000),
     _load("postgresql", 100_000),
@@ -56,6 +64,7 @@ ALL = [
     _frozen("mariadb"),
     Stage("foresight", foresight, "sqlite", 10_000,
           "10,000 forecasts, 10,000 refusals explained, 1,000 maps, 1,000 defects planted"),  # fmt: skip
+    _scaling(3000),
 ]
 
 

@@ -25,16 +25,33 @@ def _row(stage, records):
 
 def table(folder, chosen):
     rows = [["STAGE", *(name.upper() for name in _SUMS), "MINUTES", "RESULT"]]
+    figures = []
     for stage in chosen:
         file = folder / f"{stage.name}.jsonl"
         records = (
             [json.loads(each) for each in file.read_text().splitlines()] if file.exists() else []
         )
         rows.append(_row(stage, records))
+        figures += _figures(stage, records)
+    return "".join(_aligned(each) for each in (rows, *figures))
+
+
+def _figures(stage, records):
+    """Tables of what rounds measured: one for each set of columns."""
+    tables = {}
+    for record in records:
+        columns = tuple(record.get("figures", ()))
+        if columns:
+            rows = tables.setdefault(columns, [[stage.name.upper(), *columns, ""]])
+            rows.append([record["what"], *(str(each) for each in record["figures"].values()), ""])
+    return tables.values()
+
+
+def _aligned(rows):
     widths = [max(len(row[column]) for row in rows) for column in range(len(rows[0]))]
     lines = []
     for row in rows:
         cells = [row[0].ljust(widths[0])]
         cells += [cell.rjust(width) for cell, width in zip(row[1:-1], widths[1:-1])]
         lines.append("  ".join([*cells, row[-1]]))
-    return "\n" + "\n".join(lines)
+    return "\n" + "\n".join(line.rstrip() for line in lines) + "\n"
