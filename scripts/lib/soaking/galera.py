@@ -127,8 +127,11 @@ class Cluster:
         """Of a host whose own node comes first, the others behind it."""
         first = host % len(self.nodes)
         ordered = self.nodes[first:] + self.nodes[:first]
-        hosts = ",".join(f"{node.address}:{node.port}" for node in ordered)
-        return f"Driver={{MariaDB Unicode}};SERVER={hosts};UID=root;DATABASE=bank;{self.limits}"
+        # The driver takes a port behind a name in a list alone: one server has its port in a key.
+        servers = f"SERVER={ordered[0].address};PORT={ordered[0].port}"
+        if len(ordered) > 1:
+            servers = "SERVER=" + ",".join(f"{node.address}:{node.port}" for node in ordered)
+        return f"Driver={{MariaDB Unicode}};{servers};UID=root;DATABASE=bank;{self.limits}"
 
     def start(self):
         first, *others = self.nodes
