@@ -1,6 +1,7 @@
 #include "services/insert_failure.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace services
@@ -13,10 +14,22 @@ constexpr std::string_view kDataState = "22";
 constexpr std::string_view kIntegrityState = "23";
 constexpr std::string_view kConnectionState = "08";
 constexpr std::string_view kTimeOutState = "HYT";
+// PostgreSQL's driver passes on why the server ended the session: an administrator, a shutdown, its
+// time-out for idle sessions.
+constexpr std::string_view kInterventionState = "57P";
 
 // SQLite's driver has one state for everything.
 constexpr std::string_view kGeneralState = "HY000";
 constexpr std::int32_t kSqliteConstraint = 19;
+
+// MariaDB's driver gives some losses no state of their own: a server that ended an idle session is
+// a write error. No other product's driver has these numbers.
+constexpr std::int32_t kMariaDbLosses[] = {
+    2006, // the server has gone away
+    2013, // lost during a query
+    5013, // read error
+    5014, // write error
+};
 
 constexpr std::string_view kKeyColumn = "EVENTKEY";
 
@@ -67,7 +80,11 @@ Delivery JudgeFailedInsert(const CDBException& raised, const std::string& key)
 
 bool IsConnectionLost(const CDBException& raised)
 {
-    return StateBegins(raised, kConnectionState) || StateBegins(raised, kTimeOutState);
+    return StateBegins(raised, kConnectionState) || StateBegins(raised, kTimeOutState) ||
+           StateBegins(raised, kInterventionState) ||
+           (StateBegins(raised, kGeneralState) &&
+            std::find(std::begin(kMariaDbLosses), std::end(kMariaDbLosses),
+                      raised.GetNativeError()) != std::end(kMariaDbLosses));
 }
 
 } // namespace services
