@@ -124,7 +124,8 @@ void Connection::LearnProduct()
                                static_cast<SQLSMALLINT>(sizeof name - 1), &length),
                     kOpen);
     m_dialect = &DialectOf(name);
-    m_crossing = StatementCrossing(*m_dialect, DriverFile());
+    m_crossing = StatementCrossing(
+        *m_dialect, m_dialect->product == Product::Sqlite ? DriverFile() : std::string());
 
     SQLUINTEGER extensions = 0;
     const SQLRETURN known = SQLGetInfo(m_handle.Get(), SQL_GETDATA_EXTENSIONS, &extensions,
@@ -135,11 +136,13 @@ void Connection::LearnProduct()
 
 std::string Connection::DriverFile()
 {
+    // Not guessed where it is not told: statements would cross in the other way and lose letters.
     char name[256] = {};
     SQLSMALLINT length = 0;
-    const SQLRETURN result = SQLGetInfo(m_handle.Get(), SQL_DRIVER_NAME, name,
-                                        static_cast<SQLSMALLINT>(sizeof name - 1), &length);
-    return SQL_SUCCEEDED(result) ? name : "";
+    CheckConnection(SQLGetInfo(m_handle.Get(), SQL_DRIVER_NAME, name,
+                               static_cast<SQLSMALLINT>(sizeof name - 1), &length),
+                    kOpen);
+    return name;
 }
 
 void Connection::SetUpSession(const ConnectionString& connexionString)

@@ -1,3 +1,5 @@
+#include "tests/fault_driver/text_calls.h"
+
 #include "tests/fault_driver/faults.h"
 #include "tests/testing/odbc_texts.h"
 
@@ -178,6 +180,8 @@ SQLRETURN Connect(ConnectionHandle& connection, std::string connexion)
     return result;
 }
 
+} // namespace
+
 const testing_support::Diagnosis& DiagnosisOf(SQLSMALLINT kind, SQLHANDLE handle)
 {
     switch (kind)
@@ -191,7 +195,60 @@ const testing_support::Diagnosis& DiagnosisOf(SQLSMALLINT kind, SQLHANDLE handle
     }
 }
 
-} // namespace
+SQLRETURN ConnectBy(SQLHDBC handle, const std::string& connexion)
+{
+    ConnectionHandle& connection = ConnectionIn(handle);
+    return Pass(Entry::Connect, connection, [&] { return Connect(connection, connexion); });
+}
+
+SQLRETURN ExecuteText(SQLHSTMT handle, std::string text)
+{
+    StatementHandle& statement = StatementIn(handle);
+    std::vector<Statement>& statements = TheControl().statements;
+    // The next statement of a handle that has run one already.
+    if (!statements[statement.number - 1].text.empty())
+    {
+        statements.push_back({statement.connection->number, ""});
+        statement.number = statements.size();
+    }
+    statements[statement.number - 1].text = text;
+    return Pass(Entry::Execute, statement,
+                [&]
+                {
+                    return statement.connection->driver->execDirect(
+                        statement.real, reinterpret_cast<SQLCHAR*>(text.data()),
+                        static_cast<SQLINTEGER>(text.size()));
+                });
+}
+
+SQLRETURN TellInfo(SQLHDBC handle, SQLUSMALLINT what, const InfoPlace& place)
+{
+    ConnectionHandle& connection = ConnectionIn(handle);
+    if (connection.real == nullptr)
+    {
+        return SQL_ERROR;
+    }
+    Call call = CallOn(Entry::GetInfo, connection);
+    call.attribute = what;
+    return Pass(call, connection,
+                [&]
+                {
+                    return connection.driver->getInfo(connection.real, what, place.value,
+                                                      place.size, place.length);
+                });
+}
+
+SQLRETURN TellColumn(SQLHSTMT handle, SQLUSMALLINT column, const ColumnPlace& place)
+{
+    StatementHandle& statement = StatementIn(handle);
+    return Pass(Entry::DescribeColumn, statement,
+                [&]
+                {
+                    return statement.connection->driver->describeCol(
+                        statement.real, column, place.name, place.size, place.length, place.type,
+                        place.columnSize, place.digits, place.nullable);
+                });
+}
 
 } // namespace fault_driver
 
@@ -286,14 +343,6 @@ extern "C"
                     });
     }
 
-    SQLRETURN SQLDriverConnect(SQLHDBC handle, SQLHWND, SQLCHAR* text, SQLSMALLINT length, SQLCHAR*,
-                               SQLSMALLINT, SQLSMALLINT*, SQLUSMALLINT)
-    {
-        ConnectionHandle& connection = ConnectionIn(handle);
-        return Pass(Entry::Connect, connection,
-                    [&] { return Connect(connection, testing_support::OdbcText(text, length)); });
-    }
-
     SQLRETURN SQLDisconnect(SQLHDBC handle)
     {
         ConnectionHandle& connection = ConnectionIn(handle);
@@ -317,37 +366,6 @@ extern "C"
                     [&] { return connection.driver->endTran(kind, connection.real, completion); });
     }
 
-    SQLRETURN SQLGetInfo(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER value, SQLSMALLINT size,
-                         SQLSMALLINT* length)
-    {
-        ConnectionHandle& connection = ConnectionIn(handle);
-        if (connection.real == nullptr)
-        {
-            return SQL_ERROR;
-        }
-        Call call = CallOn(Entry::GetInfo, connection);
-        call.attribute = what;
-        return Pass(
-            call, connection,
-            [&] { return connection.driver->getInfo(connection.real, what, value, size, length); });
-    }
-
-    SQLRETURN SQLExecDirect(SQLHSTMT handle, SQLCHAR* text, SQLINTEGER length)
-    {
-        StatementHandle& statement = StatementIn(handle);
-        std::vector<Statement>& statements = TheControl().statements;
-        // The next statement of a handle that has run one already.
-        if (!statements[statement.number - 1].text.empty())
-        {
-            statements.push_back({statement.connection->number, ""});
-            statement.number = statements.size();
-        }
-        statements[statement.number - 1].text = testing_support::OdbcText(text, length);
-        return Pass(
-            Entry::Execute, statement,
-            [&] { return statement.connection->driver->execDirect(statement.real, text, length); });
-    }
-
     SQLRETURN SQLRowCount(SQLHSTMT handle, SQLLEN* rows)
     {
         StatementHandle& statement = StatementIn(handle);
@@ -368,20 +386,6 @@ extern "C"
         return Pass(Entry::ResultColumns, statement,
                     [&]
                     { return statement.connection->driver->numResultCols(statement.real, count); });
-    }
-
-    SQLRETURN SQLDescribeCol(SQLHSTMT handle, SQLUSMALLINT column, SQLCHAR* name, SQLSMALLINT size,
-                             SQLSMALLINT* length, SQLSMALLINT* type, SQLULEN* columnSize,
-                             SQLSMALLINT* digits, SQLSMALLINT* nullable)
-    {
-        StatementHandle& statement = StatementIn(handle);
-        return Pass(Entry::DescribeColumn, statement,
-                    [&]
-                    {
-                        return statement.connection->driver->describeCol(
-                            statement.real, column, name, size, length, type, columnSize, digits,
-                            nullable);
-                    });
     }
 
     SQLRETURN SQLBindCol(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT type, SQLPOINTER buffer,
@@ -413,16 +417,6 @@ extern "C"
                         return statement.connection->driver->getData(statement.real, column, type,
                                                                      buffer, size, indicator);
                     });
-    }
-
-    SQLRETURN SQLGetDiagRec(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, SQLCHAR* state,
-                            SQLINTEGER* native, SQLCHAR* text, SQLSMALLINT size,
-                            SQLSMALLINT* length)
-    {
-        const testing_support::Diagnosis& diagnosis = DiagnosisOf(kind, handle);
-        return number != 1 || diagnosis.state.empty()
-                   ? SQL_NO_DATA
-                   : testing_support::TellDiagnosis(diagnosis, {state, native, text, size, length});
     }
 
     // The driver manager asks for messages only if the driver has this one too; it needs nothing

@@ -106,6 +106,7 @@ struct Control
     std::vector<Call> calls;
     std::vector<Statement> statements;
     std::size_t connections = 0;
+    std::size_t wideTexts = 0; ///< connection strings and statements that came in wide letters
     // By kind.
     Handles environmentHandles;
     Handles connectionHandles;

@@ -24,14 +24,18 @@ int TakeSqliteDriver(dl_phdr_info* module, std::size_t, void* found)
     return 1;
 }
 
+const char* FileOf(Entries entries)
+{
+    return entries == Entries::Narrow ? SIGNUTILS_FAULT_DRIVER : SIGNUTILS_WIDE_FAULT_DRIVER;
+}
+
 } // namespace
 
-Control& LoadedControl()
+Control& LoadedControl(Entries entries)
 {
     using Ask = Control* (*)();
-    static void* const module = dlopen(SIGNUTILS_FAULT_DRIVER, RTLD_NOW | RTLD_LOCAL);
-    static void* const ask =
-        module == nullptr ? nullptr : dlsym(module, "SignUtilsFaultDriverControl");
+    void* const module = dlopen(FileOf(entries), RTLD_NOW | RTLD_LOCAL);
+    void* const ask = module == nullptr ? nullptr : dlsym(module, "SignUtilsFaultDriverControl");
     if (ask == nullptr)
     {
         throw std::runtime_error(dlerror());
@@ -39,7 +43,7 @@ Control& LoadedControl()
     return *reinterpret_cast<Ask>(ask)();
 }
 
-std::string ThroughFaultDriver(const std::string& connexionString)
+std::string ThroughFaultDriver(const std::string& connexionString, Entries entries)
 {
     std::string real;
     dl_iterate_phdr(TakeSqliteDriver, &real);
@@ -47,7 +51,7 @@ std::string ThroughFaultDriver(const std::string& connexionString)
     {
         throw std::runtime_error("not a connection of SQLite's driver: " + connexionString);
     }
-    return std::string("DRIVER=") + SIGNUTILS_FAULT_DRIVER + ";FAULT_DRIVER=" + real + ";" +
+    return std::string("DRIVER=") + FileOf(entries) + ";FAULT_DRIVER=" + real + ";" +
            connexionString.substr(kDirectly.size());
 }
 

@@ -3,7 +3,6 @@
 #include "database/cdatabase.h"
 #include "database/idle_pool.h"
 #include "signutils/signutils.h"
-#include "tests/fault_driver/loaded.h"
 #include "tests/signers/failing_rows.h"
 
 #include <filesystem>
@@ -48,9 +47,9 @@ void NoteRemains(const std::string& folder, bool (*mayStay)(const std::filesyste
 
 } // namespace
 
-FaultRun::FaultRun()
-    : m_temporary("TMPDIR", MadeFolder(m_folder.Path("temporary")).c_str()),
-      m_control(fault_driver::LoadedControl())
+FaultRun::FaultRun(fault_driver::Entries entries)
+    : m_temporary("TMPDIR", MadeFolder(m_folder.Path("temporary")).c_str()), m_entries(entries),
+      m_control(fault_driver::LoadedControl(entries))
 {
 }
 
@@ -61,7 +60,7 @@ FaultRun::~FaultRun()
 
 std::string FaultRun::ConnexionString(const Scenario& scenario) const
 {
-    return fault_driver::ThroughFaultDriver(m_bank.ConnexionString()) +
+    return fault_driver::ThroughFaultDriver(m_bank.ConnexionString(), m_entries) +
            (scenario.rowByRow ? testing_support::kRowByRow : "");
 }
 

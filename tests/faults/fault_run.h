@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/fault_driver/fault_driver.h"
+#include "tests/fault_driver/loaded.h"
 #include "tests/faults/foresight.h"
 #include "tests/faults/scenarios.h"
 #include "tests/model/library_run.h"
@@ -28,7 +28,7 @@ struct Shown
 class FaultRun
 {
 public:
-    FaultRun();
+    explicit FaultRun(fault_driver::Entries entries = fault_driver::Entries::Narrow);
     ~FaultRun();
 
     /// Runs both checks, the first one with the plan's faults. Adds to the results' problems what
@@ -45,6 +45,7 @@ private:
     model::RealBank m_bank;
     testing_support::TemporaryFolder m_folder;
     testing_support::ScopedEnvironment m_temporary;
+    fault_driver::Entries m_entries;
     fault_driver::Control& m_control;
 };
 

@@ -128,8 +128,8 @@ public:
         case Entry::GetData:
             return true;
         case Entry::GetInfo:
-            // The product's name; of the rest there is something to assume.
-            return call.attribute == SQL_DBMS_NAME;
+            // The names of product and driver; of the rest there is something to assume.
+            return call.attribute == SQL_DBMS_NAME || call.attribute == SQL_DRIVER_NAME;
         default:
             return false;
         }

@@ -2,7 +2,8 @@
 // is left to fail. What each run must answer and leave behind is told by the model, which hears
 // only where the failure fell.
 //
-// SIGNUTILS_FAULTS=all tries every kind of fault, otherwise the gravest.
+// SIGNUTILS_FAULTS=all tries every kind of failure, SIGNUTILS_FAULTS=waits calls that take their
+// time; otherwise the gravest failures are tried.
 
 #include "tests/faults/fault_run.h"
 #include "tests/model/differences.h"
@@ -45,6 +46,12 @@ constexpr std::uint32_t kEveryCall = fault_driver::kEveryEntry & ~kOfTheManager;
 constexpr std::uint32_t kEveryUse = kEveryCall & ~kLettingGo;
 constexpr std::uint32_t kStatements = Bit(Entry::Execute);
 
+std::string Wanted()
+{
+    const char* const wanted = std::getenv("SIGNUTILS_FAULTS");
+    return wanted == nullptr ? "" : wanted;
+}
+
 std::vector<Fault> ChosenFaults()
 {
     const std::vector<Fault> all = {
@@ -69,21 +76,18 @@ std::vector<Fault> ChosenFaults()
          {0, Kind::SucceedWithRemark, Reach::FromThenOn, "01004", kEveryCall},
          false},
         {"Slow", {0, Kind::Wait, Reach::Once, "", kEveryCall}, false},
+        {"SlowFromThenOn", {0, Kind::Wait, Reach::FromThenOn, "", kEveryCall}, false},
     };
-    const char* const wanted = std::getenv("SIGNUTILS_FAULTS");
-    if (wanted != nullptr && std::string(wanted) == "all")
-    {
-        return all;
-    }
-    std::vector<Fault> gravest;
+    std::vector<Fault> chosen;
     for (const Fault& fault : all)
     {
-        if (fault.gravest)
+        const bool waits = fault.plan.kind == Kind::Wait;
+        if (Wanted() == "waits" ? waits : !waits && (fault.gravest || Wanted() == "all"))
         {
-            gravest.push_back(fault);
+            chosen.push_back(fault);
         }
     }
-    return gravest;
+    return chosen;
 }
 
 void PrintTo(const Fault& fault, std::ostream* stream)
@@ -159,24 +163,25 @@ private:
     Shown m_clean;
 };
 
-/// Shares of the scenarios, so that they run side by side.
-constexpr std::size_t kShares = 4;
+/// Shares of the scenarios, so that they run side by side: many of those that mostly wait.
+std::size_t Shares()
+{
+    return Wanted() == "waits" ? 31 : 4;
+}
 
 class DatabaseFault : public testing::TestWithParam<std::tuple<Fault, std::size_t>>
 {
 };
 
-TEST_P(DatabaseFault, IsAnsweredAsForetoldWhicheverCallFails)
+void FailEachCallOfShare(faults::FaultRun& run, const Fault& fault, std::size_t share)
 {
-    faults::FaultRun run;
     std::uint64_t runs = 0;
-    const auto& [fault, share] = GetParam();
     const std::vector<Scenario>& scenarios = faults::AllScenarios();
-    for (std::size_t index = share; index < scenarios.size(); index += kShares)
+    for (std::size_t index = share; index < scenarios.size(); index += Shares())
     {
         SCOPED_TRACE(scenarios[index].name);
         runs += Trial(run, scenarios[index], fault.plan).FailEachCall();
-        if (HasFailure())
+        if (testing::Test::HasFailure())
         {
             return;
         }
@@ -184,12 +189,57 @@ TEST_P(DatabaseFault, IsAnsweredAsForetoldWhicheverCallFails)
     std::cout << fault.name << ": " << runs << " runs\n";
 }
 
+TEST_P(DatabaseFault, IsAnsweredAsForetoldWhicheverCallFails)
+{
+    faults::FaultRun run;
+    FailEachCallOfShare(run, std::get<0>(GetParam()), std::get<1>(GetParam()));
+}
+
+/// Drivers of servers have wide entry points, which the library calls; so has SQLite's on Windows.
+class WideDatabaseFault : public DatabaseFault
+{
+};
+
+TEST_P(WideDatabaseFault, IsAnsweredAsForetoldWhicheverCallFails)
+{
+    faults::FaultRun run(fault_driver::Entries::WideAsWell);
+    FailEachCallOfShare(run, std::get<0>(GetParam()), std::get<1>(GetParam()));
+}
+
+std::string NameOf(const testing::TestParamInfo<DatabaseFault::ParamType>& test)
+{
+    return std::string(std::get<0>(test.param).name) + std::to_string(std::get<1>(test.param));
+}
+
+/// The gravest alone: what differs is how a call and a message cross. Of all scenarios where every
+/// kind is asked for, of one share otherwise.
+std::vector<Fault> WideFaults()
+{
+    std::vector<Fault> chosen;
+    for (const Fault& fault : ChosenFaults())
+    {
+        if (fault.gravest)
+        {
+            chosen.push_back(fault);
+        }
+    }
+    return chosen;
+}
+
+std::size_t WideShares()
+{
+    return Wanted() == "all" ? Shares() : 1;
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, DatabaseFault,
                          testing::Combine(testing::ValuesIn(ChosenFaults()),
-                                          testing::Range(std::size_t{0}, kShares)),
-                         [](const auto& test) {
-                             return std::string(std::get<0>(test.param).name) +
-                                    std::to_string(std::get<1>(test.param));
-                         });
+                                          testing::Range(std::size_t{0}, Shares())),
+                         NameOf);
+
+INSTANTIATE_TEST_SUITE_P(Kinds, WideDatabaseFault,
+                         testing::Combine(testing::ValuesIn(WideFaults()),
+                                          testing::Range(std::size_t{0}, WideShares())),
+                         NameOf);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(WideDatabaseFault);
 
 } // namespace

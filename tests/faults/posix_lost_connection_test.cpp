@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -145,6 +146,42 @@ TEST_F(LostConnection, DriverSaysWhatTheRealOneSays)
 {
     CDatabase database;
     database.OpenEx(ConnexionString().c_str(), CDatabase::kNoOdbcDialog);
+    std::string text;
+    database::GuardDatabase(
+        [&] { database.ExecuteSQLW(L"DELETE FROM NOWHERE"); },
+        [&](const CDBException& raised) { text = raised.GetFirstText().SafeGetString(); }, [] {});
+    EXPECT_NE(text.find("no such table: NOWHERE"), std::string::npos) << text;
+}
+
+TEST_F(LostConnection, DriverWithWideEntryPointsIsGivenWideTextsAndKeepsTheirLetters)
+{
+    fault_driver::Control& control = fault_driver::LoadedControl(fault_driver::Entries::WideAsWell);
+    control = fault_driver::Control();
+    const std::wstring name = L"\u00C9lodie \u0427 \U0001F58B";
+    {
+        CDatabase database;
+        database.OpenEx(fault_driver::ThroughFaultDriver(m_database.ConnexionString(),
+                                                         fault_driver::Entries::WideAsWell)
+                            .c_str(),
+                        CDatabase::kNoOdbcDialog);
+        EXPECT_GE(control.wideTexts, 1U);
+        const std::size_t before = control.wideTexts;
+        database.ExecuteSQLW((L"UPDATE SSR_HOLDER SET LNAME = N'" + name + L"'").c_str());
+        EXPECT_EQ(control.wideTexts, before + 1);
+    }
+    EXPECT_EQ(m_database.Query(L"SELECT LNAME FROM SSR_HOLDER"),
+              std::vector<testing_support::Row>{testing_support::Row{name}});
+    EXPECT_EQ(control.statementHandles.freed, control.statementHandles.allocated);
+    EXPECT_EQ(control.connectionHandles.freed, control.connectionHandles.allocated);
+}
+
+TEST_F(LostConnection, IsToldByADriverWithWideEntryPointsInItsOwnWords)
+{
+    CDatabase database;
+    database.OpenEx(fault_driver::ThroughFaultDriver(m_database.ConnexionString(),
+                                                     fault_driver::Entries::WideAsWell)
+                        .c_str(),
+                    CDatabase::kNoOdbcDialog);
     std::string text;
     database::GuardDatabase(
         [&] { database.ExecuteSQLW(L"DELETE FROM NOWHERE"); },

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 namespace testing_support
 {
 namespace
@@ -204,6 +206,16 @@ TEST_F(Queries, ReportsShowWhatWasHandedOn)
     EXPECT_EQ(report["reasonCode"], "AM02");
     EXPECT_THAT(report["reasonText"].get<std::string>(), HasSubstr("Garçon"));
     EXPECT_EQ(ReadWholeFile(report["path"]), report["document"].get<std::string>());
+}
+
+TEST_F(Queries, ReportsLeaveOutOneThatAKilledHostNeverFinished)
+{
+    const std::filesystem::path whole = Ask({"reports"})["reports"][0]["path"].get<std::string>();
+    const std::filesystem::path unfinished = whole.parent_path() / "99.psr.part";
+    std::filesystem::copy_file(whole, unfinished);
+
+    EXPECT_EQ(OrdersOf(Ask({"reports"})["reports"]), (Orders{"A004", "A002"}));
+    EXPECT_TRUE(std::filesystem::exists(unfinished));
 }
 
 TEST_F(Queries, ReportFilters)
