@@ -218,14 +218,11 @@ std::vector<std::string> SplitSigners(const std::string& utf8)
     return names;
 }
 
-CheckRequest ReadCheckRequest(const OptionValues& values)
+CheckRequest ReadCheckTerms(const OptionValues& values)
 {
     CheckRequest request;
     request.asJson = values.IsOn("json");
     request.isExplained = values.IsOn("explain");
-    const OptionValue& file = OrderFileArgument(values, "signcheck check order.xml --db CONN …");
-    request.fileShown = file.text;
-    request.file = ExistingFilePath(file, "the order file");
     request.connection = ConnectionFrom(values);
     ReadContract(values, request);
     ReadSigners(values, request);
@@ -238,6 +235,16 @@ CheckRequest ReadCheckRequest(const OptionValues& values)
     request.requestReference = OptionalNarrowText(values, "request");
     request.logFile = UpTo(values, "log", kLogPathLength);
     request.traceFile = OptionalNarrowText(values, "trace");
+    return request;
+}
+
+CheckRequest ReadCheckRequest(const OptionValues& values)
+{
+    const OptionValue& file = OrderFileArgument(values, "signcheck check order.xml --db CONN …");
+    const std::string path = ExistingFilePath(file, "the order file");
+    CheckRequest request = ReadCheckTerms(values);
+    request.fileShown = file.text;
+    request.file = path;
     return request;
 }
 

@@ -46,6 +46,9 @@ struct CheckRequest
     bool asJson = false;
 };
 
+/// Reads and validates everything but the order file. Raises UsageRefusal.
+CheckRequest ReadCheckTerms(const OptionValues& values);
+
 /// Reads and validates the settings of a check, all but the format of the file. Raises
 /// UsageRefusal.
 CheckRequest ReadCheckRequest(const OptionValues& values);

@@ -22,5 +22,10 @@ SIGNUTILS_PORT_API void UseUtf8Output();
 
 /// Whether standard input is a terminal, at which somebody can be asked.
 SIGNUTILS_PORT_API bool InputIsTerminal();
+/// Whether standard error is a terminal that a line can be drawn anew on.
+SIGNUTILS_PORT_API bool ErrorIsTerminal();
+
+/// The machine's name in its network, UTF-8; empty when the system does not tell.
+SIGNUTILS_PORT_API std::string MachineName();
 
 } // namespace port

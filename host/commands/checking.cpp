@@ -1,3 +1,6 @@
+#include "host/batch/batch_command.h"
+#include "host/batch/options.h"
+#include "host/batch/watch_command.h"
 #include "host/check_command.h"
 #include "host/commands/families.h"
 #include "host/commands/shared_options.h"
@@ -66,6 +69,20 @@ CommandFamily CheckingCommands()
                "signcheck check order.xml --partner DUPONTSA --service CCT --client TRESOR "
                "--protocol 9 --type 1 --signers \"Paul Martin\" --total 900.00 --largest 900.00 "
                "--currency EUR --explain"}}},
+            {"batch",
+             "Judge the signatures of many order files, each once",
+             batch::BatchOptions(CheckOptions()),
+             batch::RunBatch,
+             {{"Every order of a folder, with the same terms for all",
+               "signcheck batch orders --partner DUPONTSA --service CCT --client TRESOR "
+               "--protocol 9 --type 1 --signers \"Élodie Lefèvre\" --format auto --jobs 2"}}},
+            {"watch",
+             "Judge the order files that come into a folder, each once",
+             batch::WatchOptions(CheckOptions()),
+             batch::RunWatch,
+             {{"Orders whose terms lie beside them, until it is told to end",
+               "signcheck watch orders --sidecar --partner DUPONTSA --service CCT --client TRESOR "
+               "--protocol 9 --type 1 --signers \"Élodie Lefèvre\" --format auto"}}},
         },
     };
 }

@@ -58,9 +58,14 @@ Interruption::~Interruption()
     }
 }
 
+bool Interruption::HasCome() noexcept
+{
+    return g_hasCome != 0;
+}
+
 void Interruption::Check()
 {
-    if (g_hasCome != 0)
+    if (HasCome())
     {
         throw host::Refusal(host::kCouldNotRun,
                             "the command was interrupted; nothing was written to the database.");

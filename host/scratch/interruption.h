@@ -13,6 +13,8 @@ public:
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
+    /// For commands that end by themselves.
+    static bool HasCome() noexcept;
     /// Raises host::Refusal with kCouldNotRun when a signal has come.
     static void Check();
 };

@@ -28,4 +28,15 @@ bool InputIsTerminal()
     return isatty(STDIN_FILENO) == 1;
 }
 
+bool ErrorIsTerminal()
+{
+    return isatty(STDERR_FILENO) == 1;
+}
+
+std::string MachineName()
+{
+    char name[256] = {};
+    return gethostname(name, sizeof name - 1) == 0 ? std::string(name) : std::string();
+}
+
 } // namespace port

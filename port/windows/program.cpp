@@ -54,4 +54,18 @@ bool InputIsTerminal()
     return GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode) != 0;
 }
 
+bool ErrorIsTerminal()
+{
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
+std::string MachineName()
+{
+    wchar_t name[256] = {};
+    DWORD size = 256;
+    return GetComputerNameExW(ComputerNameDnsHostname, name, &size) != 0 ? Utf8FromNative(name)
+                                                                         : std::string();
+}
+
 } // namespace port

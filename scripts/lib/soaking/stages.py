@@ -1,6 +1,6 @@
 """The stages of scripts/soak by name."""
 
-from . import deaths, foresight, frozen, kills, load, scaling
+from . import batch, deaths, foresight, frozen, kills, load, scaling, watch
 
 # What has to be built besides signcheck.
 PROGRAMS = ["signutils_soak", "signutils_soak_host", "signutils_boundary_host",
@@ -50,6 +50,16 @@ def _scaling(checks):
                  "machine is cut off", network=True)  # fmt: skip
 
 
+def _batch(product, orders):
+    return Stage(f"batch-{product}", batch, product, orders,
+                 f"batch of {orders:,} small orders, left alone and killed over and over")  # fmt: skip
+
+
+def _watch(product, seconds):
+    return Stage(f"watch-{product}", watch, product, seconds,
+                 f"a drop folder for {seconds // 60} minutes, orders slowly written among others")  # fmt: skip
+
+
 ALL = [
     _load("sqlite", 100_000),
     _load("postgresql", 100_000),
@@ -65,6 +75,9 @@ ALL = [
     Stage("foresight", foresight, "sqlite", 10_000,
           "10,000 forecasts, 10,000 refusals explained, 1,000 maps, 1,000 defects planted"),  # fmt: skip
     _scaling(3000),
+    _batch("sqlite", 10_000),
+    _batch("postgresql", 10_000),
+    _watch("sqlite", 900),
 ]
 
 

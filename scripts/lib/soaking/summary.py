@@ -9,6 +9,10 @@ def line(record):
     told = [f"{record[name]} {name}" for name in _SUMS if name in record]
     if "what" in record:
         told.insert(0, record["what"])
+    if "rate" in record:
+        told += [f"{record['rate']} a second", f"{record['processorSeconds']} s of processor time",
+                 f"at most {record['peakKib']} KiB", f"{record['recovered']} recovered",
+                 f"{record['withoutEvent']} without event"]  # fmt: skip
     told.append(f"{record['seconds']} s")
     told += [f"PROBLEM: {problem}" for problem in record["problems"]]
     return ", ".join(told)

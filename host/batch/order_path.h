@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace batch
+{
+
+// Paths are UTF-8. They are made absolute without following links, so that history rows of one
+// order have one name from wherever the command was started.
+
+std::string AbsolutePath(const std::string& path);
+/// The same for a path that is relative to `folder`.
+std::string AbsolutePath(const std::string& path, const std::string& folder);
+/// The folder that holds the file, without a final separator.
+std::string FolderOf(const std::string& path);
+
+/// What tells a file from what its name stood for before: size and time of the last change. Empty
+/// when there is no such file.
+std::optional<std::string> VersionOf(const std::string& path);
+
+} // namespace batch

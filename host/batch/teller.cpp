@@ -1,0 +1,143 @@
+#include "host/batch/teller.h"
+
+#include "host/output.h"
+#include "host/text.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+
+namespace batch
+{
+
+namespace
+{
+
+using Json = nlohmann::ordered_json;
+
+// What a line leaves out of what a check tells: the journal is not read back for it, and a document
+// is no line.
+constexpr const char* kLeftOut[] = {"findings", "event", "database", "report"};
+
+double Milliseconds(double seconds)
+{
+    return std::round(seconds * 1000.0) / 1000.0;
+}
+
+void PrintLine(const Json& object)
+{
+    host::Print(object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+    host::FlushOutput();
+}
+
+std::string Word(const OrderResult& result)
+{
+    if (!result.IsJudged())
+    {
+        return "NOT JUDGED";
+    }
+    switch (host::ExitStatusOf(result.check))
+    {
+    case host::kDone:
+        return "ACCEPTED";
+    case host::kFindings:
+        return "REFUSED";
+    case host::kNoRule:
+        return "NO RULE";
+    default:
+        return "UNKNOWN";
+    }
+}
+
+std::string Reason(const OrderResult& result)
+{
+    if (!result.IsJudged())
+    {
+        return result.error;
+    }
+    const host::CheckResult& check = result.check;
+    const std::string code = check.reasonCode.empty() ? std::string() : check.reasonCode + ": ";
+    return code + (check.reasonText.empty() ? check.problem : check.reasonText);
+}
+
+} // namespace
+
+Json ResultAsJson(const OrderResult& result)
+{
+    Json object;
+    if (result.request && result.IsJudged())
+    {
+        object = host::CheckAsJson(*result.request, result.check);
+        for (const char* const field : kLeftOut)
+        {
+            object.erase(field);
+        }
+    }
+    else
+    {
+        object = {{"file", host::Printable(result.path)},
+                  {"verdict", nullptr},
+                  {"outcome", "not-run"},
+                  {"error", host::WithoutPasswords(result.error)}};
+    }
+    object["held"] = result.ending == Ending::Held;
+    object["recovered"] = result.ending == Ending::Recovered;
+    object["seconds"] = Milliseconds(result.seconds);
+    object["status"] = result.status;
+    return object;
+}
+
+std::string ResultInWords(const OrderResult& result)
+{
+    constexpr std::size_t kWordWidth = 12;
+    std::string word = Word(result);
+    word.resize(kWordWidth, ' ');
+    const std::string reason = host::Printable(Reason(result));
+    return word + host::Printable(result.path) + (reason.empty() ? "" : ": " + reason);
+}
+
+Teller::Teller(bool asJson, std::size_t total)
+    : m_asJson(asJson), m_hasTotal(!asJson && total > 0), m_bar(total)
+{
+}
+
+void Teller::Tell(const OrderResult& result)
+{
+    m_tally.Add(result);
+    if (m_asJson)
+    {
+        PrintLine(ResultAsJson(result));
+        return;
+    }
+    // In a run that nobody knows the end of every order is told.
+    if (result.status != host::kDone || !m_hasTotal)
+    {
+        m_bar.Clear();
+        host::Print(host::WithoutPasswords(ResultInWords(result)) + "\n");
+        host::FlushOutput();
+    }
+    for (const std::string& warning : result.check.warnings)
+    {
+        m_bar.Clear();
+        host::Warn(host::Printable(result.path) + ": " + warning);
+    }
+    if (m_hasTotal)
+    {
+        m_bar.Show(m_tally);
+    }
+}
+
+void Teller::Sum()
+{
+    m_bar.Clear();
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+    if (m_asJson)
+    {
+        PrintLine({{"summary", m_tally.AsJson(Milliseconds(seconds))}});
+        return;
+    }
+    host::Print(m_tally.InWords(seconds) + "\n");
+}
+
+} // namespace batch

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "host/batch/order_result.h"
+#include "host/batch/progress_bar.h"
+#include "host/batch/tally.h"
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+
+namespace batch
+{
+
+/// Tells what becomes of the orders of a run as it goes: JSON lines, or a line for what was not
+/// accepted and a bar at a terminal. One thread at a time.
+class Teller
+{
+public:
+    /// `total`: orders of the run; 0 where nobody knows, and then there is no bar.
+    Teller(bool asJson, std::size_t total);
+
+    void Tell(const OrderResult& result);
+    /// Ends the run with its counts.
+    void Sum();
+
+    Tally& Counts() noexcept { return m_tally; }
+
+private:
+    bool m_asJson;
+    bool m_hasTotal;
+    Tally m_tally;
+    ProgressBar m_bar;
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+/// One result as one object of the JSON lines.
+nlohmann::ordered_json ResultAsJson(const OrderResult& result);
+/// One result as one line of words, without its end.
+std::string ResultInWords(const OrderResult& result);
+
+} // namespace batch

@@ -1,0 +1,159 @@
+#include "host/batch/order_list.h"
+
+#include "host/batch/terms.h"
+#include "host/refusal.h"
+#include "tests/testing/temporary_folder.h"
+
+#include <gmock/gmock.h>
+
+namespace batch
+{
+namespace
+{
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing_support::TemporaryFolder;
+
+class ListOfOrders : public testing::Test
+{
+protected:
+    ListOfOrders()
+    {
+        const std::pair<const char*, const char*> common[] = {
+            {"db", "Driver=SQLite3;Database=bank.db"},
+            {"partner", "DUPONTSA"},
+            {"service", "CCT"},
+            {"client", "TRESOR"},
+            {"protocol", "9"},
+            {"type", "1"},
+            {"signers", "Ana Ruiz"},
+            {"format", "auto"}};
+        for (const auto& [name, text] : common)
+        {
+            m_common.AddUnlessThere(name, {text, std::string("option --") + name});
+        }
+    }
+
+    std::vector<Order> Read(const std::string& text)
+    {
+        return ReadOrderList({m_folder.Write("orders.csv", text), "argument ORDERS"}, m_common);
+    }
+
+    std::string Refused(const std::string& text)
+    {
+        try
+        {
+            Read(text);
+        }
+        catch (const host::UsageRefusal& refusal)
+        {
+            return refusal.what();
+        }
+        return "not refused";
+    }
+
+    TemporaryFolder m_folder;
+    host::OptionValues m_common;
+};
+
+TEST_F(ListOfOrders, OfCommaSeparatedValuesGivesEachOrderItsTerms)
+{
+    const auto orders = Read("file,signers,order-id\n"
+                             "# a remark\n"
+                             "A001.xml,\"Ana Ruiz;Paul Durand\",A001\n"
+                             "/in/A002.xml,,A002\n");
+
+    ASSERT_EQ(orders.size(), 2U);
+    EXPECT_EQ(orders[0].path, m_folder.Path("A001.xml"));
+    EXPECT_EQ(orders[0].key, orders[0].path);
+    EXPECT_EQ(orders[0].terms->Find("signers")->text, "Ana Ruiz;Paul Durand");
+    EXPECT_THAT(orders[0].terms->Find("signers")->origin, HasSubstr("orders.csv, line 3, field"));
+    EXPECT_EQ(orders[1].terms->Find("signers"), nullptr);
+    EXPECT_EQ(orders[1].terms->Find("order-id")->text, "A002");
+    EXPECT_EQ(WithCommon(*orders[1].terms, m_common).Find("signers")->text, "Ana Ruiz");
+}
+
+TEST_F(ListOfOrders, OfJsonLinesGivesEachOrderItsTerms)
+{
+    const auto orders = Read("{\"file\": \"A001.xml\", \"veu\": true, \"type\": 2}\n"
+                             "\n"
+                             "{\"file\": \"A002.xml\", \"signers\": \"Élodie\"}\r\n");
+
+    ASSERT_EQ(orders.size(), 2U);
+    EXPECT_TRUE(orders[0].terms->IsOn("veu"));
+    EXPECT_EQ(orders[0].terms->Find("type")->text, "2");
+    EXPECT_EQ(orders[1].terms->Find("signers")->text, "Élodie");
+    EXPECT_THAT(orders[1].terms->Find("signers")->origin, HasSubstr("line 3, field signers"));
+}
+
+TEST_F(ListOfOrders, KeepsWhereTheDatabaseLiesOutOfReach)
+{
+    EXPECT_THAT(Refused("file,db\nA001.xml,Driver=X\n"), HasSubstr("column db: unknown column"));
+    EXPECT_THAT(Refused("{\"file\": \"A\", \"hand-off\": \"/tmp\"}\n"),
+                HasSubstr("line 1, field hand-off: unknown field"));
+}
+
+TEST_F(ListOfOrders, IsRefusedWithEveryLineThatIsWrong)
+{
+    const std::string text = Refused("file,protocol,veu\n"
+                                     "A001.xml,nine,\n"
+                                     "A002.xml,9\n"
+                                     "A003.xml,9,yes\n"
+                                     ",9,\n"
+                                     "A005.xml,9,true\n"
+                                     "A005.xml,9,true\n");
+
+    EXPECT_THAT(text, AllOf(HasSubstr("line 2, field protocol: 'nine'"),
+                            HasSubstr("line 3: the line has 2 fields, the first line 3"),
+                            HasSubstr("line 4, field veu: 'yes' is neither true nor false"),
+                            HasSubstr("line 5, field file: the path of the order file is missing"),
+                            HasSubstr("line 7, field file: 'A005.xml' is the order of line 6 "
+                                      "again"),
+                            HasSubstr("Nothing was judged.")));
+}
+
+TEST_F(ListOfOrders, IsRefusedForTermsThatAreMissing)
+{
+    host::OptionValues few;
+    few.AddUnlessThere("db", *m_common.Find("db"));
+    m_common = few;
+
+    EXPECT_THAT(Refused("file,partner\nA001.xml,DUPONTSA\n"),
+                AllOf(HasSubstr("orders.csv, line 2: option --service is missing")));
+}
+
+TEST_F(ListOfOrders, OfJsonLinesIsRefusedWithLineAndField)
+{
+    const std::string text = Refused("{\"file\": \"A001.xml\", \"total\": 1500.10}\n"
+                                     "{\"file\": \"A002.xml\",\n"
+                                     "[]\n"
+                                     "{\"signers\": \"Ana\"}\n"
+                                     "{\"file\": \"A\", \"signers\": \"A\", \"signers\": \"B\"}\n"
+                                     "{\"file\": \"A\", \"signer\": \"B\"}\n");
+
+    EXPECT_THAT(
+        text,
+        AllOf(HasSubstr("line 1, field total: '1500.1' cannot be taken. Write an amount in quotes"),
+              HasSubstr("line 2: this is no JSON"), HasSubstr("line 3: expected one JSON object"),
+              HasSubstr("line 4, field file: the path of the order file is missing"),
+              HasSubstr("line 5, field signers: it stands there twice"),
+              HasSubstr("line 6, field signer: unknown field. Did you mean signers?")));
+}
+
+TEST_F(ListOfOrders, WithoutAnOrderIsRefused)
+{
+    EXPECT_THAT(Refused(""), HasSubstr("the list names no order"));
+    EXPECT_THAT(Refused("file,signers\n"), HasSubstr("the list names no order"));
+}
+
+TEST_F(ListOfOrders, WithColumnsThatCannotBeToldIsRefused)
+{
+    EXPECT_THAT(Refused("signers,partner\nAna,DUPONTSA\n"), HasSubstr("column file is missing"));
+    EXPECT_THAT(Refused("file,file\nA,B\n"),
+                HasSubstr("column file: the column stands there twice"));
+    EXPECT_THAT(Refused("file,singers\nA,B\n"), HasSubstr("Did you mean signers?"));
+}
+
+} // namespace
+} // namespace batch

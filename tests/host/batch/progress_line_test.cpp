@@ -1,0 +1,71 @@
+#include "host/batch/progress_bar.h"
+
+#include <gtest/gtest.h>
+
+namespace batch
+{
+namespace
+{
+
+OrderResult Result(Ending ending, unsigned int verdict)
+{
+    OrderResult result;
+    result.ending = ending;
+    result.check.ran = ending == Ending::Judged;
+    result.check.rulesComplete = true;
+    result.check.verdict = verdict;
+    result.check.amounts.origin = host::AmountsOrigin::Given;
+    if (result.IsJudged())
+    {
+        result.status = host::ExitStatusOf(result.check);
+    }
+    return result;
+}
+
+TEST(ProgressLine, TellsHowFarTheRunIs)
+{
+    Tally tally;
+    tally.Add(Result(Ending::Judged, 1));
+    tally.Add(Result(Ending::Judged, 2));
+    tally.Add(Result(Ending::NotJudged, 0));
+
+    EXPECT_EQ(ProgressLine(tally, 12, 1.5, false),
+              "[#####...............] 3/12 files, 1 refused, 1 errors, 2/s, 0:00:05 left");
+}
+
+TEST(ProgressLine, OfAnEmptyRunIsFull)
+{
+    EXPECT_EQ(ProgressLine(Tally(), 0, 0.0, false),
+              "[####################] 0/0 files, 0 refused, 0 errors, 0/s");
+}
+
+TEST(ProgressLine, HasColoursOnlyWhereTheyAreWanted)
+{
+    Tally tally;
+    tally.Add(Result(Ending::Judged, 2));
+
+    EXPECT_NE(ProgressLine(tally, 1, 1.0, true).find("\x1B[33m1 refused\x1B[0m"),
+              std::string::npos);
+    EXPECT_EQ(ProgressLine(tally, 1, 1.0, false).find('\x1B'), std::string::npos);
+}
+
+TEST(Gravity, OfARunIsThatOfItsGravestOrder)
+{
+    EXPECT_LT(GravityOf(host::kDone), GravityOf(host::kFindings));
+    EXPECT_LT(GravityOf(host::kFindings), GravityOf(host::kNoRule));
+    EXPECT_LT(GravityOf(host::kNoRule), GravityOf(host::kAmountsUnknown));
+    EXPECT_LT(GravityOf(host::kAmountsUnknown), GravityOf(host::kCouldNotRun));
+
+    Tally tally;
+    EXPECT_EQ(tally.Status(), host::kDone);
+    tally.Add(Result(Ending::Judged, 2));
+    tally.Add(Result(Ending::Judged, 1));
+    EXPECT_EQ(tally.Status(), host::kFindings);
+    tally.Add(Result(Ending::Judged, 0));
+    EXPECT_EQ(tally.Status(), host::kNoRule);
+    tally.SetLeft(1);
+    EXPECT_EQ(tally.Status(), host::kCouldNotRun);
+}
+
+} // namespace
+} // namespace batch
