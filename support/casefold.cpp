@@ -55,6 +55,14 @@ bool EqualIgnoringCase(const wchar_t* left, const wchar_t* right, std::size_t co
 {
     left = left == nullptr ? L"" : left;
     right = right == nullptr ? L"" : right;
+    // Most texts differ at once or not at all. Half a pair is left to be read with its other half.
+    for (; count > 0 && *left == *right && *left != L'\0' &&
+           !IsSurrogate(static_cast<char32_t>(*left));
+         --count)
+    {
+        ++left;
+        ++right;
+    }
     const wchar_t* const leftEnd = EndWithin(left, count);
     const wchar_t* const rightEnd = EndWithin(right, count);
     while (left != leftEnd && right != rightEnd)

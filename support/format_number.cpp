@@ -1,5 +1,7 @@
 #include "support/format_number.h"
 
+#include "support/six_places.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -135,6 +137,13 @@ std::string RealText(double value, std::chars_format format, std::size_t precisi
     // 309 digits before the point, sign, point and exponent.
     constexpr std::size_t besidePlaces = 330;
     char usual[besidePlaces + 32];
+    if (format == std::chars_format::fixed && precision == 6)
+    {
+        if (const char* const end = support::WriteSixPlaces(value, usual); end != nullptr)
+        {
+            return {static_cast<const char*>(usual), end};
+        }
+    }
     if (precision + besidePlaces <= sizeof usual)
     {
         const auto result =

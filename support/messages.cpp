@@ -1,6 +1,7 @@
 #include "support/messages.h"
 
 #include "port/environment.h"
+#include "support/append_text.h"
 #include "support/casefold.h"
 #include "support/codepage.h"
 #include "support/format.h"
@@ -25,8 +26,12 @@ void KeepOneLine(std::wstring& text, std::size_t start)
         [](wchar_t unit)
         {
             const auto character = static_cast<char32_t>(unit);
-            return character < 0x20 || (character >= 0x7F && character < 0xA0) ||
-                   character == lineSeparator || character == paragraphSeparator;
+            if (character - 0x20 < 0x5F)
+            {
+                return false; // most are plain ASCII
+            }
+            return character < 0xA0 || character == lineSeparator ||
+                   character == paragraphSeparator;
         },
         L' ');
 }
@@ -39,7 +44,7 @@ void AppendFormatted(std::wstring& text, const wchar_t* format, const FormatArgu
 void AppendAmount(std::wstring& text, double amount)
 {
     const std::size_t start = text.size();
-    AppendFormatted(text, L"%.6f", amount);
+    support::AppendSixPlaces(text, amount);
     const std::size_t point = text.find(L'.', start);
     if (point == std::wstring::npos)
     {
@@ -60,7 +65,7 @@ void AppendArgument(std::wstring& text, const FormatArgument& argument)
     switch (argument.kind)
     {
     case FormatArgument::Kind::Narrow:
-        AppendFormatted(text, L"%S", argument.narrow == nullptr ? "" : argument.narrow);
+        support::AppendWideFromNarrow(text, argument.narrow == nullptr ? "" : argument.narrow);
         KeepOneLine(text, start);
         break;
     case FormatArgument::Kind::Wide:

@@ -2,28 +2,6 @@
 
 #include "support/code_points.h"
 
-namespace
-{
-
-constexpr char32_t kLargestUnit = 0xFFFF;
-
-/// Writes each character as one unit; false when one was half a pair or needs two. Without a branch
-/// in the loop, which then goes by several characters at once.
-bool TryCopyUnits(std::wstring_view text, char16_t* units) noexcept
-{
-    unsigned others = 0;
-    for (const wchar_t each : text)
-    {
-        const auto character = static_cast<char32_t>(each);
-        others |= static_cast<unsigned>(support::IsSurrogate(character)) |
-                  static_cast<unsigned>(character > kLargestUnit);
-        *units++ = static_cast<char16_t>(each);
-    }
-    return others == 0;
-}
-
-} // namespace
-
 namespace support
 {
 
@@ -37,7 +15,7 @@ std::u16string Utf16FromWide(std::wstring_view text)
 void Utf16FromWide(std::wstring_view text, std::u16string& units)
 {
     units.resize(text.size());
-    if (TryCopyUnits(text, units.data()))
+    if (CopyUnits(text, units.data()) < kFirstBeyondOneUnit)
     {
         return;
     }
@@ -47,6 +25,18 @@ void Utf16FromWide(std::wstring_view text, std::u16string& units)
     {
         AppendCodePoint(units, ValidOrReplacement(NextCodePoint(position, end)));
     }
+}
+
+char32_t CopyUnits(std::wstring_view text, char16_t* units) noexcept
+{
+    // Without a branch in the loop, which then goes by several characters at once.
+    char32_t bits = 0;
+    for (const wchar_t each : text)
+    {
+        bits |= static_cast<char32_t>(each);
+        *units++ = static_cast<char16_t>(each);
+    }
+    return bits;
 }
 
 std::wstring WideFromUtf16(std::u16string_view text)

@@ -14,6 +14,12 @@ std::u16string Utf16FromWide(std::wstring_view text);
 /// Into a text that keeps its room.
 void Utf16FromWide(std::wstring_view text, std::u16string& units);
 
+/// Writes each character as one unit into memory of the text's length and gives the bits that any
+/// of them has: below kFirstBeyondOneUnit these are the text's units, below 80 it is all ASCII.
+char32_t CopyUnits(std::wstring_view text, char16_t* units) noexcept;
+/// Here surrogates begin, which need a look at their neighbours.
+inline constexpr char32_t kFirstBeyondOneUnit = 0xD800;
+
 std::wstring WideFromUtf16(std::u16string_view text);
 /// Into memory that holds as many characters as the text has units. The number written.
 std::size_t WideFromUtf16(std::u16string_view text, wchar_t* wide) noexcept;

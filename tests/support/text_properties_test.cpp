@@ -1,6 +1,10 @@
+#include "support/append_text.h"
+#include "support/casefold.h"
+#include "support/code_points.h"
 #include "support/codepage.h"
 #include "support/format.h"
 #include "support/numbers.h"
+#include "support/six_places.h"
 #include "support/tsimplestring.h"
 #include "support/utf16.h"
 
@@ -66,6 +70,39 @@ rc::Gen<std::wstring> AnyUnicodeText()
         });
 }
 
+/// Short texts of few letters, pairs and halves of pairs among them, so that equal beginnings and
+/// cuts inside of pairs come up.
+rc::Gen<std::u16string> AnyUnits()
+{
+    return rc::gen::map(
+        rc::gen::container<std::vector<std::uint16_t>>(rc::gen::element<std::uint16_t>(
+            u'a', u'A', u'b', 0xE9, 0xC9, 0x20AC, 0xD801, 0xD801, 0xDC00, 0xDC28, 0xFF21)),
+        [](const std::vector<std::uint16_t>& units)
+        { return std::u16string(units.begin(), units.end()); });
+}
+
+std::u16string UnitsOneByOne(std::wstring_view text)
+{
+    std::u16string units;
+    const wchar_t* const end = text.data() + text.size();
+    for (const wchar_t* position = text.data(); position != end;)
+    {
+        AppendCodePoint(units, ValidOrReplacement(NextCodePoint(position, end)));
+    }
+    return units;
+}
+
+std::u32string Lowered(std::wstring_view text, std::size_t count)
+{
+    std::u32string lowered;
+    const wchar_t* const end = text.data() + std::min(count, text.size());
+    for (const wchar_t* position = text.data(); position != end;)
+    {
+        lowered += LowerCase(NextCodePoint(position, end));
+    }
+    return lowered;
+}
+
 std::string Printed(const char* format, double value)
 {
     char buffer[2000];
@@ -85,6 +122,68 @@ RC_GTEST_PROP(FormatProperties, RealsAreAsTheRuntimePrintsThem, ())
     {
         RC_ASSERT(FormatA(format, value) == Printed(format, value));
     }
+}
+
+RC_GTEST_PROP(SixPlacesProperties, AreAsTheGeneralConversionPrintsThem, ())
+{
+    const double value = *rc::gen::oneOf(AnyFiniteDouble(), AnyAmount());
+    std::wstring text = L"before ";
+    AppendSixPlaces(text, value);
+    const std::string printed = Printed("%f", value);
+    RC_ASSERT(text == L"before " + std::wstring(printed.begin(), printed.end()));
+}
+
+RC_GTEST_PROP(SixPlacesProperties, HalvesOfTheLastPlaceGoToTheEvenOne, (std::uint32_t number))
+{
+    // Odd ones have a five in the seventh place and nothing behind it.
+    const double value = number / 128.0;
+    char text[kSixPlacesSize];
+    const char* const end = WriteSixPlaces(value, text);
+    RC_ASSERT(end != nullptr);
+    RC_ASSERT(std::string(static_cast<const char*>(text), end) == Printed("%f", value));
+}
+
+RC_GTEST_PROP(AppendProperties, PiecesAreWhatTheFormatterMakesOfThem,
+              (const std::string& narrow, std::int32_t number, std::uint32_t bits))
+{
+    const std::wstring wide = WideFromUtf16(*AnyUnits());
+    const auto cut = *rc::gen::inRange<std::size_t>(0, 12);
+    const std::wstring template_ =
+        L"%." + std::to_wstring(cut) + L"s|%." + std::to_wstring(cut) + L"S|%d|%u";
+    std::wstring text;
+    AppendCut(text, wide.c_str(), cut);
+    AppendWords(text, L"|");
+    AppendCut(text, narrow.c_str(), cut);
+    AppendWords(text, L"|");
+    AppendDecimal(text, number);
+    AppendWords(text, L"|");
+    AppendDecimal(text, bits);
+    RC_ASSERT(text == FormatW(template_.c_str(), wide.c_str(), narrow.c_str(), number, bits));
+}
+
+RC_GTEST_PROP(CaseProperties, TextsAreEqualWhereTheirCharactersAreOneByOne, ())
+{
+    const std::wstring left = WideFromUtf16(*AnyUnits());
+    std::wstring right = *rc::gen::element(left, WideFromUtf16(*AnyUnits()));
+    for (wchar_t& each : right)
+    {
+        each = each == L'a' && *rc::gen::arbitrary<bool>() ? L'A' : each;
+    }
+    const auto count = *rc::gen::inRange<std::size_t>(0, 12);
+    RC_ASSERT(EqualIgnoringCase(left.c_str(), right.c_str(), count) ==
+              (Lowered(left.c_str(), count) == Lowered(right.c_str(), count)));
+}
+
+RC_GTEST_PROP(CodePageProperties, UnitsAreThoseOfOneCharacterAfterTheOther, ())
+{
+    const std::wstring text = WideFromUtf16(*AnyUnits());
+    RC_ASSERT(Utf16FromWide(text) == UnitsOneByOne(text));
+    std::u16string units(text.size(), u'x');
+    const char32_t bits = CopyUnits(text, units.data());
+    RC_ASSERT(bits >= kFirstBeyondOneUnit || units == UnitsOneByOne(text));
+    RC_ASSERT((bits < 0x80) == std::all_of(text.begin(), text.end(),
+                                           [](wchar_t each)
+                                           { return static_cast<char32_t>(each) < 0x80; }));
 }
 
 RC_GTEST_PROP(FormatProperties, ExactHalvesAreAsTheRuntimePrintsThem, (std::int32_t eighths))
