@@ -28,6 +28,12 @@ public:
     /// array whose `growBy` is 0 or less grows by one.
     int Add(const T& element);
 
+    /// The same with an element that `fill`, given its place in the storage, makes there in
+    /// whatever state it finds it, for elements that are dear to copy. What `fill` raises leaves
+    /// the array with its elements; `fill` does not touch the array.
+    template <typename Fill>
+    int AddFilled(Fill&& fill);
+
     /// The element, or null past the end (or below 0).
     T* GetAt(int index) noexcept;
     const T* GetAt(int index) const noexcept; ///< the same, not to be changed
@@ -82,6 +88,19 @@ int TArray<T>::Add(const T& element)
     storage[static_cast<std::size_t>(m_count)] = element;
     MoveInto(storage.get(), by);
     storage.release();
+    return ++m_count;
+}
+
+template <typename T>
+template <typename Fill>
+int TArray<T>::AddFilled(Fill&& fill)
+{
+    const TMutexLocker locker(*this);
+    if (m_count == m_capacity)
+    {
+        Grow(m_growBy > 0 ? m_growBy : 1);
+    }
+    fill(m_data[m_count]);
     return ++m_count;
 }
 

@@ -121,6 +121,26 @@ TEST_F(TArrayFailures, NewElementThatCannotBeCopiedKeepsTheFullArray)
     ExpectAsItWas();
 }
 
+TEST_F(TArrayFailures, ElementThatCannotBeFilledIsNotCountedAndReleasesTheLock)
+{
+    EXPECT_THROW(m_array.AddFilled([](Failing&) { throw std::runtime_error("expected"); }),
+                 std::runtime_error);
+    EXPECT_EQ(m_array.GetCount(), 2);
+    EXPECT_EQ(m_array.GetAt(2), nullptr);
+    EXPECT_TRUE(IsFreeForOthers(m_array));
+    m_array.AddFilled([](Failing& element) { element.value = 30; });
+    EXPECT_EQ(m_array.GetAt(0)->value, 10);
+    EXPECT_EQ(m_array.GetAt(1)->value, 20);
+    EXPECT_EQ(m_array.GetAt(2)->value, 30);
+}
+
+TEST_F(TArrayFailures, NoMemoryForAFilledElementKeepsTheArray)
+{
+    Failing::noMemory = true;
+    EXPECT_THROW(m_array.AddFilled([](Failing& element) { element.value = 30; }), std::bad_alloc);
+    ExpectAsItWas();
+}
+
 TEST_F(TArrayFailures, OldElementThatCannotBeCopiedKeepsTheFullArray)
 {
     const Failing element(30);

@@ -49,6 +49,27 @@ TEST(TArray, AddReturnsTheNewCount)
     EXPECT_EQ(*array.GetAt(1), 8);
 }
 
+TEST(TArray, ElementIsFilledInItsPlaceUnderTheLock)
+{
+    TArray<int> array(1);
+    bool free = true;
+    const auto fillWith = [&](int value)
+    {
+        return [&array, &free, value](int& element)
+        {
+            element = value;
+            free = IsFreeForOthers(array);
+        };
+    };
+    EXPECT_EQ(array.AddFilled(fillWith(7)), 1);
+    EXPECT_FALSE(free);
+    EXPECT_EQ(array.AddFilled(fillWith(8)), 2);
+    EXPECT_EQ(array.GetCapacity(), 2);
+    EXPECT_EQ(*array.GetAt(0), 7);
+    EXPECT_EQ(*array.GetAt(1), 8);
+    EXPECT_TRUE(IsFreeForOthers(array));
+}
+
 TEST(TArray, The129thElementGrowsItTo256AndKeepsTheFirst128)
 {
     TArray<int> array(128);
