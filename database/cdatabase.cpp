@@ -43,6 +43,11 @@ std::int64_t CDatabase::ExecuteSQLW(const wchar_t* statement)
     return GetConnection().Execute(statement == nullptr ? L"" : statement);
 }
 
+std::wstring& CDatabase::NewStatementText()
+{
+    return RequireOpen().NewText();
+}
+
 void CDatabase::BeginTransaction()
 {
     port::CancellationPoint();

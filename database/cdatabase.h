@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 namespace database
 {
@@ -32,6 +33,10 @@ public:
     /// the driver does not say). A text that would run as more than one statement is refused.
     /// Raises CDBException*.
     std::int64_t ExecuteSQLW(const wchar_t* statement);
+
+    /// An empty text to make the next statement of this connection in, valid until the next call of
+    /// this function: its memory serves for one statement after the other. Raises CDBException*.
+    std::wstring& NewStatementText();
 
     /// One transaction: Begin, then Commit or Rollback. Without Begin every statement is its own.
     void BeginTransaction();

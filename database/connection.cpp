@@ -43,12 +43,6 @@ bool ComesFromDriver(const CDBException& raised)
     return state.substr(0, 2) != "IM" && state != "01000";
 }
 
-bool IsAscii(std::wstring_view text)
-{
-    return std::all_of(text.begin(), text.end(),
-                       [](wchar_t each) { return static_cast<char32_t>(each) < 0x80; });
-}
-
 constexpr const char* kOpen = "OpenEx";
 constexpr const char* kExecute = "ExecuteSQLW";
 
@@ -221,9 +215,9 @@ void Connection::Run(const StatementHandle& handle, std::wstring_view statement,
     {
         Refuse("42000", "The text would run as more than one statement.", attempt);
     }
-    RequireLettersKept(m_scanned.text, attempt);
-    m_sessionTouched = m_sessionTouched || !m_scanned.plainData;
     m_outgoing.Set(m_scanned.text, m_crossing);
+    RequireLettersKept(attempt);
+    m_sessionTouched = m_sessionTouched || !m_scanned.plainData;
     const SQLRETURN result = m_outgoing.ExecuteDirect(handle.Get());
     if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA)
     {
@@ -231,9 +225,9 @@ void Connection::Run(const StatementHandle& handle, std::wstring_view statement,
     }
 }
 
-void Connection::RequireLettersKept(std::wstring_view statement, const Attempt& attempt)
+void Connection::RequireLettersKept(const Attempt& attempt)
 {
-    if (m_crossing != TextCrossing::Utf16 || m_keepsLetters || IsAscii(statement))
+    if (m_crossing != TextCrossing::Utf16 || m_keepsLetters || m_outgoing.IsAscii())
     {
         return;
     }
@@ -308,7 +302,10 @@ void Connection::PutShape(std::unique_ptr<QueryShape> shape) noexcept
     for (Column& each : shape->columns)
     {
         // Long values are rare, and may be very long.
-        std::u16string().swap(each.longValue);
+        if (!each.longValue.empty())
+        {
+            std::u16string().swap(each.longValue);
+        }
     }
     *place = std::move(shape);
 }

@@ -46,6 +46,13 @@ public:
     /// Runs to the end of every result; rows changed by the first, -1 when the driver does not say.
     std::int64_t Execute(std::wstring_view statement);
 
+    /// An empty text to make the next statement in; its memory stays for those after it.
+    std::wstring& NewText() noexcept
+    {
+        m_text.clear();
+        return m_text;
+    }
+
     /// The shape that a query of this layout left behind, or null. A layout lives as long as the
     /// program.
     std::unique_ptr<QueryShape> TakeShape(const RowLayout* layout) noexcept;
@@ -83,8 +90,9 @@ private:
                             const Attempt& attempt);
     void EndTransaction(SQLSMALLINT completion, std::string_view operation);
     [[nodiscard]] bool SetAutocommit(bool on) noexcept;
-    /// Refuses a statement whose letters would be others behind the driver manager.
-    void RequireLettersKept(std::wstring_view statement, const Attempt& attempt);
+    /// Refuses the statement about to go out when its letters would be others behind the driver
+    /// manager.
+    void RequireLettersKept(const Attempt& attempt);
     StatementHandle TakeSpareStatement();
     void PutSpareStatement(StatementHandle statement) noexcept;
     std::wstring FirstText(std::wstring_view query, SQLUSMALLINT column);
@@ -109,6 +117,7 @@ private:
     // Kept from one statement to the next: handles, and the memory of texts on their way.
     StatementHandle m_spareStatement;
     std::array<std::unique_ptr<QueryShape>, 4> m_idleShapes;
+    std::wstring m_text;
     ScannedStatement m_scanned;
     OutgoingText m_outgoing;
 };

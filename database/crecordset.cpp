@@ -49,8 +49,28 @@ void Put(Value& value, const Character* text, std::size_t length)
     value.Append(text, length);
 }
 
+void PutNarrow(CTString& value, std::u16string_view units)
+{
+    Scratch<char> ascii(units.size());
+    if (support::TryAsciiFromUtf16(units, ascii.Data()))
+    {
+        Put(value, ascii.Data(), units.size());
+        return;
+    }
+    const std::string narrow = support::NarrowFromWide(support::WideFromUtf16(units));
+    Put(value, narrow.data(), narrow.size());
+}
+
+void PutWide(TSimpleStringW& value, std::u16string_view units)
+{
+    Scratch<wchar_t> wide(units.size());
+    Put(value, wide.Data(), support::WideFromUtf16(units, wide.Data()));
+}
+
 } // namespace
 
+// Without clearing memory that a conversion writes before it is read.
+// cppcheck-suppress uninitMemberVar
 CRecordset::CRecordset(CDatabase& database) : m_database(database) {}
 
 CRecordset::~CRecordset()
@@ -83,22 +103,36 @@ void CRecordset::MoveNext()
 
 void CRecordset::GetFieldValue(const char* name, CTString& value) const
 {
-    const std::u16string_view units = RequireOpen("GetFieldValue").Value(name);
-    Scratch<char> ascii(units.size());
-    if (support::TryAsciiFromUtf16(units, ascii.Data()))
-    {
-        Put(value, ascii.Data(), units.size());
-        return;
-    }
-    const std::string narrow = support::NarrowFromWide(support::WideFromUtf16(units));
-    Put(value, narrow.data(), narrow.size());
+    PutNarrow(value, RequireOpen("GetFieldValue").Value(name));
 }
 
 void CRecordset::GetFieldValue(const char* name, TSimpleStringW& value) const
 {
-    const std::u16string_view units = RequireOpen("GetFieldValue").Value(name);
-    Scratch<wchar_t> wide(units.size());
-    Put(value, wide.Data(), support::WideFromUtf16(units, wide.Data()));
+    PutWide(value, RequireOpen("GetFieldValue").Value(name));
+}
+
+const char* CRecordset::NarrowText(std::size_t position)
+{
+    const std::u16string_view units = RequireOpen("GetFieldValue").Value(position);
+    if (units.size() < kUsualLength && support::TryAsciiFromUtf16(units, m_narrow))
+    {
+        m_narrow[units.size()] = '\0';
+        return m_narrow;
+    }
+    PutNarrow(m_otherNarrow, units);
+    return m_otherNarrow.SafeGetString();
+}
+
+const wchar_t* CRecordset::WideText(std::size_t position)
+{
+    const std::u16string_view units = RequireOpen("GetFieldValue").Value(position);
+    if (units.size() < kUsualLength)
+    {
+        m_wide[support::WideFromUtf16(units, m_wide)] = L'\0';
+        return m_wide;
+    }
+    PutWide(m_otherWide, units);
+    return m_otherWide.SafeGetString();
 }
 
 bool CRecordset::IsFieldNull(const char* name) const

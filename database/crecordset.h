@@ -40,6 +40,10 @@ public:
     /// The current row's value of a column. An unknown name raises.
     void GetFieldValue(const char* name, CTString& value) const;
     void GetFieldValue(const char* name, TSimpleStringW& value) const;
+    /// The same by the column's position in the layout that the query was opened with, from 0.
+    /// Valid until the next value of the same kind is read: usual ones need no memory of their own.
+    const char* NarrowText(std::size_t position);
+    const wchar_t* WideText(std::size_t position);
     /// Whether the current row's value is NULL.
     bool IsFieldNull(const char* name) const;
 
@@ -52,6 +56,14 @@ public:
 private:
     database::Cursor& RequireOpen(const char* operation) const;
 
+    // As long as any column of the tables but those of history and journal.
+    static constexpr std::size_t kUsualLength = 256;
+
     CDatabase& m_database;
     std::unique_ptr<database::Cursor> m_cursor;
+    // What NarrowText and WideText give; longer or stranger values stand behind.
+    char m_narrow[kUsualLength];
+    wchar_t m_wide[kUsualLength];
+    CTString m_otherNarrow;
+    TSimpleStringW m_otherWide;
 };

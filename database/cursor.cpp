@@ -253,7 +253,21 @@ std::size_t Cursor::ReadPiece(std::size_t index, char16_t* piece, std::size_t si
 
 std::u16string_view Cursor::Value(const char* name)
 {
-    const Column& column = Find(name, kRead);
+    return ValueIn(Find(name, kRead));
+}
+
+std::u16string_view Cursor::Value(std::size_t position)
+{
+    RequireRow(kRead);
+    if (position >= m_shape->columns.size())
+    {
+        m_connection->Refuse("07009", "The query has no column of this number.", During(kRead));
+    }
+    return ValueIn(m_shape->columns[position]);
+}
+
+std::u16string_view Cursor::ValueIn(const Column& column) const noexcept
+{
     if (column.indicator == SQL_NULL_DATA)
     {
         return {};
@@ -271,12 +285,17 @@ bool Cursor::IsNull(const char* name)
     return Find(name, "IsFieldNull").indicator == SQL_NULL_DATA;
 }
 
-const Column& Cursor::Find(const char* name, const char* operation)
+void Cursor::RequireRow(const char* operation)
 {
     if (m_atEnd)
     {
         m_connection->Refuse("24000", "There is no current row.", During(operation));
     }
+}
+
+const Column& Cursor::Find(const char* name, const char* operation)
+{
+    RequireRow(operation);
     const std::string_view wanted = name;
     const std::vector<Column>& columns = m_shape->columns;
     const auto found =

@@ -31,6 +31,7 @@ public:
 
     /// Value of the current row, valid until the next move.
     std::u16string_view Value(const char* name);
+    std::u16string_view Value(std::size_t position);
     bool IsNull(const char* name);
 
     std::size_t ColumnCount() const noexcept { return m_shape->columns.size(); }
@@ -47,6 +48,8 @@ private:
     void ReadOn(std::size_t index);
     /// The next piece of a value: units read, and whether it was the last.
     std::size_t ReadPiece(std::size_t index, char16_t* piece, std::size_t size, bool& last);
+    std::u16string_view ValueIn(const Column& column) const noexcept;
+    void RequireRow(const char* operation);
     const Column& Find(const char* name, const char* operation);
     void Check(SQLRETURN returnCode, std::string_view operation);
     Attempt During(std::string_view operation) const { return {operation, m_shape->text}; }

@@ -3,6 +3,7 @@
 #include "database/dialect.h"
 #include "database/odbc.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,15 +16,23 @@ class OutgoingText
 {
 public:
     void Set(std::wstring_view text, TextCrossing crossing);
+    /// Whether the text is known to be all ASCII.
+    bool IsAscii() const noexcept { return m_ascii; }
 
     SQLRETURN ExecuteDirect(SQLHSTMT statement);
     /// Connects with the text as connection string; never opens a dialog.
     SQLRETURN Connect(SQLHDBC connection);
 
 private:
+    void SetUtf16(std::wstring_view text);
+
     TextCrossing m_crossing = TextCrossing::Utf16;
-    std::u16string m_utf16; // filled for TextCrossing::Utf16
-    std::string m_utf8;     // filled for TextCrossing::Utf8
+    bool m_ascii = false;
+    // For TextCrossing::Utf16: the first m_units, and a NUL behind them. Never made shorter, for
+    // what is made longer is written over first.
+    std::u16string m_utf16;
+    std::size_t m_units = 0;
+    std::string m_utf8; // for TextCrossing::Utf8
 };
 
 /// ODBC's UTF-16 units as the language's. Both have 16 bits on every platform.

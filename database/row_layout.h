@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 namespace database
 {
@@ -26,5 +27,17 @@ struct RowLayout
     const ColumnLayout* columns;
     std::size_t count;
 };
+
+/// Where a column stands in a layout, from 0. For constants: an unknown name does not compile.
+template <std::size_t Count>
+consteval std::size_t PositionOf(const ColumnLayout (&columns)[Count], std::string_view name)
+{
+    std::size_t position = 0;
+    while (columns[position].name != name)
+    {
+        ++position;
+    }
+    return position;
+}
 
 } // namespace database

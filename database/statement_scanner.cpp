@@ -27,8 +27,8 @@ wchar_t AsciiUpper(wchar_t character) noexcept
 bool IsNameCharacter(wchar_t character) noexcept
 {
     const wchar_t upper = AsciiUpper(character);
-    return (upper >= L'A' && upper <= L'Z') || (upper >= L'0' && upper <= L'9') ||
-           std::wstring_view(L"_$@:#").find(upper) != std::wstring_view::npos || character >= 0x80;
+    return (upper >= L'A' && upper <= L'Z') || (upper >= L'0' && upper <= L':') || upper == L'_' ||
+           upper == L'$' || upper == L'@' || upper == L'#' || character >= 0x80;
 }
 
 /// The characters at which anything may begin; all others are passed over.
@@ -43,30 +43,48 @@ public:
         Add(rules.bracketQuotes || rules.doubledBrackets ? L"[" : L"");
         Add(rules.dropsNationalPrefix ? L"Nn" : L"");
         Add(rules.rewritesNow ? L"{" : L"");
-        for (std::size_t each = 0; words && each < std::size(m_ascii); ++each)
+        for (std::size_t each = 0; words && each < std::size(m_marks); ++each)
         {
-            m_ascii[each] = m_ascii[each] || IsNameCharacter(static_cast<wchar_t>(each));
+            if (IsNameCharacter(static_cast<wchar_t>(each)))
+            {
+                m_marks[each] = 1;
+            }
         }
-        m_others = words;
     }
 
-    bool Has(wchar_t character) const noexcept
+    /// Where the next one stands from `at` on, or the end of the text.
+    std::size_t Next(std::wstring_view text, std::size_t at) const noexcept
     {
-        const auto place = static_cast<char32_t>(character);
-        return place < std::size(m_ascii) ? m_ascii[place] : m_others;
+        // Four at a time: this is where a statement's characters are looked at one by one.
+        while (text.size() - at >= 4 &&
+               Has(text[at]) + Has(text[at + 1]) + Has(text[at + 2]) + Has(text[at + 3]) == 0)
+        {
+            at += 4;
+        }
+        while (at < text.size() && Has(text[at]) == 0)
+        {
+            ++at;
+        }
+        return at;
     }
 
 private:
-    void Add(std::wstring_view marks)
+    unsigned Has(wchar_t character) const noexcept
     {
-        for (const wchar_t each : marks)
+        return m_marks[std::min<char32_t>(static_cast<char32_t>(character), kOther)];
+    }
+
+    void Add(const wchar_t* marks)
+    {
+        for (; *marks != L'\0'; ++marks)
         {
-            m_ascii[static_cast<char32_t>(each)] = true;
+            m_marks[static_cast<char32_t>(*marks)] = 1;
         }
     }
 
-    bool m_ascii[0x80] = {};
-    bool m_others;
+    static constexpr char32_t kOther = 0x80; // stands for all beyond ASCII
+
+    unsigned char m_marks[kOther + 1] = {}; // 0 or 1
 };
 
 class Scanner
@@ -84,25 +102,16 @@ public:
     void Run()
     {
         const Beginnings beginnings(m_rules, m_watchesWords);
-        m_at = NextOf(beginnings, 0);
+        m_at = beginnings.Next(m_source, 0);
         while (m_at < m_source.size() && !m_done)
         {
             Step();
-            m_at = NextOf(beginnings, m_at);
+            m_at = beginnings.Next(m_source, m_at);
         }
         Write({});
     }
 
 private:
-    std::size_t NextOf(const Beginnings& beginnings, std::size_t at) const
-    {
-        while (at < m_source.size() && !beginnings.Has(m_source[at]))
-        {
-            ++at;
-        }
-        return at;
-    }
-
     void Step()
     {
         const wchar_t here = m_source[m_at];
@@ -278,7 +287,8 @@ private:
     bool BeginsWithPlainWord() const
     {
         const std::size_t start = SkipBlanks(0);
-        for (const std::wstring_view word : {L"SELECT", L"INSERT", L"UPDATE", L"DELETE"})
+        static constexpr std::wstring_view kWords[] = {L"SELECT", L"INSERT", L"UPDATE", L"DELETE"};
+        for (const std::wstring_view word : kWords)
         {
             const std::size_t end = start + word.size();
             if (WordStands(start, word) &&
