@@ -2,6 +2,7 @@
 
 #include "database/crecordset.h"
 #include "rules/numbered_section.h"
+#include "rules/row_columns.h"
 #include "rules/statements.h"
 #include "signutils/amount_units.h"
 #include "support/checked_copy.h"
@@ -9,7 +10,8 @@
 #include "support/trace.h"
 
 #include <cstddef>
-#include <iterator>
+#include <span>
+#include <string_view>
 
 namespace rules
 {
@@ -49,41 +51,51 @@ void StoreHolder(cuidRule& rule, const char* text)
     support::TruncatingCopy(huid, sizeof huid, text);
 }
 
-/// One column: its name, its label in the trace, and where its value goes.
+/// One column: where it stands in its row, its label in the trace, and where its value goes.
 struct RuleColumn
 {
-    const char* name;
+    std::size_t position;
     const char* label;
     void (*store)(cuidRule& rule, const char* text);
 };
 
+consteval std::size_t InRule(std::string_view name)
+{
+    return database::PositionOf(kRuleColumns, name);
+}
+
+consteval std::size_t InContract(std::string_view name)
+{
+    return database::PositionOf(kContractColumns, name);
+}
+
 // In the order of reading, which is the order in the trace.
 constexpr RuleColumn kRuleLine[] = {
-    {"CUID", "CUID Rules     ", StoreContract},
-    {"VPNAME", "CUID Partner   ", TraceOnly},
-    {"PROTOCOL", "CUID Protocol  ", TraceOnly},
-    {"VFNAME", "CUID Service   ", TraceOnly},
-    {"VCNAME", "CUID Client    ", TraceOnly},
-    {"SERVER", "CUID SERVER    ", TraceOnly},
-    {"OPPOSITION", "CUID OPPOSITION", StoreActive},
-    {"ALLHOLDERS", "CUID ALLHOLDERS", StoreNumber<&cuidRule::allHolders>},
-    {"PROFILE", "CUID PROFILE   ", StoreNumber<&cuidRule::profile>},
-    {"ALONE", "CUID ALONE     ", StoreNumber<&cuidRule::alone>},
-    {"AMOUNT", "CUID AMOUNT    ", StoreAmount},
-    {"TLEVEL", "CUID TLEVEL    ", StoreNumber<&cuidRule::tlevel>},
-    {"HUID1", "HUID Signer 1  ", StoreHolder<&cuidRule::holder1>},
-    {"HUID2", "HUID Signer 2  ", StoreHolder<&cuidRule::holder2>},
+    {InRule("CUID"), "CUID Rules     ", StoreContract},
+    {InRule("VPNAME"), "CUID Partner   ", TraceOnly},
+    {InRule("PROTOCOL"), "CUID Protocol  ", TraceOnly},
+    {InRule("VFNAME"), "CUID Service   ", TraceOnly},
+    {InRule("VCNAME"), "CUID Client    ", TraceOnly},
+    {InRule("SERVER"), "CUID SERVER    ", TraceOnly},
+    {InRule("OPPOSITION"), "CUID OPPOSITION", StoreActive},
+    {InRule("ALLHOLDERS"), "CUID ALLHOLDERS", StoreNumber<&cuidRule::allHolders>},
+    {InRule("PROFILE"), "CUID PROFILE   ", StoreNumber<&cuidRule::profile>},
+    {InRule("ALONE"), "CUID ALONE     ", StoreNumber<&cuidRule::alone>},
+    {InRule("AMOUNT"), "CUID AMOUNT    ", StoreAmount},
+    {InRule("TLEVEL"), "CUID TLEVEL    ", StoreNumber<&cuidRule::tlevel>},
+    {InRule("HUID1"), "HUID Signer 1  ", StoreHolder<&cuidRule::holder1>},
+    {InRule("HUID2"), "HUID Signer 2  ", StoreHolder<&cuidRule::holder2>},
 };
 
 constexpr RuleColumn kContractLine[] = {
-    {"CUID", "CUID Rules     ", StoreContract},
-    {"VPNAME", "CUID Partner   ", TraceOnly},
-    {"PTC", "CUID Protocol  ", TraceOnly},
-    {"VFNAME", "CUID Service   ", TraceOnly},
-    {"VCNAME", "CUID Client    ", TraceOnly},
-    {"SERVER", "CUID SERVER    ", TraceOnly},
-    {"OPPOSITION", "CUID OPPOSITION", StoreActive},
-    {"ALLHOLDERS", "CUID ALLHOLDERS", StoreNumber<&cuidRule::allHolders>},
+    {InContract("CUID"), "CUID Rules     ", StoreContract},
+    {InContract("VPNAME"), "CUID Partner   ", TraceOnly},
+    {InContract("PTC"), "CUID Protocol  ", TraceOnly},
+    {InContract("VFNAME"), "CUID Service   ", TraceOnly},
+    {InContract("VCNAME"), "CUID Client    ", TraceOnly},
+    {InContract("SERVER"), "CUID SERVER    ", TraceOnly},
+    {InContract("OPPOSITION"), "CUID OPPOSITION", StoreActive},
+    {InContract("ALLHOLDERS"), "CUID ALLHOLDERS", StoreNumber<&cuidRule::allHolders>},
 };
 
 /// A query with the row that it gives and what is read of it.
@@ -91,22 +103,18 @@ struct RuleSource
 {
     TSimpleStringW statement;
     const database::RowLayout& layout;
-    const RuleColumn* columns;
-    std::size_t columnCount;
+    std::span<const RuleColumn> columns;
 };
 
-cuidRule ReadRule(const CRecordset& rows, void* trace, const RuleSource& source)
+void ReadRule(CRecordset& rows, void* trace, const RuleSource& source, cuidRule& rule)
 {
-    cuidRule rule{};
-    CTString value;
-    for (std::size_t i = 0; i < source.columnCount; ++i)
+    rule = cuidRule();
+    for (const RuleColumn& column : source.columns)
     {
-        const RuleColumn& column = source.columns[i];
-        rows.GetFieldValue(column.name, value);
-        TraceValue(trace, column.label, value.SafeGetString(), 1);
-        column.store(rule, value.SafeGetString());
+        const char* const value = rows.NarrowText(column.position);
+        TraceValue(trace, column.label, value, 1);
+        column.store(rule, value);
     }
-    return rule;
 }
 
 // The rows are numbered in the trace on from `rules`, so over both queries.
@@ -116,7 +124,7 @@ void ReadRules(CRecordset& rows, void* trace, const RuleSource& source, TArray<c
     for (; !rows.IsEOF(); rows.MoveNext())
     {
         TraceNumberedSection(trace, "CONTRACTS RULE #%d", rules.GetCount());
-        rules.Add(ReadRule(rows, trace, source));
+        rules.AddFilled([&](cuidRule& rule) { ReadRule(rows, trace, source, rule); });
     }
     rows.Close();
 }
@@ -128,12 +136,10 @@ void LoadRules(CDatabase& database, void* trace, const ContractKey& contract,
 {
     RequireWithinLiterals(contract);
     CRecordset rows(database);
-    ReadRules(rows, trace, {RuleQuery(contract), kRuleRow, kRuleLine, std::size(kRuleLine)}, rules);
+    ReadRules(rows, trace, {RuleQuery(contract), kRuleRow, kRuleLine}, rules);
     if (rules.GetCount() == 0)
     {
-        ReadRules(rows, trace,
-                  {ContractQuery(contract), kContractRow, kContractLine, std::size(kContractLine)},
-                  rules);
+        ReadRules(rows, trace, {ContractQuery(contract), kContractRow, kContractLine}, rules);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "rules/history_writer.h"
 
+#include <string>
+
 namespace rules
 {
 
@@ -13,7 +15,8 @@ void HistoryWriter::WriteDecisions(const HistoryFacts& facts, const TArray<ruleS
 {
     for (int i = 0; i < decisions.GetCount(); ++i)
     {
-        Write(facts, FindingOf(facts, *decisions.GetAt(i)), written);
+        FindingOf(facts, *decisions.GetAt(i), m_finding);
+        Write(facts, m_finding, written);
     }
 }
 
@@ -27,7 +30,9 @@ void HistoryWriter::Write(const HistoryFacts& facts, const HistoryFinding& findi
                           std::uint32_t& written)
 {
     RequireWithinLiterals(facts, finding);
-    m_database.ExecuteSQLW(HistoryRow(facts, finding).SafeGetString());
+    std::wstring& statement = m_database.NewStatementText();
+    AppendHistoryRow(statement, facts, finding);
+    m_database.ExecuteSQLW(statement.c_str());
     ++written;
 }
 

@@ -32,6 +32,7 @@ private:
     void Write(const HistoryFacts& facts, const HistoryFinding& finding, std::uint32_t& written);
 
     CDatabase m_database;
+    HistoryFinding m_finding; // of the row under way
 };
 
 } // namespace rules

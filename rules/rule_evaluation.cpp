@@ -5,6 +5,8 @@
 #include "support/casefold.h"
 #include "support/trace.h"
 
+#include <utility>
+
 namespace rules
 {
 
@@ -344,7 +346,7 @@ void EvaluateRule(RuleCase& subject, TArray<ruleSign>& decisions)
         const Outcome outcome = check(subject);
         if (outcome == Outcome::Recorded)
         {
-            decisions.Add(subject.decision);
+            decisions.AddFilled([&](ruleSign& kept) { kept = std::move(subject.decision); });
         }
         if (outcome != Outcome::GoOn)
         {

@@ -1,6 +1,8 @@
 #include "rules/statements.h"
 
 #include "database/literal.h"
+#include "rules/row_columns.h"
+#include "support/append_text.h"
 
 #include <cstddef>
 #include <iterator>
@@ -10,40 +12,6 @@ namespace rules
 
 namespace
 {
-
-using database::ColumnKind;
-
-constexpr std::size_t kNumberLength = 11;
-constexpr std::size_t kOppositionLength = 20;
-
-constexpr database::ColumnLayout kRuleColumns[] = {
-    {"CUID", ColumnKind::Narrow, 64},
-    {"VPNAME", ColumnKind::Narrow, 8},
-    {"PROTOCOL", ColumnKind::Narrow, kNumberLength},
-    {"SERVER", ColumnKind::Narrow, kNumberLength},
-    {"VFNAME", ColumnKind::Narrow, 8},
-    {"VCNAME", ColumnKind::Narrow, 8},
-    {"TYPE", ColumnKind::Narrow, kNumberLength},
-    {"PROFILE", ColumnKind::Narrow, kNumberLength},
-    {"ALLHOLDERS", ColumnKind::Narrow, kNumberLength},
-    {"OPPOSITION", ColumnKind::Narrow, kOppositionLength},
-    {"HUID1", ColumnKind::Narrow, 64},
-    {"HUID2", ColumnKind::Narrow, 64},
-    {"ALONE", ColumnKind::Narrow, kNumberLength},
-    {"AMOUNT", ColumnKind::Narrow, 32},
-    {"TLEVEL", ColumnKind::Narrow, kNumberLength},
-};
-
-constexpr database::ColumnLayout kContractColumns[] = {
-    {"CUID", ColumnKind::Narrow, 64},
-    {"VPNAME", ColumnKind::Narrow, 8},
-    {"PTC", ColumnKind::Narrow, kNumberLength},
-    {"VFNAME", ColumnKind::Narrow, 8},
-    {"VCNAME", ColumnKind::Narrow, 8},
-    {"ALLHOLDERS", ColumnKind::Narrow, kNumberLength},
-    {"OPPOSITION", ColumnKind::Narrow, kOppositionLength},
-    {"SERVER", ColumnKind::Narrow, kNumberLength},
-};
 
 // Numbers of 32 bits print as %d prints them, so the largest is -1.
 std::int32_t AsSigned(std::uint32_t number)
@@ -56,10 +24,10 @@ std::int32_t ServerFlag(const ContractKey& contract)
     return contract.serverMode ? 1 : 0;
 }
 
-TSimpleStringW QuotesDoubled(TSimpleStringW text)
+void PutDoubled(TSimpleStringW& target, const TSimpleStringW& text)
 {
-    text.ReplaceAll(L"'", L"''");
-    return text;
+    target = text;
+    target.ReplaceAll(L"'", L"''");
 }
 
 // The lengths below are those to which the statements cut.
@@ -107,23 +75,26 @@ TSimpleStringW ContractQuery(const ContractKey& contract)
     return statement;
 }
 
-HistoryFinding FindingOf(const HistoryFacts& facts, const ruleSign& decision)
+void FindingOf(const HistoryFacts& facts, const ruleSign& decision, HistoryFinding& finding)
 {
-    TSimpleStringW motif;
-    motif.GenerateString(L"%s : %s", QuotesDoubled(decision.reasonText),
-                         QuotesDoubled(decision.message));
-    return {facts.verdict,
-            decision.controlType,
-            QuotesDoubled(decision.signer1.firstName),
-            QuotesDoubled(decision.signer1.lastName),
-            QuotesDoubled(decision.signer2.firstName),
-            QuotesDoubled(decision.signer2.lastName),
-            motif};
+    finding.status = facts.verdict;
+    finding.controlType = decision.controlType;
+    PutDoubled(finding.firstName1, decision.signer1.firstName);
+    PutDoubled(finding.lastName1, decision.signer1.lastName);
+    PutDoubled(finding.firstName2, decision.signer2.firstName);
+    PutDoubled(finding.lastName2, decision.signer2.lastName);
+    finding.motif = decision.reasonText;
+    finding.motif += L" : ";
+    finding.motif += decision.message;
+    finding.motif.ReplaceAll(L"'", L"''");
 }
 
 HistoryFinding FindingOfNoRule(const TSimpleStringW& motif)
 {
-    return {kVerdictNoRule, 0, {}, {}, {}, {}, QuotesDoubled(motif)};
+    HistoryFinding finding;
+    finding.status = kVerdictNoRule;
+    PutDoubled(finding.motif, motif);
+    return finding;
 }
 
 void RequireWithinLiterals(const HistoryFacts& facts, const HistoryFinding& finding)
@@ -145,21 +116,56 @@ void RequireWithinLiterals(const HistoryFacts& facts, const HistoryFinding& find
 // Quotes are doubled before the texts are cut to their columns. A cut between the two halves of a
 // doubled quote therefore loses the row; verdict and journal stay. The signer list and the narrow
 // texts are inserted as they stand, with the same effect for a quote in them.
-TSimpleStringW HistoryRow(const HistoryFacts& facts, const HistoryFinding& finding)
+void AppendHistoryRow(std::wstring& statement, const HistoryFacts& facts,
+                      const HistoryFinding& finding)
 {
     const ContractKey& contract = facts.contract;
     const OrderFacts& order = facts.order;
-    TSimpleStringW statement;
-    statement.GenerateString(
-        L"INSERT INTO HST_SIGNRULES (DATETIME,SERVER,STATUT,VPNAME,TYPE_PTC,VFNAME,VCNAME,"
-        L"IDFICVFS,ORDERID,TYPE_CTRL,SIGNER1,SIGNER2,MOTIF,CNS,TOTAL,MAXORDER,FILENAME) "
-        L"VALUES ({fn NOW()},%d,'%lu','%.8S',%lu,'%.8S','%.8S',%lu,'%.10S',%d,"
-        L"N'%.255s %.255s',N'%.255s %.255s',N'%.1024s',N'%.2048s',%f,%f,'%.256S')",
-        ServerFlag(contract), finding.status, contract.partner, contract.protocol, contract.service,
-        contract.client, order.idFileVfs, order.orderId, finding.controlType, finding.firstName1,
-        finding.lastName1, finding.firstName2, finding.lastName2, finding.motif, facts.signerList,
-        order.totalAmount, order.maxOrderAmount, order.fileName);
-    return statement;
+    const auto text = [&](const auto& words) { support::AppendWords(statement, words); };
+    const auto cut = [&](const auto* value, std::size_t characters)
+    { support::AppendCut(statement, value, characters); };
+    const auto number = [&](auto value) { support::AppendDecimal(statement, value); };
+    const auto name = [&](const TSimpleStringW& value) { cut(value.SafeGetString(), 255); };
+
+    text(L"INSERT INTO HST_SIGNRULES (DATETIME,SERVER,STATUT,VPNAME,TYPE_PTC,VFNAME,VCNAME,"
+         L"IDFICVFS,ORDERID,TYPE_CTRL,SIGNER1,SIGNER2,MOTIF,CNS,TOTAL,MAXORDER,FILENAME) "
+         L"VALUES ({fn NOW()},");
+    number(ServerFlag(contract));
+    text(L",'");
+    number(finding.status);
+    text(L"','");
+    cut(contract.partner, 8);
+    text(L"',");
+    number(contract.protocol);
+    text(L",'");
+    cut(contract.service, 8);
+    text(L"','");
+    cut(contract.client, 8);
+    text(L"',");
+    number(order.idFileVfs);
+    text(L",'");
+    cut(order.orderId, 10);
+    text(L"',");
+    number(finding.controlType);
+    text(L",N'");
+    name(finding.firstName1);
+    text(L" ");
+    name(finding.lastName1);
+    text(L"',N'");
+    name(finding.firstName2);
+    text(L" ");
+    name(finding.lastName2);
+    text(L"',N'");
+    cut(finding.motif.SafeGetString(), 1024);
+    text(L"',N'");
+    cut(facts.signerList, 2048);
+    text(L"',");
+    support::AppendSixPlaces(statement, order.totalAmount);
+    text(L",");
+    support::AppendSixPlaces(statement, order.maxOrderAmount);
+    text(L",'");
+    cut(order.fileName, 256);
+    text(L"')");
 }
 
 } // namespace rules

@@ -6,6 +6,7 @@
 #include "support/tsimplestringw.h"
 
 #include <cstdint>
+#include <string>
 
 namespace rules
 {
@@ -35,8 +36,8 @@ struct HistoryFacts
 /// What a history row tells of one decision, in the form of the statement: quotes doubled.
 struct HistoryFinding
 {
-    std::uint32_t status; ///< the verdict of the whole check
-    std::int32_t controlType;
+    std::uint32_t status = 0; ///< the verdict of the whole check
+    std::int32_t controlType = 0;
     TSimpleStringW firstName1;
     TSimpleStringW lastName1;
     TSimpleStringW firstName2;
@@ -44,7 +45,8 @@ struct HistoryFinding
     TSimpleStringW motif;
 };
 
-HistoryFinding FindingOf(const HistoryFacts& facts, const ruleSign& decision);
+/// Into a finding that keeps its memory.
+void FindingOf(const HistoryFacts& facts, const ruleSign& decision, HistoryFinding& finding);
 /// Of a check that no rule concerns; `motif` is the text of that finding.
 HistoryFinding FindingOfNoRule(const TSimpleStringW& motif);
 
@@ -52,6 +54,8 @@ HistoryFinding FindingOfNoRule(const TSimpleStringW& motif);
 /// parts the two halves of one.
 void RequireWithinLiterals(const HistoryFacts& facts, const HistoryFinding& finding);
 
-TSimpleStringW HistoryRow(const HistoryFacts& facts, const HistoryFinding& finding);
+/// Appends the statement.
+void AppendHistoryRow(std::wstring& statement, const HistoryFacts& facts,
+                      const HistoryFinding& finding);
 
 } // namespace rules

@@ -32,7 +32,9 @@ const VerdictHeading& HeadingOf(std::uint32_t verdict)
 TSimpleStringW EventText(const VerdictHeading& heading, const TSimpleStringW& journal)
 {
     TSimpleStringW text;
-    text.GenerateString(L"%S\r\n%s", heading.title, journal);
+    text.FromNarrow(heading.title);
+    text += L"\r\n";
+    text += journal;
     return text;
 }
 

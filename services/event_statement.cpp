@@ -1,9 +1,10 @@
 #include "services/event_statement.h"
 
+#include "support/append_text.h"
 #include "support/codepage.h"
-#include "support/format.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace services
 {
@@ -18,6 +19,9 @@ constexpr std::size_t kAuxLength = 1024;
 constexpr std::size_t kAttachKindLength = 10;
 constexpr std::size_t kAttachPathLength = 260;
 constexpr std::size_t kWhole = static_cast<std::size_t>(-1);
+
+// Room for a usual statement beside its text.
+constexpr std::size_t kBesideTheText = 512;
 
 /// The start of a text that fits; half a character beyond 16 bits is not left behind.
 std::wstring_view CutToColumn(std::wstring_view text, std::size_t units)
@@ -40,42 +44,56 @@ std::wstring_view CutToColumn(std::wstring_view text, std::size_t units)
     return text;
 }
 
-std::wstring Literal(const std::optional<std::wstring>& text, std::size_t units)
+void AppendLiteral(std::wstring& statement, const std::optional<std::wstring>& text,
+                   std::size_t units)
 {
     if (!text)
     {
-        return L"NULL";
+        support::AppendWords(statement, L"NULL");
+        return;
     }
     std::wstring_view rest = CutToColumn(*text, units);
-    std::wstring literal;
-    literal.reserve(rest.size() + 3);
-    literal += L"N'";
+    support::AppendWords(statement, L"N'");
     for (std::size_t quote = rest.find(L'\''); quote != std::wstring_view::npos;
          quote = rest.find(L'\''))
     {
-        literal.append(rest.substr(0, quote)).append(L"''");
+        statement.append(rest.substr(0, quote)).append(L"''");
         rest.remove_prefix(quote + 1);
     }
-    return literal.append(rest).append(L"'");
+    statement.append(rest).append(L"'");
 }
 
 } // namespace
 
 std::wstring EventInsertStatement(const EventRecord& event)
 {
-    const std::wstring source = Literal(event.source, kSourceLength);
-    const std::wstring reference = Literal(event.reference, kReferenceLength);
-    const std::wstring aux1 = Literal(event.aux1, kAuxLength);
-    const std::wstring aux2 = Literal(event.aux2, kAuxLength);
-    const std::wstring text = Literal(event.text, kWhole);
-    const std::wstring attachKind = Literal(event.attachKind, kAttachKindLength);
-    const std::wstring attachPath = Literal(event.attachPath, kAttachPathLength);
-    return support::FormatW(
+    const auto literal =
+        [](std::wstring& statement, const std::optional<std::wstring>& text, std::size_t units)
+    {
+        support::AppendWords(statement, L",");
+        AppendLiteral(statement, text, units);
+    };
+    std::wstring statement;
+    statement.reserve(kBesideTheText + (event.text ? event.text->size() : 0));
+    support::AppendWords(
+        statement,
         L"INSERT INTO EVT_JOURNAL (EVENTKEY,DATETIME,SOURCE,LEVEL,REFERENCE,AUX1,AUX2,TEXT,"
-        L"ATTACHKIND,ATTACHPATH) VALUES ('%S','%S',%s,%u,%s,%s,%s,%s,%s,%s)",
-        event.key.c_str(), event.dateTime.c_str(), source.c_str(),
-        static_cast<unsigned int>(event.level), reference.c_str(), aux1.c_str(), aux2.c_str(),
-        text.c_str(), attachKind.c_str(), attachPath.c_str());
+        L"ATTACHKIND,ATTACHPATH) VALUES ('");
+    support::AppendCut(statement, event.key.c_str(), support::kWhole);
+    support::AppendWords(statement, L"','");
+    support::AppendCut(statement, event.dateTime.c_str(), support::kWhole);
+    support::AppendWords(statement, L"'");
+    literal(statement, event.source, kSourceLength);
+    support::AppendWords(statement, L",");
+    support::AppendDecimal(statement, std::uint32_t{event.level});
+    literal(statement, event.reference, kReferenceLength);
+    literal(statement, event.aux1, kAuxLength);
+    literal(statement, event.aux2, kAuxLength);
+    literal(statement, event.text, kWhole);
+    literal(statement, event.attachKind, kAttachKindLength);
+    literal(statement, event.attachPath, kAttachPathLength);
+    support::AppendWords(statement, L")");
+    return statement;
 }
 
 } // namespace services

@@ -1,7 +1,5 @@
 #include "services/sha256.h"
 
-#include "support/format.h"
-
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -110,10 +108,15 @@ std::string Sha256Hex(std::string_view bytes)
     {
         AddBlock(state, std::string_view(end).substr(at, kBlock));
     }
+    constexpr std::string_view kHexDigits = "0123456789abcdef";
     std::string digits;
+    digits.reserve(2 * sizeof state);
     for (const std::uint32_t word : state)
     {
-        digits += support::FormatA("%08x", word);
+        for (unsigned int shift = 32; shift > 0; shift -= 4)
+        {
+            digits += kHexDigits[(word >> (shift - 4)) & 0xFU];
+        }
     }
     return digits;
 }

@@ -10,7 +10,10 @@
 #include "support/numbers.h"
 #include "support/trace.h"
 
+#include <cstddef>
 #include <new>
+#include <string>
+#include <string_view>
 
 namespace signers
 {
@@ -26,38 +29,39 @@ void RequireCertificate(const wchar_t* certificateName)
     database::RequireWithinLiteral(certificateName, database::kUncut, "certificate name", "OpenW");
 }
 
-void TraceNarrowColumn(void* trace, const CRecordset& rows, const char* column, const char* label,
-                       CTString& value)
+consteval std::size_t At(std::string_view column)
 {
-    rows.GetFieldValue(column, value);
-    TraceValue(trace, label, value.SafeGetString(), kLevel);
+    return database::PositionOf(kHolderColumns, column);
 }
 
-void CopyWideColumn(void* trace, const CRecordset& rows, const char* column, const char* label,
+const char* TraceNarrowColumn(void* trace, CRecordset& rows, std::size_t column, const char* label)
+{
+    const char* const value = rows.NarrowText(column);
+    TraceValue(trace, label, value, kLevel);
+    return value;
+}
+
+void CopyWideColumn(void* trace, CRecordset& rows, std::size_t column, const char* label,
                     wchar_t* buffer)
 {
-    TSimpleStringW value;
-    rows.GetFieldValue(column, value);
-    TraceValueUTF8(trace, label, value.SafeGetString());
-    support::TruncatingCopy(buffer, kNameCapacity, value.SafeGetString());
+    const wchar_t* const value = rows.WideText(column);
+    TraceValueUTF8(trace, label, value);
+    support::TruncatingCopy(buffer, kNameCapacity, value);
 }
 
 // What both look-ups read first of a row.
-void ReadHolder(void* trace, const CRecordset& rows, wchar_t* firstName, wchar_t* lastName)
+void ReadHolder(void* trace, CRecordset& rows, wchar_t* firstName, wchar_t* lastName)
 {
-    CTString value;
-    TraceNarrowColumn(trace, rows, "HUID", "HUID Signer       ", value);
-    CopyWideColumn(trace, rows, "FNAME", "HUID FirstName    ", firstName);
-    CopyWideColumn(trace, rows, "LNAME", "HUID LastName     ", lastName);
+    TraceNarrowColumn(trace, rows, At("HUID"), "HUID Signer       ");
+    CopyWideColumn(trace, rows, At("FNAME"), "HUID FirstName    ", firstName);
+    CopyWideColumn(trace, rows, At("LNAME"), "HUID LastName     ", lastName);
 }
 
 // What both look-ups read last of a row. Gives the opposition marker.
-std::int32_t ReadOpposition(void* trace, const CRecordset& rows)
+std::int32_t ReadOpposition(void* trace, CRecordset& rows)
 {
-    CTString value;
-    TraceNarrowColumn(trace, rows, "SERIAL", "HUID Serial Number", value);
-    TraceNarrowColumn(trace, rows, "OPPOSITION", "HUID Is Opposition", value);
-    return support::ToInt32(value.SafeGetString());
+    TraceNarrowColumn(trace, rows, At("SERIAL"), "HUID Serial Number");
+    return support::ToInt32(TraceNarrowColumn(trace, rows, At("OPPOSITION"), "HUID Is Opposition"));
 }
 
 // Completes the entries with this certificate; every one of them, so that a certificate that stands
@@ -123,9 +127,10 @@ int GetSignerNames(const HolderDirectory& directory, const wchar_t* certificateN
         [&]
         {
             RequireCertificate(certificateName);
-            const TSimpleStringW statement = HoldersOfCertificate(certificateName);
+            std::wstring& statement = directory.database->NewStatementText();
+            AppendHoldersOfCertificate(statement, certificateName);
             CRecordset rows(*directory.database);
-            rows.OpenW(CRecordset::kForwardOnly, statement.SafeGetString(), 0, &kHolderRow);
+            rows.OpenW(CRecordset::kForwardOnly, statement.c_str(), 0, &kHolderRow);
             for (; !rows.IsEOF(); rows.MoveNext())
             {
                 TraceValue(trace, "SIGNER NAME-------", kRuler, kLevel);
@@ -165,14 +170,15 @@ int GetSignerInfos(const HolderDirectory& directory, const char* holderId, int& 
             {
                 RequireCertificate(signers->GetAt(i)->certificate.SafeGetString());
             }
-            const TSimpleStringW statement = CertificatesOfHolder(holderId, *signers, count);
+            std::wstring& statement = directory.database->NewStatementText();
+            AppendCertificatesOfHolder(statement, holderId, *signers, count);
             CRecordset rows(*directory.database);
-            rows.OpenW(CRecordset::kForwardOnly, statement.SafeGetString(), 0, &kHolderRow);
+            rows.OpenW(CRecordset::kForwardOnly, statement.c_str(), 0, &kHolderRow);
             for (; !rows.IsEOF() && found == 0; rows.MoveNext())
             {
                 TraceValue(trace, "SIGNER INFO-------", kRuler, kLevel);
                 ReadHolder(trace, rows, firstName, lastName);
-                CopyWideColumn(trace, rows, "CN", "HUID Certificate  ", certificateName);
+                CopyWideColumn(trace, rows, At("CN"), "HUID Certificate  ", certificateName);
                 notOpposition = ReadOpposition(trace, rows) == 0 ? 1 : 0;
                 if (CompleteEntries(trace, *signers, count, certificateName, firstName, lastName))
                 {

@@ -53,6 +53,14 @@ services::EventRecord EventOf(const ruleSign& decision)
     return event;
 }
 
+template <typename Append, typename... Arguments>
+std::wstring Appended(Append append, const Arguments&... arguments)
+{
+    std::wstring statement;
+    append(statement, arguments...);
+    return statement;
+}
+
 } // namespace
 
 void WriteStatements(const std::string& path, const rules::ContractKey& contract,
@@ -67,15 +75,15 @@ void WriteStatements(const std::string& path, const rules::ContractKey& contract
     WriteLine(file, rules::ContractQuery(contract).SafeGetString());
     for (int at = 0; at < list.GetCount(); ++at)
     {
-        WriteLine(file, signers::HoldersOfCertificate(list.GetAt(at)->certificate.SafeGetString())
-                            .SafeGetString());
+        WriteLine(file, Appended(signers::AppendHoldersOfCertificate,
+                                 list.GetAt(at)->certificate.SafeGetString()));
     }
     WriteLine(file,
-              signers::CertificatesOfHolder("HOLDER01", list, list.GetCount()).SafeGetString());
-    for (const rules::HistoryFinding& finding :
-         {rules::FindingOf(facts, decision), rules::FindingOfNoRule(decision.reasonText)})
-    {
-        WriteLine(file, rules::HistoryRow(facts, finding).SafeGetString());
-    }
+              Appended(signers::AppendCertificatesOfHolder, "HOLDER01", list, list.GetCount()));
+    rules::HistoryFinding finding;
+    rules::FindingOf(facts, decision, finding);
+    WriteLine(file, Appended(rules::AppendHistoryRow, facts, finding));
+    WriteLine(file, Appended(rules::AppendHistoryRow, facts,
+                             rules::FindingOfNoRule(decision.reasonText)));
     WriteLine(file, services::EventInsertStatement(EventOf(decision)));
 }

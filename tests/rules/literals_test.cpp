@@ -56,8 +56,9 @@ std::string RefusalOfRow(const Texts& texts)
     decision.signer2 = {L"", texts.lastName2.c_str(), texts.firstName2.c_str()};
     decision.reasonText = texts.reason.c_str();
     const rules::HistoryFacts facts = {contract, order, texts.list.c_str(), 1};
-    return RefusalOf([&]
-                     { rules::RequireWithinLiterals(facts, rules::FindingOf(facts, decision)); });
+    rules::HistoryFinding finding;
+    rules::FindingOf(facts, decision, finding);
+    return RefusalOf([&] { rules::RequireWithinLiterals(facts, finding); });
 }
 
 std::string Refused(const char* what, std::size_t cut)

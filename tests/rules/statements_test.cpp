@@ -25,9 +25,18 @@ std::wstring Insert(const std::wstring& values)
            values + L")";
 }
 
+std::wstring Row(const HistoryFacts& facts, const rules::HistoryFinding& finding)
+{
+    std::wstring statement;
+    rules::AppendHistoryRow(statement, facts, finding);
+    return statement;
+}
+
 std::wstring Decision(const HistoryFacts& facts, const ruleSign& decision)
 {
-    return rules::HistoryRow(facts, rules::FindingOf(facts, decision)).SafeGetString();
+    rules::HistoryFinding finding;
+    rules::FindingOf(facts, decision, finding);
+    return Row(facts, finding);
 }
 
 ruleSign SampleDecision()
@@ -135,11 +144,10 @@ TEST(Statements, NoRuleRowHasBlankSignersAndTheFindingAlone)
 {
     const HistoryFacts facts = {kContract, kOrder, L"cert one", 2};
 
-    EXPECT_STREQ(rules::HistoryRow(facts, rules::FindingOfNoRule(L"nobody's rule")).SafeGetString(),
-                 Insert(L"1,'0','PARTNER1',9,'SERVICE1','CLIENT1',42,'ORDER1',0,N' ',N' ',"
-                        L"N'nobody''s rule',N'cert one',1500.500000,1000.000000,"
-                        L"'C:\\in\\order.xml'")
-                     .c_str());
+    EXPECT_EQ(Row(facts, rules::FindingOfNoRule(L"nobody's rule")),
+              Insert(L"1,'0','PARTNER1',9,'SERVICE1','CLIENT1',42,'ORDER1',0,N' ',N' ',"
+                     L"N'nobody''s rule',N'cert one',1500.500000,1000.000000,"
+                     L"'C:\\in\\order.xml'"));
 }
 
 TEST(Statements, MotifKeepsItsColonWhenATextIsEmpty)

@@ -23,7 +23,16 @@ protected:
 
     std::wstring OfHolder(const char* holderId, int count) const
     {
-        return signers::CertificatesOfHolder(holderId, signers, count).SafeGetString();
+        std::wstring statement;
+        signers::AppendCertificatesOfHolder(statement, holderId, signers, count);
+        return statement;
+    }
+
+    static std::wstring OfCertificate(const wchar_t* certificateName)
+    {
+        std::wstring statement;
+        signers::AppendHoldersOfCertificate(statement, certificateName);
+        return statement;
     }
 
     TArray<signerInfo> signers{128};
@@ -31,18 +40,18 @@ protected:
 
 TEST_F(HolderStatements, LookUpByCertificateComparesInLowerCase)
 {
-    EXPECT_STREQ(signers::HoldersOfCertificate(L"Ana Ruiz").SafeGetString(),
-                 L"SELECT H.HUID, H.VPNAME, H.FNAME, H.LNAME, H.OPPOSITION, I.CN, I.SERIAL, "
-                 L"I.EXPIRDATE FROM SSR_HOLDER H, SSR_HOLDERID I WHERE H.HUID=I.HUID AND "
-                 L"LOWER(I.CN) = LOWER(N'Ana Ruiz')");
+    EXPECT_EQ(OfCertificate(L"Ana Ruiz"),
+              L"SELECT H.HUID, H.VPNAME, H.FNAME, H.LNAME, H.OPPOSITION, I.CN, I.SERIAL, "
+              L"I.EXPIRDATE FROM SSR_HOLDER H, SSR_HOLDERID I WHERE H.HUID=I.HUID AND "
+              L"LOWER(I.CN) = LOWER(N'Ana Ruiz')");
 }
 
 TEST_F(HolderStatements, QuotesInACertificateNameAreNotDoubled)
 {
-    EXPECT_STREQ(signers::HoldersOfCertificate(L"O'Brien").SafeGetString(),
-                 L"SELECT H.HUID, H.VPNAME, H.FNAME, H.LNAME, H.OPPOSITION, I.CN, I.SERIAL, "
-                 L"I.EXPIRDATE FROM SSR_HOLDER H, SSR_HOLDERID I WHERE H.HUID=I.HUID AND "
-                 L"LOWER(I.CN) = LOWER(N'O'Brien')");
+    EXPECT_EQ(OfCertificate(L"O'Brien"),
+              L"SELECT H.HUID, H.VPNAME, H.FNAME, H.LNAME, H.OPPOSITION, I.CN, I.SERIAL, "
+              L"I.EXPIRDATE FROM SSR_HOLDER H, SSR_HOLDERID I WHERE H.HUID=I.HUID AND "
+              L"LOWER(I.CN) = LOWER(N'O'Brien')");
 }
 
 TEST_F(HolderStatements, LookUpOfAHolderNamesEverySigner)
@@ -77,8 +86,7 @@ TEST_F(HolderStatements, NullTextsCountAsEmpty)
 {
     List(L"A");
 
-    EXPECT_TRUE(std::wstring(signers::HoldersOfCertificate(nullptr).SafeGetString())
-                    .ends_with(L"LOWER(I.CN) = LOWER(N'')"));
+    EXPECT_TRUE(OfCertificate(nullptr).ends_with(L"LOWER(I.CN) = LOWER(N'')"));
     EXPECT_NE(OfHolder(nullptr, 1).find(L"H.HUID='' AND ("), std::wstring::npos);
 }
 
