@@ -269,6 +269,56 @@ TEST_P(RecordSet, NamesColumnsByItsLayout)
     EXPECT_STREQ(rows.GetFieldName(0), "ID");
 }
 
+TEST_P(RecordSet, ValuesByPositionAreThoseByName)
+{
+    const std::wstring texts[] = {L"",
+                                  L"x",
+                                  std::wstring(255, L'y'),
+                                  std::wstring(256, L'y'),
+                                  std::wstring(5000, L'y'),
+                                  L"\u00E9\u20AC",
+                                  std::wstring(254, L'y') + kSmiley,
+                                  kSmiley + L"\u0410"};
+    for (const std::wstring& text : texts)
+    {
+        Insert(1, L"NULL", L"N'" + text + L"'");
+    }
+    CRecordset rows(m_database);
+    std::size_t read = 0;
+    for (rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout);
+         !rows.IsEOF(); rows.MoveNext())
+    {
+        CTString narrow;
+        TSimpleStringW wide;
+        rows.GetFieldValue("B", narrow);
+        rows.GetFieldValue("B", wide);
+        EXPECT_STREQ(rows.NarrowText(2), narrow.SafeGetString());
+        EXPECT_STREQ(rows.WideText(2), wide.SafeGetString());
+        EXPECT_EQ(rows.WideText(2), texts[read++]);
+        EXPECT_STREQ(rows.NarrowText(0), "1");
+        EXPECT_STREQ(rows.NarrowText(1), "");
+        EXPECT_STREQ(rows.WideText(1), L"");
+    }
+    EXPECT_EQ(read, std::size(texts));
+}
+
+TEST_P(RecordSet, ValuesByPositionAreRefusedWithoutARowAndWithoutAColumn)
+{
+    CRecordset rows(m_database);
+    const auto stateOf = [&](std::size_t position)
+    {
+        const auto failure = FailureOf([&] { rows.NarrowText(position); });
+        return failure ? failure->state : "";
+    };
+    EXPECT_EQ(stateOf(0), "24000");
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout);
+    EXPECT_EQ(stateOf(0), "24000");
+    Insert(1, L"N'x'", L"N'y'");
+    rows.OpenW(CRecordset::kForwardOnly, L"SELECT ID, A, B FROM T", 0, &kLayout);
+    EXPECT_EQ(stateOf(2), "");
+    EXPECT_EQ(stateOf(3), "07009");
+}
+
 TEST_P(RecordSet, TellsNumberAndNamesOfTheColumns)
 {
     CRecordset rows(m_database);
