@@ -1,27 +1,12 @@
 #include "host/check_result.h"
 
-#include "host/table.h"
-#include "host/text.h"
+#include "host/paragraph.h"
 
 namespace host
 {
 
 namespace
 {
-
-constexpr std::size_t kTitleWidth = 10;
-constexpr std::size_t kTextWidth = 88;
-
-// One titled paragraph; further lines stand below its first.
-void Append(std::string& words, const std::string& title, const std::string& text)
-{
-    const auto lines = Wrapped(text, kTextWidth);
-    for (std::size_t index = 0; index < lines.size(); ++index)
-    {
-        const std::string head = index == 0 ? title : std::string();
-        words += head + std::string(kTitleWidth - head.size(), ' ') + lines[index] + "\n";
-    }
-}
 
 std::string Decision(const CheckResult& result)
 {
@@ -106,24 +91,24 @@ std::string Report(const CheckRequest& request, const CheckResult& result)
 std::string CheckInWords(const CheckRequest& request, const CheckResult& result)
 {
     std::string words;
-    Append(words, "Order", request.fileShown);
-    Append(words, "Decided", Decision(result));
-    Append(words, "Amounts", AmountsInWords(request, result.amounts));
+    AppendParagraph(words, "Order", request.fileShown);
+    AppendParagraph(words, "Decided", Decision(result));
+    AppendParagraph(words, "Amounts", AmountsInWords(request, result.amounts));
     const auto reasons = Reasons(result);
     for (std::size_t index = 0; index < reasons.size(); ++index)
     {
-        Append(words, index == 0 ? "Why" : "", reasons[index]);
+        AppendParagraph(words, index == 0 ? "Why" : "", reasons[index]);
     }
     if (result.ran)
     {
-        Append(words, "Recorded", Rows(result) + "; " + Event(result) + ".");
-        Append(words, "", "Database " + request.connection.shown);
+        AppendParagraph(words, "Recorded", Rows(result) + "; " + Event(result) + ".");
+        AppendParagraph(words, "", "Database " + request.connection.shown);
     }
     else
     {
-        Append(words, "Recorded", "nothing");
+        AppendParagraph(words, "Recorded", "nothing");
     }
-    Append(words, "Report", Report(request, result));
+    AppendParagraph(words, "Report", Report(request, result));
     return words;
 }
 

@@ -3,6 +3,7 @@
 #include "host/rulebook/line_diff.h"
 #include "host/rulebook/problem.h"
 #include "host/rulebook/rule_file_writer.h"
+#include "host/table.h"
 #include "host/text.h"
 
 #include <nlohmann/json.hpp>
@@ -14,6 +15,9 @@ namespace
 {
 
 using Json = nlohmann::ordered_json;
+
+constexpr std::size_t kTerminal = 80;
+constexpr const char* kFurtherIn = "  ";
 
 std::string NameOf(const Holder& holder)
 {
@@ -83,6 +87,53 @@ struct Counts
     std::size_t removed = 0;
 };
 
+/// The words in lines of at most so many columns, broken behind commas where that is possible.
+std::vector<std::string> BrokenAtCommas(const std::string& words, std::size_t width)
+{
+    std::vector<std::string> lines(1);
+    for (std::size_t begin = 0; begin < words.size();)
+    {
+        const std::size_t comma = words.find(", ", begin);
+        const std::size_t end = comma == std::string::npos ? words.size() : comma + 2;
+        const std::string field = words.substr(begin, end - begin);
+        if (!lines.back().empty() && host::DisplayWidth(lines.back() + field) > width + 1)
+        {
+            lines.back().pop_back();
+            lines.emplace_back();
+        }
+        lines.back() += field;
+        begin = end;
+    }
+    std::vector<std::string> broken;
+    for (const std::string& line : lines)
+    {
+        const auto parts = host::Wrapped(line, width);
+        broken.insert(broken.end(), parts.begin(), parts.end());
+    }
+    return broken;
+}
+
+// A line that is too long for a terminal goes on below, further in and with its sign.
+std::string Shown(const LineChange& line)
+{
+    const std::string sign = std::string("  ") + (line.isAdded ? "+ " : "- ");
+    if (host::DisplayWidth(sign + line.text) <= kTerminal)
+    {
+        return sign + line.text + "\n";
+    }
+    const std::size_t words = line.text.find_first_not_of(' ');
+    std::string head = sign + line.text.substr(0, words);
+    const std::string further = head + kFurtherIn;
+    std::string text;
+    for (const std::string& part :
+         BrokenAtCommas(line.text.substr(words), kTerminal - further.size()))
+    {
+        text += head + part + "\n";
+        head = further;
+    }
+    return text;
+}
+
 template <typename Item>
 std::string Paragraphs(const std::vector<ItemChange<Item>>& changes)
 {
@@ -92,7 +143,7 @@ std::string Paragraphs(const std::vector<ItemChange<Item>>& changes)
         text += WhatIs(Either(change)) + " " + KindOf(change) + "\n";
         for (const LineChange& line : LinesOf(change))
         {
-            text += std::string("  ") + (line.isAdded ? "+ " : "- ") + line.text + "\n";
+            text += Shown(line);
         }
         text += "\n";
     }
@@ -132,9 +183,13 @@ std::string AsText(const BookChange& change)
     }
     if (change.otherHolders + change.otherContracts > 0)
     {
-        text += Counted(change.otherHolders, "holder") + " and " +
-                Counted(change.otherContracts, "contract") +
-                " of the database are not in the file and stay as they are.\n";
+        const std::string others = Counted(change.otherHolders, "holder") + " and " +
+                                   Counted(change.otherContracts, "contract") +
+                                   " of the database are not in the file and stay as they are.";
+        for (const std::string& line : host::Wrapped(others, kTerminal))
+        {
+            text += line + "\n";
+        }
     }
     return text;
 }

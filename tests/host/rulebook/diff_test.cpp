@@ -33,8 +33,22 @@ TEST_F(RulesDiff, AChangedRuleIsShownWithBothItsLines)
 
 Holders: 0 added, 0 changed, 0 removed.
 Contracts: 0 added, 1 changed, 0 removed.
-10 holders and 9 contracts of the database are not in the file and stay as they are.
+10 holders and 9 contracts of the database are not in the file and stay as they
+are.
 )");
+}
+
+TEST_F(RulesDiff, ALineThatIsTooLongForATerminalGoesOnBelow)
+{
+    const Answer answer =
+        Rules("diff", Replaced(Exported("C-7001"), "\"50000.00\"", "\"75000.00\""));
+
+    EXPECT_THAT(answer.output, HasSubstr(R"(
+  -   { holder1 = "DE-0003", holder2 = "IE-0001", alone = false,
+  -     amount = "50000.00", level = "file" },
+  +   { holder1 = "DE-0003", holder2 = "IE-0001", alone = false,
+  +     amount = "75000.00", level = "file" },
+)"));
 }
 
 TEST_F(RulesDiff, TheOrderOfRulesIsADifference)
@@ -48,7 +62,12 @@ TEST_F(RulesDiff, TheOrderOfRulesIsADifference)
         Rules("diff", Replaced(Exported("C-1001"), first + second, second + first));
 
     EXPECT_EQ(answer.status, 1);
-    EXPECT_THAT(answer.output, HasSubstr("contract C-1001 changed\n  - " + first + "  + " + first));
+    EXPECT_THAT(answer.output, HasSubstr(R"(contract C-1001 changed
+  -   { holder1 = "FR-0001", alone = true, amount = "50000.00",
+  -     level = "file" },
+  +   { holder1 = "FR-0001", alone = true, amount = "50000.00",
+  +     level = "file" },
+)"));
 }
 
 TEST_F(RulesDiff, NewHoldersAndContractsAreShownWhole)
