@@ -64,17 +64,6 @@ std::string Legend(const AuthorityMap& map)
     return text;
 }
 
-bool IsWithoutRule(const Line& line)
-{
-    return std::all_of(line.begin(), line.end(),
-                       [](const Verdict& verdict) { return verdict.number == scratch::kNoRule; });
-}
-
-bool IsWithoutRule(const Row& row)
-{
-    return IsWithoutRule(row.direct) && IsWithoutRule(row.distributed);
-}
-
 void AddLine(host::Table& table, const std::string& label, const char* mode, const Line& line,
              std::size_t first, std::size_t count)
 {
@@ -129,8 +118,7 @@ std::string MapAsText(const AuthorityMap& exact)
     text += "\n";
     if (shown == 0)
     {
-        AppendWrapped(text, "  ",
-                      "No rule, whoever signs and whatever the amounts: nothing is accepted.");
+        AppendWrapped(text, "  ", kNothingAccepted);
         return text + "\n";
     }
     text += Legend(map) + "\n";
@@ -140,8 +128,7 @@ std::string MapAsText(const AuthorityMap& exact)
     }
     if (static_cast<std::size_t>(shown) < map.rows.size())
     {
-        AppendWrapped(text, "",
-                      "Nobody, every single signer and every two signers not listed: no rule.");
+        AppendWrapped(text, "", kOthersWithoutRule);
     }
     AppendWrapped(text, "", LargerSets(map));
     return text + "\n";

@@ -38,6 +38,15 @@ std::string KeyInWords(const rulebook::ContractKey& key);
 /// What the rows tell of three and more signers.
 std::string LargerSets(const AuthorityMap& map);
 
+/// Said of a map without any rule, and of the rows that are left out.
+inline constexpr const char* kNothingAccepted =
+    "No rule, whoever signs and whatever the amounts: nothing is accepted.";
+inline constexpr const char* kOthersWithoutRule =
+    "Nobody, every single signer and every two signers not listed: no rule.";
+
+/// Whether no order of these signers meets a rule.
+bool IsWithoutRule(const Row& row);
+
 /// "accepted", "refused" or "no rule".
 const char* OutcomeOf(unsigned int verdict);
 

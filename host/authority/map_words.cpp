@@ -84,6 +84,14 @@ std::string LargerSets(const AuthorityMap& map)
            "are, else no rule. Threes are listed where a third signature takes an acceptance away.";
 }
 
+bool IsWithoutRule(const Row& row)
+{
+    const auto isWithout = [](const Verdict& verdict)
+    { return verdict.number == scratch::kNoRule; };
+    return std::all_of(row.direct.begin(), row.direct.end(), isWithout) &&
+           std::all_of(row.distributed.begin(), row.distributed.end(), isWithout);
+}
+
 const char* OutcomeOf(unsigned int verdict)
 {
     switch (verdict)
