@@ -38,7 +38,7 @@ std::vector<scratch::OrderKind> KindsAskedFor(const HypotheticalOrder& asked,
 
 } // namespace
 
-HypotheticalOrder ReadHypotheticalOrder(const OptionValues& values)
+HypotheticalOrder ReadAskedContract(const OptionValues& values)
 {
     HypotheticalOrder asked;
     const OptionValue& contract = Required(values, "contract", "the argument C-1001");
@@ -48,6 +48,12 @@ HypotheticalOrder ReadHypotheticalOrder(const OptionValues& values)
     {
         asked.type = WholeNumber(*type, kLargestType);
     }
+    return asked;
+}
+
+HypotheticalOrder ReadHypotheticalOrder(const OptionValues& values)
+{
+    HypotheticalOrder asked = ReadAskedContract(values);
     const OptionValue& signers = Required(values, "signers", "--signers \"Ana Ruiz;Paul Durand\"");
     RefuseUnreadable(signers);
     asked.order.signers = SplitSigners(signers.text);
@@ -69,6 +75,10 @@ void ForEachKind(const OptionValues& values, const HypotheticalOrder& asked,
     OpenRulesDatabase(database, connection);
     for (const auto& part : authority::ReadContract(database, connection, asked.cuid))
     {
+        if (asked.key && !(part.key == *asked.key))
+        {
+            continue;
+        }
         scratch::Copy copy(database, connection, part.book);
         for (const scratch::OrderKind& kind : KindsAskedFor(asked, part))
         {
@@ -90,8 +100,8 @@ std::string InWords(const HypotheticalOrder& asked, const scratch::OrderKind& ki
                         authority::KeyInWords(kind.contract));
     AppendParagraph(text, "Signers", signers.empty() ? "nobody" : signers);
     AppendParagraph(text, "Amounts",
-                    "total " + ShownAmount(asked.order.total, asked.currency) + " " +
-                        asked.currency + ", largest order " +
+                    "total " + ShownAmount(asked.order.total, asked.currency) +
+                        (asked.currency.empty() ? "" : " ") + asked.currency + ", largest order " +
                         ShownAmount(asked.order.largest, asked.currency));
     return text;
 }

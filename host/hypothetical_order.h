@@ -18,12 +18,16 @@ struct HypotheticalOrder
 {
     std::string cuid;
     std::optional<std::int64_t> type; ///< every one that the contract has terms for when not given
+    std::optional<rulebook::ContractKey> key; ///< every one of the contract when not given
     scratch::Order order;
-    std::string currency;
+    std::string currency; ///< may be empty where no amount was given in one
 };
 
 /// Reads contract, signers, amounts and mode. Raises UsageRefusal.
 HypotheticalOrder ReadHypotheticalOrder(const OptionValues& values);
+
+/// Reads contract and order type alone. Raises UsageRefusal.
+HypotheticalOrder ReadAskedContract(const OptionValues& values);
 
 /// One kind of order that is asked about, and the rules that it falls under.
 struct AskedKind

@@ -1,10 +1,14 @@
 #include "host/pending_command.h"
 
+#include "database/cdatabase.h"
+#include "host/amount_text.h"
 #include "host/authority/forecast.h"
 #include "host/exit_status.h"
 #include "host/hypothetical_order.h"
+#include "host/order_in_history.h"
 #include "host/output.h"
 #include "host/paragraph.h"
+#include "host/text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -61,10 +65,53 @@ void AppendOutlook(std::string& text, const Forecast& forecast)
     }
 }
 
-std::string AsText(const HypotheticalOrder& asked, const scratch::OrderKind& kind,
+/// What is asked about, and where it was found when the history tells it.
+struct Question
+{
+    HypotheticalOrder asked;
+    std::optional<OrderInHistory> found;
+};
+
+// The history has neither currency nor order type.
+Question FromHistory(const OptionValues& values)
+{
+    Question question = {ReadAskedContract(values), {}};
+    if (const OptionValue* const currency = values.Find("currency"); currency != nullptr)
+    {
+        question.asked.currency = FormOf(*currency).currency;
+    }
+    const Connection connection = ConnectionFrom(values);
+    CDatabase database;
+    OpenRulesDatabase(database, connection);
+    question.found =
+        FindInHistory(database, connection, values,
+                      authority::ReadContract(database, connection, question.asked.cuid));
+    question.asked.key = question.found->key;
+    question.asked.order.signers = question.found->signers;
+    question.asked.order.total = question.found->total;
+    question.asked.order.largest = question.found->largest;
+    return question;
+}
+
+void AppendHistory(std::string& text, const OrderInHistory& found)
+{
+    AppendParagraph(text, "History",
+                    std::to_string(found.rows) + (found.rows == 1 ? " row" : " rows") +
+                        " of order " + Quoted(found.orderId) + ", file " + Quoted(found.file) +
+                        ".");
+    AppendParagraph(text, "",
+                    "The last of " + found.last +
+                        ". Signers are those of all rows, amounts those of the last.");
+}
+
+std::string AsText(const Question& question, const scratch::OrderKind& kind,
                    const Forecast& forecast, const std::string& provenance)
 {
-    std::string text = InWords(asked, kind);
+    std::string text = InWords(question.asked, kind);
+    if (question.found)
+    {
+        AppendHistory(text, *question.found);
+    }
     std::string signedBy;
     for (const std::string& label : forecast.signedBy)
     {
@@ -99,10 +146,21 @@ Json AsJson(const scratch::OrderKind& kind, const Forecast& forecast)
 
 int RunPending(const OptionValues& values)
 {
-    const HypotheticalOrder asked = ReadHypotheticalOrder(values);
+    const Question question = IsNamedInHistory(values)
+                                  ? FromHistory(values)
+                                  : Question{ReadHypotheticalOrder(values), {}};
+    const HypotheticalOrder& asked = question.asked;
     Json object = {{"contract", asked.cuid},     {"signers", asked.order.signers},
                    {"total", asked.order.total}, {"largest", asked.order.largest},
-                   {"provenance", ""},           {"forecasts", Json::array()}};
+                   {"history", nullptr},         {"provenance", ""},
+                   {"forecasts", Json::array()}};
+    if (question.found)
+    {
+        object["history"] = {{"rows", question.found->rows},
+                             {"last", question.found->last},
+                             {"orderId", question.found->orderId},
+                             {"file", question.found->file}};
+    }
     std::string text;
     int status = kDone;
     ForEachKind(values, asked,
@@ -112,8 +170,8 @@ int RunPending(const OptionValues& values)
                     const Forecast forecast = authority::ForecastOf(judge, each.book, asked.order);
                     status = IsHopeless(forecast) ? kFindings : status;
                     const std::string provenance = each.copy.Provenance();
-                    text +=
-                        (text.empty() ? "" : "\n") + AsText(asked, each.kind, forecast, provenance);
+                    text += (text.empty() ? "" : "\n") +
+                            AsText(question, each.kind, forecast, provenance);
                     object["provenance"] = provenance;
                     object["forecasts"].push_back(AsJson(each.kind, forecast));
                 });

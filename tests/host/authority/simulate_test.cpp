@@ -12,7 +12,6 @@ namespace
 
 using testing::AllOf;
 using testing::HasSubstr;
-using testing::SizeIs;
 
 class Simulate : public SampleBankTest
 {
@@ -95,68 +94,6 @@ TEST_F(Simulate, JudgesTheOrderTypeThatWasAskedFor)
 
     EXPECT_EQ(json["decisions"][0]["type"], 7);
     EXPECT_EQ(json["decisions"][0]["outcome"], "accepted");
-}
-
-class Pending : public Simulate
-{
-protected:
-    std::vector<std::string> Order(const std::string& contract, const std::string& signers,
-                                   const std::string& total) const
-    {
-        auto arguments = Simulate::Order(contract, signers, total, "1.00");
-        arguments[0] = "pending";
-        return arguments;
-    }
-};
-
-TEST_F(Pending, NamesWhoCanCompleteTheOrder)
-{
-    const auto before = AllTables();
-
-    const Answer answer = RunSigncheck(Order("C-2002", "Käthe Schröder", "180000.00"));
-
-    EXPECT_EQ(answer.status, 0) << answer.errors;
-    EXPECT_THAT(answer.output,
-                AllOf(HasSubstr("Signed by Käthe Schröder [DE-0002]\n"),
-                      HasSubstr("So far    accepted"), HasSubstr("Lacks     Björn Weiß\n")));
-    EXPECT_EQ(AllTables(), before);
-}
-
-TEST_F(Pending, WarnsAtTheFirstSignatureWhenNobodyCan)
-{
-    const Answer answer = RunSigncheck(Order("C-2002", "Käthe Schröder", "250000.01"));
-
-    EXPECT_EQ(answer.status, 1);
-    EXPECT_THAT(answer.output, AllOf(HasSubstr("So far    refused"), HasSubstr("WARNING")));
-}
-
-TEST_F(Pending, SaysThatAllSignaturesAreThere)
-{
-    const Answer answer = Run(Order("C-2002", "Björn Weiß;Käthe Schröder", "180000.00"), "--json");
-
-    EXPECT_EQ(answer.status, 0);
-    const auto forecast = answer.Json()["forecasts"][0];
-    EXPECT_EQ(forecast["complete"], true);
-    EXPECT_EQ(forecast["completions"].size(), 0U);
-}
-
-TEST_F(Pending, NamesBothSignersBeforeTheFirstHasSigned)
-{
-    const auto forecast = Run(Order("C-2002", "", "180000.00"), "--json").Json()["forecasts"][0];
-
-    ASSERT_THAT(forecast["completions"], SizeIs(1));
-    EXPECT_EQ(forecast["completions"][0]["label"], "Käthe Schröder + Björn Weiß");
-    EXPECT_EQ(forecast["soFar"], "no rule");
-}
-
-TEST_F(Pending, WarnsWhenTheFirstSignatureIsOneTooMany)
-{
-    // A stranger's signature cannot be taken back, and two signers are one too many for a single
-    // signature.
-    const Answer answer = RunSigncheck(Order("C-1001", "Somebody", "100.00"));
-
-    EXPECT_EQ(answer.status, 1);
-    EXPECT_THAT(answer.output, HasSubstr("Somebody (named by no rule)"));
 }
 
 } // namespace
