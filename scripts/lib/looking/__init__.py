@@ -1,0 +1,1 @@
+"""What scripts/looks is made of."""
