@@ -1,5 +1,6 @@
 #include "tests/host/signcheck_process.h"
 
+#include "schema/scripts.h"
 #include "tests/testing/platform.h"
 
 namespace testing_support
@@ -79,6 +80,17 @@ std::vector<std::string> SampleBankTest::With(std::vector<std::string> arguments
     arguments.push_back(option);
     arguments.push_back(value);
     return arguments;
+}
+
+std::vector<std::vector<Row>> SampleBankTest::AllTables()
+{
+    std::vector<std::vector<Row>> tables;
+    for (const std::string& table : schema::TableNames())
+    {
+        tables.push_back(
+            m_database.Query(L"SELECT * FROM " + std::wstring(table.begin(), table.end())));
+    }
+    return tables;
 }
 
 std::size_t SampleBankTest::RecordsWritten()

@@ -45,6 +45,8 @@ protected:
                                          const std::string& option, const std::string& value);
 
     const std::string& Db() const { return m_database.ConnexionString(); }
+    /// Every row of every table.
+    std::vector<std::vector<Row>> AllTables();
     /// Rows of history and journal together; 0 after a refusal.
     std::size_t RecordsWritten();
 

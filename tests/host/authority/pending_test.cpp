@@ -1,6 +1,5 @@
 // Who can still complete a distributed order, as a user asks about it.
 
-#include "schema/scripts.h"
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
@@ -49,18 +48,6 @@ protected:
                              "--signers",  signers,      "--total", total,        "--largest",
                              "60000.00",   "--currency", "EUR",     "--order-id", orderId})
             .status;
-    }
-
-    /// Every row of every table.
-    std::vector<std::vector<Row>> AllTables()
-    {
-        std::vector<std::vector<Row>> tables;
-        for (const std::string& table : schema::TableNames())
-        {
-            tables.push_back(
-                m_database.Query(L"SELECT * FROM " + std::wstring(table.begin(), table.end())));
-        }
-        return tables;
     }
 };
 

@@ -1,6 +1,5 @@
 // Orders that nobody has made, as a user asks about them.
 
-#include "schema/scripts.h"
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
@@ -27,18 +26,6 @@ protected:
     {
         arguments.push_back(more);
         return RunSigncheck(arguments);
-    }
-
-    /// Every row of every table.
-    std::vector<std::vector<Row>> AllTables()
-    {
-        std::vector<std::vector<Row>> tables;
-        for (const std::string& table : schema::TableNames())
-        {
-            tables.push_back(
-                m_database.Query(L"SELECT * FROM " + std::wstring(table.begin(), table.end())));
-        }
-        return tables;
     }
 };
 
