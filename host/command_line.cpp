@@ -46,6 +46,17 @@ std::string ExamplesText(const CommandSpec& spec)
     return text;
 }
 
+// Whether an argument is the name, without dashes, of an option of the command.
+bool IsOptionWord(const CommandSpec& command, const std::string& word)
+{
+    const auto& options = command.options;
+    return std::any_of(options.begin(), options.end(),
+                       [&word](const OptionSpec& option) {
+                           return word == option.name ||
+                                  (option.alias != nullptr && word == option.alias);
+                       });
+}
+
 /// A command as the parser knows it, with the places that its options are read into.
 struct ParsedCommand
 {
@@ -149,7 +160,10 @@ private:
         {
             return app.add_flag(std::string("--") + spec.name, spec.help);
         }
-        const std::string name = spec.positional ? spec.placeholder : std::string("--") + spec.name;
+        const std::string dashed =
+            (spec.alias != nullptr ? std::string("--") + spec.alias + "," : std::string()) + "--" +
+            spec.name;
+        const std::string name = spec.positional ? spec.placeholder : dashed;
         m_texts.emplace_back();
         CLI::Option* option = app.add_option(name, m_texts.back(), spec.help);
         option->type_name(spec.positional ? "" : spec.placeholder);
@@ -295,7 +309,9 @@ private:
                 continue;
             }
             const std::string shown =
-                spec->positional ? spec->placeholder : std::string("--") + spec->name;
+                spec->positional
+                    ? spec->placeholder
+                    : std::string("--") + (spec->alias != nullptr ? spec->alias : spec->name);
             OptionValue value;
             value.origin = spec->positional ? "argument " + shown : "option " + shown;
             value.text = option->results().front();
@@ -308,7 +324,7 @@ private:
                 RefuseRepeated(*spec, option->results(), value.origin);
             }
             else if (value.text.rfind("--", 0) == 0 &&
-                     FindOption(*parsed.spec, value.text.substr(2)) != nullptr)
+                     IsOptionWord(*parsed.spec, value.text.substr(2)))
             {
                 throw UsageRefusal(value.origin + " has no value: " + value.text +
                                    " follows it. Give the value behind " + shown + ".");
@@ -364,7 +380,27 @@ CommandLine ReadCommandLine(const std::vector<std::string>& arguments)
 
 bool AsksForJson(const std::vector<std::string>& arguments)
 {
-    return std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+    for (std::size_t index = 0; index < arguments.size(); ++index)
+    {
+        for (const char* const name : {"--output-format", "--format"})
+        {
+            const std::string joined = std::string(name) + "=";
+            const std::string value = arguments[index].rfind(joined, 0) == 0
+                                          ? arguments[index].substr(joined.size())
+                                          : arguments[index];
+            const bool isValue =
+                value != arguments[index] || (index > 0 && arguments[index - 1] == name);
+            if (isValue && (value == "json" || value == "ndjson"))
+            {
+                return true;
+            }
+        }
+        if (arguments[index] == "--json")
+        {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace host

@@ -20,7 +20,7 @@ struct CommandLine
 /// Reads the arguments (UTF-8, without the program's name). Raises UsageRefusal.
 CommandLine ReadCommandLine(const std::vector<std::string>& arguments);
 
-/// Whether --json stands among the arguments; for refusals before they could be read.
+/// Whether the arguments ask for JSON; for refusals before they could be read.
 bool AsksForJson(const std::vector<std::string>& arguments);
 
 } // namespace host

@@ -23,7 +23,9 @@ struct OptionSpec
     OptionKind kind;
     const char* placeholder; ///< what stands for the value in the help
     const char* help;
-    bool positional = false; ///< given without its name on the command line
+    bool positional = false;       ///< given without its name on the command line
+    const char* choices = nullptr; ///< "a|b|c" where only these are taken
+    const char* alias = nullptr;   ///< another name on the command line, without dashes
 };
 
 /// A command line that works on the sample bank, with what it is good for.

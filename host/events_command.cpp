@@ -1,38 +1,21 @@
 #include "host/events_command.h"
 
 #include "database/cdatabase.h"
-#include "host/audit_event.h"
 #include "host/connection.h"
-#include "host/exit_status.h"
+#include "host/event_row.h"
+#include "host/listing/newest_first.h"
+#include "host/listing/pager.h"
+#include "host/listing/text_filter.h"
 #include "host/option_readers.h"
-#include "host/output.h"
 #include "host/query.h"
 #include "host/query_options.h"
-#include "host/table.h"
 #include "host/text.h"
-#include "support/numbers.h"
-
-#include <nlohmann/json.hpp>
-
-#include <iterator>
 
 namespace host
 {
 
 namespace
 {
-
-using Json = nlohmann::ordered_json;
-
-constexpr Choice kLevels[] = {{"information", 0}, {"error", 1}, {"refusal", 2}};
-constexpr std::size_t kMessageWidth = 76;
-constexpr std::size_t kOrderIdKept = 10;
-
-const std::vector<std::string> kColumns = {"EVENTID",   "DATETIME",   "SOURCE",     "LEVEL",
-                                           "REFERENCE", "ATTACHKIND", "ATTACHPATH", "TEXT"};
-
-constexpr const char* kSelect = "SELECT EVENTID, DATETIME, SOURCE, LEVEL, REFERENCE, ATTACHKIND, "
-                                "ATTACHPATH, TEXT FROM EVT_JOURNAL";
 
 /// What the header of an event's text must say; those parts have no column of their own.
 struct HeaderFilter
@@ -46,102 +29,50 @@ constexpr HeaderFilter kHeaderFilters[] = {
     {"partner", &AuditEvent::partner, 8},
     {"service", &AuditEvent::service, 8},
     {"client", &AuditEvent::client, 8},
-    {"order-id", &AuditEvent::orderId, kOrderIdKept},
+    {"order-id", &AuditEvent::orderId, 10},
 };
 
-std::string LevelName(const std::string& level)
+/// What is looked for in the text of an event.
+struct TextOfEvent
 {
-    for (const Choice& known : kLevels)
+    explicit TextOfEvent(const OptionValues& itsValues)
+        : values(itsValues), signer(itsValues, "signer"), reason(itsValues, "reason"),
+          verdict(itsValues.Find("verdict") == nullptr
+                      ? std::nullopt
+                      : std::optional(VerdictFrom(*itsValues.Find("verdict"))))
     {
-        if (level == std::to_string(known.number))
+        for (const HeaderFilter& filter : kHeaderFilters)
         {
-            return known.name;
+            OptionalNarrowText(values, filter.option); // refuses what no header can hold
         }
     }
-    return level;
-}
 
-bool FitsHeader(const OptionValues& values, const AuditEvent& event)
-{
-    for (const HeaderFilter& filter : kHeaderFilters)
+    bool Fits(const AuditEvent& event) const
     {
-        const OptionValue* value = values.Find(filter.option);
-        if (value != nullptr && event.*filter.part != CutTo(value->text, filter.kept))
+        for (const HeaderFilter& filter : kHeaderFilters)
         {
-            return false;
+            const OptionValue* value = values.Find(filter.option);
+            if (value != nullptr && event.*filter.part != CutTo(value->text, filter.kept))
+            {
+                return false;
+            }
         }
+        return (!verdict || VerdictOf(event) == verdict) && signer.Fits(event.message) &&
+               reason.Fits(event.message);
     }
-    return true;
-}
 
-std::string OnOneLine(const std::string& message)
-{
-    std::string line;
-    for (const std::string& part : LinesOf(message))
-    {
-        line += (line.empty() ? "" : " | ") + part;
-    }
-    return line;
-}
-
-struct Event
-{
-    QueryRow row;
-    AuditEvent text;
+    const OptionValues& values;
+    listing::TextFilter signer;
+    listing::TextFilter reason;
+    std::optional<int> verdict;
 };
-
-Json EventAsJson(const Event& event)
-{
-    const auto orNull = [&event](const char* column)
-    {
-        const std::string& value = event.row.at(column);
-        return value.empty() ? Json(nullptr) : Json(value);
-    };
-    const std::string& level = event.row.at("LEVEL");
-    return {
-        {"event", support::ToInt64(event.row.at("EVENTID").c_str())},
-        {"time", event.row.at("DATETIME")},
-        {"source", event.row.at("SOURCE")},
-        {"level", support::ToInt32(level.c_str())},
-        {"levelName", LevelName(level)},
-        {"reference", orNull("REFERENCE")},
-        {"partner", event.text.partner},
-        {"service", event.text.service},
-        {"client", event.text.client},
-        {"orderId", event.text.orderId},
-        {"message", event.text.message},
-        {"text", event.row.at("TEXT")},
-        {"attachmentKind", orNull("ATTACHKIND")},
-        {"attachment", orNull("ATTACHPATH")},
-    };
-}
-
-std::string AsTable(const std::vector<Event>& events)
-{
-    Table table;
-    table.AddColumn("EVENT", Table::Align::Right);
-    table.AddColumn("TIME");
-    table.AddColumn("LEVEL");
-    table.AddColumn("CONTRACT");
-    table.AddColumn("ORDER");
-    table.AddColumn("REQUEST");
-    table.AddColumn("MESSAGE", Table::Align::Left, kMessageWidth);
-    for (const Event& event : events)
-    {
-        table.AddRow(
-            {event.row.at("EVENTID"), event.row.at("DATETIME"), LevelName(event.row.at("LEVEL")),
-             event.text.partner + "/" + event.text.service + "/" + event.text.client,
-             event.text.orderId, event.row.at("REFERENCE"), OnOneLine(event.text.message)});
-    }
-    return table.Text();
-}
 
 Conditions ConditionsFrom(const OptionValues& values)
 {
     Conditions conditions;
     if (const OptionValue* level = values.Find("level"); level != nullptr)
     {
-        conditions.EqualNumber("LEVEL", ChoiceFrom(*level, kLevels, std::size(kLevels)));
+        conditions.EqualNumber("LEVEL", LevelFrom(*level));
     }
     FilterBy(values, "request", "REFERENCE", conditions);
     FilterByTime(values, "DATETIME", conditions);
@@ -154,51 +85,28 @@ int RunEvents(const OptionValues& values)
 {
     const Connection connection = ConnectionFrom(values);
     const Conditions conditions = ConditionsFrom(values);
-    for (const HeaderFilter& filter : kHeaderFilters)
-    {
-        OptionalNarrowText(values, filter.option); // refuses what no header can hold
-    }
-    const std::size_t limit = LimitFrom(values);
+    const TextOfEvent text(values);
+    listing::Pager pager("events", values, EventShape());
     CDatabase database;
     OpenDatabase(database, connection, false);
     RequireTable(database, connection, "EVT_JOURNAL", "EVENTKEY");
 
-    std::vector<Event> events;
-    bool hasMore = false;
-    const std::string statement =
-        std::string(kSelect) + conditions.Clause() + " ORDER BY EVENTID DESC";
-    ForEachRow(database, connection, statement, kColumns,
-               [&](const QueryRow& row)
-               {
-                   Event event{row, ReadAuditText(row.at("TEXT"))};
-                   if (!FitsHeader(values, event.text))
-                   {
-                       return true;
-                   }
-                   hasMore = events.size() == limit;
-                   if (!hasMore)
-                   {
-                       events.push_back(std::move(event));
-                   }
-                   return !hasMore;
-               });
-
-    if (values.IsOn("json"))
-    {
-        Json list = Json::array();
-        for (const Event& event : events)
+    return pager.Run(
+        [&](listing::Pager& page)
         {
-            list.push_back(EventAsJson(event));
-        }
-        PrintJson({{"events", list}, {"more", hasMore}});
-        return kDone;
-    }
-    Print(events.empty() ? std::string("No audit event fits.\n") : AsTable(events));
-    if (hasMore)
-    {
-        Print("There are more; --limit shows them.\n");
-    }
-    return kDone;
+            listing::NewestFirst rows(database, connection, kEventTable, EventColumns(), conditions,
+                                      page.Below());
+            QueryRow row;
+            while (rows.Next(row))
+            {
+                const AuditEvent event = ReadAuditText(row.at("TEXT"));
+                if (text.Fits(event) &&
+                    !page.Take(NumberIn(row, "EVENTID"), EventRecord(row, event)))
+                {
+                    return;
+                }
+            }
+        });
 }
 
 } // namespace host

@@ -1,6 +1,7 @@
 #include "host/json_stream.h"
 
 #include "host/decimal_sum.h"
+#include "host/json_layout.h"
 #include "host/output.h"
 
 #include <nlohmann/json.hpp>
@@ -82,6 +83,11 @@ void JsonStream::Number(std::string_view key, std::string_view digits)
     Value(key, IsJsonNumber(digits) ? std::string(digits) : Quote(digits));
 }
 
+void JsonStream::Scalar(std::string_view key, const nlohmann::ordered_json& value)
+{
+    Value(key, value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+}
+
 void JsonStream::Value(std::string_view key, std::string_view written)
 {
     StartMember(key);
@@ -98,12 +104,16 @@ void JsonStream::StartMember(std::string_view key)
     NewLine();
     if (!key.empty())
     {
-        m_pending += Quote(key) + ": ";
+        m_pending += Quote(key) + (LayoutOfJson() == JsonLayout::OneLine ? ":" : ": ");
     }
 }
 
 void JsonStream::NewLine()
 {
+    if (LayoutOfJson() == JsonLayout::OneLine)
+    {
+        return;
+    }
     m_pending += '\n';
     m_pending.append(m_levels.size() * kIndent, ' ');
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -29,6 +31,9 @@ public:
     void Null(std::string_view key);
     /// The number digit by digit, so that none is lost; a text that is no number as a text.
     void Number(std::string_view key, std::string_view digits);
+
+    /// A text, a number, true, false or null.
+    void Scalar(std::string_view key, const nlohmann::ordered_json& value);
 
     /// Ends the object and the line.
     void Finish();

@@ -1,7 +1,9 @@
 #include "host/command_line.h"
 #include "host/config_file.h"
 #include "host/exit_status.h"
+#include "host/json_layout.h"
 #include "host/output.h"
+#include "host/output_format.h"
 #include "host/refusal.h"
 #include "host/text.h"
 #include "port/program.h"
@@ -21,6 +23,16 @@ constexpr const char* kConnectionVariable = "SIGNCHECK_DB";
 constexpr const char* kLanguageVariable = "SIGNUTILS_LANG";
 constexpr const char* kLanguages[] = {"", "en", "fr"};
 
+// Commands know --json; what else asks for JSON is told to them as that.
+void TellJson(host::OptionValues& values)
+{
+    if (values.Find(host::kOutputFormatOption) != nullptr)
+    {
+        const bool isJson = host::IsJson(host::OutputFormatFrom(values));
+        values.AddUnlessThere("json", {isJson ? host::kFlagOn : host::kFlagOff, "output format"});
+    }
+}
+
 // What was given first stays: command line, then environment, then file.
 void CompleteSettings(const host::CommandSpec& command, host::OptionValues& values)
 {
@@ -29,11 +41,16 @@ void CompleteSettings(const host::CommandSpec& command, host::OptionValues& valu
     {
         values.AddUnlessThere("db", {connection, kConnectionVariable});
     }
+    TellJson(values); // a format of the command line goes before --json in the file
     if (const host::OptionValue* path = values.Find(host::kConfigOption); path != nullptr)
     {
         const host::OptionValue copy = *path;
         host::AddFromConfigFile(copy, command, values);
     }
+    const host::OutputFormat format = host::OutputFormatFrom(command, values);
+    TellJson(values);
+    host::LayOutJson(format == host::OutputFormat::NdJson ? host::JsonLayout::OneLine
+                                                          : host::JsonLayout::Readable);
 }
 
 void WarnOfUnknownLanguage()

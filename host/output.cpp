@@ -1,6 +1,7 @@
 #include "host/output.h"
 
 #include "database/secrets.h"
+#include "host/json_layout.h"
 
 #include <nlohmann/json.hpp>
 
@@ -11,6 +12,9 @@ namespace host
 
 namespace
 {
+
+// Of the process: it answers one command.
+JsonLayout settledLayout = JsonLayout::Readable;
 
 void Write(std::FILE* stream, const std::string& text)
 {
@@ -24,9 +28,20 @@ void Print(const std::string& text)
     Write(stdout, text);
 }
 
+void LayOutJson(JsonLayout layout)
+{
+    settledLayout = layout;
+}
+
+JsonLayout LayoutOfJson()
+{
+    return settledLayout;
+}
+
 void PrintJson(const nlohmann::ordered_json& object)
 {
-    Print(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+    const int indent = settledLayout == JsonLayout::OneLine ? -1 : 2;
+    Print(object.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
 }
 
 std::string WithoutPasswords(const std::string& message)

@@ -5,6 +5,7 @@
 #include "host/refusal.h"
 #include "host/text.h"
 #include "support/codepage.h"
+#include "support/numbers.h"
 
 namespace host
 {
@@ -21,6 +22,11 @@ std::string Literal(const std::string& value)
         }
     }
     return literal + "'";
+}
+
+std::int64_t NumberIn(const QueryRow& row, const char* column)
+{
+    return support::ToInt64(row.at(column).c_str());
 }
 
 void Conditions::Add(const std::string& condition)
@@ -43,6 +49,11 @@ void Conditions::AtMost(const std::string& column, const std::string& value)
     Add(column + " <= " + Literal(value));
 }
 
+void Conditions::LessThan(const std::string& column, const std::string& value)
+{
+    Add(column + " < " + Literal(value));
+}
+
 void Conditions::EqualNumber(const std::string& column, long long value)
 {
     Add(column + " = " + std::to_string(value));
@@ -51,6 +62,21 @@ void Conditions::EqualNumber(const std::string& column, long long value)
 void Conditions::GreaterNumber(const std::string& column, long long value)
 {
     Add(column + " > " + std::to_string(value));
+}
+
+void Conditions::AtMostNumber(const std::string& column, long long value)
+{
+    Add(column + " <= " + std::to_string(value));
+}
+
+void Conditions::AtLeastDecimal(const std::string& column, const std::string& digits)
+{
+    Add(column + " >= " + digits);
+}
+
+void Conditions::AtMostDecimal(const std::string& column, const std::string& digits)
+{
+    Add(column + " <= " + digits);
 }
 
 std::string Conditions::Clause() const
@@ -131,6 +157,13 @@ bool RowReader::Next(QueryRow& row)
             }
         });
     return hasRow;
+}
+
+bool RowReader::IsNull(const char* column) const
+{
+    bool isNull = false;
+    m_state->Guarded([&] { isNull = m_state->rows.IsFieldNull(column); });
+    return isNull;
 }
 
 } // namespace host

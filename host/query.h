@@ -3,6 +3,7 @@
 #include "host/connection.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -16,6 +17,9 @@ namespace host
 /// One row for display: values in UTF-8 by column name; NULL is empty.
 using QueryRow = std::map<std::string, std::string>;
 
+/// A whole number of a row; 0 where it has none.
+std::int64_t NumberIn(const QueryRow& row, const char* column);
+
 /// The conditions of a query, joined by AND. Values are UTF-8 and enter as literals with their
 /// quotes doubled.
 class Conditions
@@ -24,9 +28,14 @@ public:
     void Equal(const std::string& column, const std::string& value);
     void AtLeast(const std::string& column, const std::string& value);
     void AtMost(const std::string& column, const std::string& value);
+    void LessThan(const std::string& column, const std::string& value);
     /// A number, which stands without quotes.
     void EqualNumber(const std::string& column, long long value);
     void GreaterNumber(const std::string& column, long long value);
+    void AtMostNumber(const std::string& column, long long value);
+    /// A plain decimal, digit by digit.
+    void AtLeastDecimal(const std::string& column, const std::string& digits);
+    void AtMostDecimal(const std::string& column, const std::string& digits);
 
     /// "" or " WHERE …".
     std::string Clause() const;
@@ -53,6 +62,9 @@ public:
 
     /// False past the last row.
     bool Next(QueryRow& row);
+
+    /// Whether the row's value of a column is NULL and not an empty text.
+    bool IsNull(const char* column) const;
 
 private:
     struct State;

@@ -1,10 +1,10 @@
 #include "host/query_options.h"
 
+#include "host/decimal_sum.h"
+#include "host/moment.h"
 #include "host/option_readers.h"
 #include "host/refusal.h"
 #include "host/text.h"
-
-#include <array>
 
 namespace host
 {
@@ -14,6 +14,7 @@ namespace
 
 constexpr std::size_t kDefaultLimit = 50;
 constexpr std::uint32_t kLargestLimit = 1000000;
+constexpr std::size_t kLongestAmount = 30; // what every product reads as a number
 
 struct TimeShape
 {
@@ -28,44 +29,6 @@ constexpr TimeShape kShapes[] = {
     {"0000-00-00T00:00:00", "", ".999"},
 };
 
-bool Matches(const std::string& text, const std::string& pattern)
-{
-    if (text.size() != pattern.size())
-    {
-        return false;
-    }
-    for (std::size_t index = 0; index < text.size(); ++index)
-    {
-        const char letter = text[index];
-        const char wanted = pattern[index];
-        const bool fits = wanted == '0'   ? letter >= '0' && letter <= '9'
-                          : wanted == 'T' ? letter == ' ' || letter == 'T'
-                                          : letter == wanted;
-        if (!fits)
-        {
-            return false;
-        }
-    }
-    return true;
-}
-
-int DaysOfMonth(int year, int month)
-{
-    constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool isLeap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    return month == 2 && isLeap ? 29 : kDays.at(static_cast<std::size_t>(month - 1));
-}
-
-bool IsMoment(const std::string& text)
-{
-    const auto part = [&text](std::size_t begin, std::size_t length)
-    { return text.size() < begin + length ? 0 : std::stoi(text.substr(begin, length)); };
-    const int month = part(5, 2);
-    return part(0, 4) >= 1 && month >= 1 && month <= 12 && part(8, 2) >= 1 &&
-           part(8, 2) <= DaysOfMonth(part(0, 4), month) && part(11, 2) <= 23 && part(14, 2) <= 59 &&
-           part(17, 2) <= 59;
-}
-
 std::optional<std::string> Bound(const OptionValues& values, const std::string& option,
                                  const char* TimeShape::*moment)
 {
@@ -76,7 +39,7 @@ std::optional<std::string> Bound(const OptionValues& values, const std::string& 
     }
     for (const TimeShape& shape : kShapes)
     {
-        if (Matches(value->text, shape.pattern) && IsMoment(value->text))
+        if (HasShape(value->text, shape.pattern) && IsMoment(value->text))
         {
             std::string bound = value->text;
             if (const auto letter = bound.find('T'); letter != std::string::npos)
@@ -89,6 +52,22 @@ std::optional<std::string> Bound(const OptionValues& values, const std::string& 
     throw UsageRefusal(value->origin + ": " + Quoted(value->text) +
                        " is no time. Write a date such as 2026-03-29, or with a time of day such "
                        "as \"2026-03-29 14:05\".");
+}
+
+std::optional<std::string> AmountBound(const OptionValues& values, const std::string& option)
+{
+    const OptionValue* value = values.Find(option);
+    if (value == nullptr)
+    {
+        return std::nullopt;
+    }
+    if (!IsDecimal(value->text) || value->text.size() > kLongestAmount)
+    {
+        throw UsageRefusal(value->origin + ": " + Quoted(value->text) +
+                           " is no amount. Write digits, with a point before decimals, such as "
+                           "1500.00.");
+    }
+    return value->text;
 }
 
 } // namespace
@@ -113,6 +92,28 @@ void FilterByTime(const OptionValues& values, const std::string& column, Conditi
     {
         conditions.AtMost(column, *until);
     }
+}
+
+void FilterByAmount(const OptionValues& values, const std::string& column, Conditions& conditions)
+{
+    if (const auto least = LeastAmount(values); least)
+    {
+        conditions.AtLeastDecimal(column, *least);
+    }
+    if (const auto largest = LargestAmount(values); largest)
+    {
+        conditions.AtMostDecimal(column, *largest);
+    }
+}
+
+std::optional<std::string> LeastAmount(const OptionValues& values)
+{
+    return AmountBound(values, "amount-from");
+}
+
+std::optional<std::string> LargestAmount(const OptionValues& values)
+{
+    return AmountBound(values, "amount-to");
 }
 
 std::optional<std::string> SinceTime(const OptionValues& values)

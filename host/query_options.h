@@ -18,8 +18,16 @@ void FilterBy(const OptionValues& values, const std::string& option, const std::
 /// Adds --since and --until on a column of local times.
 void FilterByTime(const OptionValues& values, const std::string& column, Conditions& conditions);
 
-/// The bounds themselves as database time stamps ("2026-03-29 00:00:00"); the later bound covers
-/// the whole day, minute or second that it names. Raise UsageRefusal for what is no time.
+/// Adds --amount-from and --amount-to on a column of amounts. Both belong to the range.
+void FilterByAmount(const OptionValues& values, const std::string& column, Conditions& conditions);
+
+/// The bounds themselves, plain decimals. Raise UsageRefusal for what is none.
+std::optional<std::string> LeastAmount(const OptionValues& values);
+std::optional<std::string> LargestAmount(const OptionValues& values);
+
+/// The bounds of --since and --until as database time stamps ("2026-03-29 00:00:00"); the later
+/// bound covers the whole day, minute or second that it names. Raise UsageRefusal for what is no
+/// time.
 std::optional<std::string> SinceTime(const OptionValues& values);
 std::optional<std::string> UntilTime(const OptionValues& values);
 

@@ -7,6 +7,7 @@
 #include "support/numbers.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace host
 {
@@ -24,9 +25,10 @@ struct ReportElement
 };
 
 constexpr ReportElement kElements[] = {
-    {"CreDtTm", &StoredReport::created}, {"OrgnlMsgId", &StoredReport::orderId},
-    {"MsgId", &StoredReport::messageId}, {"GrpSts", &StoredReport::status},
-    {"Cd", &StoredReport::reasonCode},   {"AddtlStsRsnInf", &StoredReport::reasonText},
+    {"CreDtTm", &StoredReport::created},     {"OrgnlMsgId", &StoredReport::orderId},
+    {"MsgId", &StoredReport::messageId},     {"GrpSts", &StoredReport::status},
+    {"Cd", &StoredReport::reasonCode},       {"AddtlStsRsnInf", &StoredReport::reasonText},
+    {"OrgnlNbOfTxs", &StoredReport::orders}, {"OrgnlCtrlSum", &StoredReport::total},
 };
 
 std::string ElementText(const std::string& document, const std::string& name)
@@ -53,7 +55,8 @@ std::vector<std::string> NamesIn(const std::string& folder)
     return names;
 }
 
-// The identifier of a file named <digits>.psr; nothing for any other name.
+// The identifier of a file named as the hand-off names it, <digits>.psr; nothing for any other
+// name.
 std::optional<long long> FileIdOf(const std::string& name)
 {
     const std::string ending = kEnding;
@@ -67,7 +70,8 @@ std::optional<long long> FileIdOf(const std::string& name)
     {
         return std::nullopt;
     }
-    return support::ToInt64(digits.c_str());
+    const long long fileId = support::ToInt64(digits.c_str());
+    return digits == std::to_string(fileId) ? std::optional(fileId) : std::nullopt;
 }
 
 std::string ReadDocument(const std::string& path)
@@ -91,28 +95,6 @@ std::string ReadDocument(const std::string& path)
     return bytes;
 }
 
-void ReadFolder(const std::string& folder, const std::string& service, const std::string& partner,
-                std::vector<StoredReport>& reports)
-{
-    for (const std::string& name : NamesIn(folder))
-    {
-        const auto fileId = FileIdOf(name);
-        if (!fileId)
-        {
-            continue;
-        }
-        const std::string path = port::JoinPath(folder, name);
-        StoredReport report;
-        report.path = support::Utf8FromNarrow(path);
-        report.service = support::Utf8FromNarrow(service);
-        report.partner = support::Utf8FromNarrow(partner);
-        report.fileId = *fileId;
-        report.document = ReadDocument(path);
-        ReadReportDocument(report);
-        reports.push_back(std::move(report));
-    }
-}
-
 } // namespace
 
 void ReadReportDocument(StoredReport& report)
@@ -124,33 +106,62 @@ void ReadReportDocument(StoredReport& report)
     std::replace(report.created.begin(), report.created.end(), 'T', ' ');
 }
 
-std::vector<StoredReport> ReadReports(const std::string& store)
+ReportStore::ReportStore(const std::string& folder)
 {
-    std::vector<StoredReport> reports;
-    if (!port::FolderExists(store.c_str()))
+    if (!port::FolderExists(folder.c_str()))
     {
-        return reports;
+        return;
     }
-    for (const std::string& service : NamesIn(store))
+    for (const std::string& service : NamesIn(folder))
     {
-        const std::string serviceFolder = port::JoinPath(store, service);
+        const std::string serviceFolder = port::JoinPath(folder, service);
         if (!port::FolderExists(serviceFolder.c_str()))
         {
             continue;
         }
         for (const std::string& partner : NamesIn(serviceFolder))
         {
-            const std::string folder = port::JoinPath(serviceFolder, partner);
-            if (port::FolderExists(folder.c_str()))
+            const std::string path = port::JoinPath(serviceFolder, partner);
+            if (port::FolderExists(path.c_str()))
             {
-                ReadFolder(folder, service, partner, reports);
+                AddFolder({service, partner, path});
             }
         }
     }
-    std::sort(reports.begin(), reports.end(),
-              [](const StoredReport& left, const StoredReport& right)
+    std::sort(m_places.begin(), m_places.end(),
+              [](const FilePlace& left, const FilePlace& right)
               { return left.fileId > right.fileId; });
-    return reports;
+}
+
+void ReportStore::AddFolder(const Folder& folder)
+{
+    m_folders.push_back(folder);
+    for (const std::string& name : NamesIn(folder.path))
+    {
+        if (const auto fileId = FileIdOf(name); fileId)
+        {
+            m_places.push_back({*fileId, m_folders.size() - 1});
+        }
+    }
+}
+
+StoredReport ReportStore::Place(std::size_t index) const
+{
+    const FilePlace& place = m_places[index];
+    const Folder& folder = m_folders[place.folder];
+    StoredReport report;
+    report.path = support::Utf8FromNarrow(
+        port::JoinPath(folder.path, std::to_string(place.fileId) + kEnding));
+    report.service = support::Utf8FromNarrow(folder.service);
+    report.partner = support::Utf8FromNarrow(folder.partner);
+    report.fileId = place.fileId;
+    return report;
+}
+
+void ReportStore::Read(StoredReport& report)
+{
+    report.document = ReadDocument(support::NarrowFromWide(support::WideFromUtf8(report.path)));
+    ReadReportDocument(report);
 }
 
 } // namespace host

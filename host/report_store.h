@@ -1,6 +1,6 @@
 #pragma once
 
-#include <optional>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -20,12 +20,45 @@ struct StoredReport
     std::string status;
     std::string reasonCode;
     std::string reasonText;
+    std::string orders; ///< how many the order file holds; empty when it is not told
+    std::string total;  ///< their sum; empty when it is not told
     std::string document;
 };
 
-/// The status reports below `<store>/<service>/<partner>/`, the newest first. `store` is
-/// Windows-1252. Raises Refusal when the store cannot be read; one that is not there is empty.
-std::vector<StoredReport> ReadReports(const std::string& store);
+/// The status reports below `<store>/<service>/<partner>/`, the newest first. Only where they lie
+/// is held; each is read when it is asked for.
+class ReportStore
+{
+public:
+    /// `folder` is Windows-1252; one that is not there is empty. Raises Refusal when it cannot be
+    /// read.
+    explicit ReportStore(const std::string& folder);
+
+    std::size_t Count() const noexcept { return m_places.size(); }
+
+    /// Path, service, partner and identifier, without opening the file.
+    StoredReport Place(std::size_t index) const;
+    /// Adds what the file says of itself; nothing when it has gone meanwhile.
+    static void Read(StoredReport& report);
+
+private:
+    struct Folder
+    {
+        std::string service; ///< texts in Windows-1252
+        std::string partner;
+        std::string path;
+    };
+    struct FilePlace
+    {
+        long long fileId;
+        std::size_t folder;
+    };
+
+    void AddFolder(const Folder& folder);
+
+    std::vector<Folder> m_folders;
+    std::vector<FilePlace> m_places;
+};
 
 /// Fills what the document says of itself. The writer escapes nothing, so an element's value is
 /// what stands between its tags, as it is.

@@ -1,18 +1,15 @@
 #include "host/reports_command.h"
 
-#include "host/exit_status.h"
-#include "host/option_readers.h"
-#include "host/output.h"
+#include "host/decimal_sum.h"
+#include "host/hand_off_option.h"
+#include "host/listing/pager.h"
+#include "host/listing/text_filter.h"
 #include "host/query_options.h"
-#include "host/refusal.h"
 #include "host/report_store.h"
-#include "host/table.h"
 #include "host/text.h"
-#include "port/files.h"
 #include "support/codepage.h"
-#include "support/folders.h"
 
-#include <nlohmann/json.hpp>
+#include <algorithm>
 
 namespace host
 {
@@ -20,154 +17,180 @@ namespace host
 namespace
 {
 
-using Json = nlohmann::ordered_json;
+using listing::Json;
 
-constexpr std::size_t kReasonWidth = 60;
+constexpr std::size_t kPathWidth = 76;
 
-struct ReportFilter
+struct EqualFilter
 {
     const char* option;
     std::string StoredReport::*part;
 };
 
-constexpr ReportFilter kFilters[] = {
+// What the place tells comes first: a report that does not fit is not read.
+constexpr EqualFilter kPlaceFilters[] = {
     {"partner", &StoredReport::partner},
     {"service", &StoredReport::service},
+};
+constexpr EqualFilter kDocumentFilters[] = {
     {"order-id", &StoredReport::orderId},
+    {"status", &StoredReport::status},
 };
 
-bool Fits(const OptionValues& values, const StoredReport& report)
+struct Field
 {
-    for (const ReportFilter& filter : kFilters)
+    const char* name;
+    Json (*value)(const StoredReport& report);
+};
+
+constexpr Field kFields[] = {
+    {"fileId", [](const StoredReport& report) { return Json(report.fileId); }},
+    {"path", [](const StoredReport& report) { return Json(report.path); }},
+    {"service", [](const StoredReport& report) { return Json(report.service); }},
+    {"partner", [](const StoredReport& report) { return Json(report.partner); }},
+    {"time", [](const StoredReport& report) { return Json(report.created); }},
+    {"orderId", [](const StoredReport& report) { return Json(report.orderId); }},
+    {"messageId", [](const StoredReport& report) { return Json(report.messageId); }},
+    {"status", [](const StoredReport& report) { return Json(report.status); }},
+    {"reasonCode", [](const StoredReport& report) { return Json(report.reasonCode); }},
+    {"reasonText", [](const StoredReport& report) { return Json(report.reasonText); }},
+    {"orders", [](const StoredReport& report) { return Json(report.orders); }},
+    {"total", [](const StoredReport& report) { return Json(report.total); }},
+    {"document", [](const StoredReport& report) { return Json(report.document); }},
+};
+
+template <std::size_t count>
+bool FitsAll(const EqualFilter (&filters)[count], const OptionValues& values,
+             const StoredReport& report)
+{
+    return std::all_of(std::begin(filters), std::end(filters),
+                       [&](const EqualFilter& filter)
+                       {
+                           const OptionValue* const value = values.Find(filter.option);
+                           return value == nullptr || report.*filter.part == value->text;
+                       });
+}
+
+/// What is asked of the document.
+class Wanted
+{
+public:
+    explicit Wanted(const OptionValues& values)
+        : m_values(values), m_signer(values, "signer"), m_reason(values, "reason"),
+          m_since(SinceTime(values)), m_until(UntilTime(values)), m_least(LeastAmount(values)),
+          m_largest(LargestAmount(values))
     {
-        const OptionValue* value = values.Find(filter.option);
-        if (value != nullptr && report.*filter.part != value->text)
+    }
+
+    bool Fits(const StoredReport& report) const
+    {
+        const bool hasReason = m_reason.Fits(report.reasonCode) || m_reason.Fits(report.reasonText);
+        return FitsAll(kDocumentFilters, m_values, report) && hasReason &&
+               m_signer.Fits(report.reasonText) && (!m_since || report.created >= *m_since) &&
+               (!m_until || report.created <= *m_until) && IsWithin(report.total);
+    }
+
+private:
+    // A report that tells no amount is in no range.
+    bool IsWithin(const std::string& total) const
+    {
+        if (!m_least && !m_largest)
         {
-            return false;
+            return true;
         }
+        return IsDecimal(total) && (!m_least || !IsSmallerDecimal(total, *m_least)) &&
+               (!m_largest || !IsSmallerDecimal(*m_largest, total));
     }
-    const auto since = SinceTime(values);
-    const auto until = UntilTime(values);
-    return (!since || report.created >= *since) && (!until || report.created <= *until);
-}
 
-Json ReportAsJson(const StoredReport& report)
-{
-    return {
-        {"fileId", report.fileId},         {"path", report.path},
-        {"service", report.service},       {"partner", report.partner},
-        {"time", report.created},          {"orderId", report.orderId},
-        {"messageId", report.messageId},   {"status", report.status},
-        {"reasonCode", report.reasonCode}, {"reasonText", report.reasonText},
-        {"document", report.document},
-    };
-}
-
-std::string AsTable(const std::vector<StoredReport>& reports)
-{
-    Table table;
-    table.AddColumn("FILE ID", Table::Align::Right);
-    table.AddColumn("TIME");
-    table.AddColumn("SERVICE");
-    table.AddColumn("PARTNER");
-    table.AddColumn("ORDER");
-    table.AddColumn("STATUS");
-    table.AddColumn("CODE");
-    table.AddColumn("REASON", Table::Align::Left, kReasonWidth);
-    table.AddColumn("PATH");
-    for (const StoredReport& report : reports)
-    {
-        table.AddRow({std::to_string(report.fileId), report.created, report.service, report.partner,
-                      report.orderId, report.status, report.reasonCode, report.reasonText,
-                      report.path});
-    }
-    return table.Text();
-}
+    const OptionValues& m_values;
+    listing::TextFilter m_signer;
+    listing::TextFilter m_reason;
+    std::optional<std::string> m_since;
+    std::optional<std::string> m_until;
+    std::optional<std::string> m_least;
+    std::optional<std::string> m_largest;
+};
 
 // The document line by line, so that its own line ends stay but nothing else acts on a terminal.
-std::string Shown(const StoredReport& report)
+void AddLines(const std::string& document, std::vector<std::string>& lines)
 {
-    std::string text = "\n";
-    text += Printable(report.path) + "\n";
     std::size_t begin = 0;
-    while (begin < report.document.size())
+    while (begin < document.size())
     {
-        const std::size_t end = std::min(report.document.find('\n', begin), report.document.size());
-        text += Printable(report.document.substr(begin, end - begin)) + "\n";
+        const std::size_t end = std::min(document.find('\n', begin), document.size());
+        lines.push_back(document.substr(begin, end - begin));
         begin = end + 1;
     }
-    return text;
 }
 
-std::string StoreFrom(const OptionValues& values)
+listing::TableRow Shown(const StoredReport& report, bool withDocument)
 {
-    const OptionValue* folder = values.Find("hand-off");
-    if (folder == nullptr)
+    listing::TableRow row;
+    row.cells = {std::to_string(report.fileId),
+                 report.created,
+                 report.service,
+                 report.partner,
+                 report.orderId,
+                 report.status,
+                 report.reasonCode};
+    row.notes = {report.reasonText, ShortenedPath(report.path, kPathWidth)};
+    if (withDocument)
     {
-        return support::HandOffFolder();
+        AddLines(report.document, row.below);
     }
-    if (folder->text.empty())
-    {
-        throw UsageRefusal(folder->origin +
-                           ": the value is empty. Name the folder of the hand-off store.");
-    }
-    const std::string store = NarrowText(*folder);
-    if (!port::FolderExists(store.c_str()))
-    {
-        throw Refusal(kCouldNotRun, folder->origin + ": there is no folder " +
-                                        Quoted(folder->text) +
-                                        ". Name the folder of the hand-off store.");
-    }
-    return store;
+    return row;
+}
+
+listing::Record RecordOf(const StoredReport& report, bool withDocument)
+{
+    return {[&report] { return listing::ValuesOf(kFields, report); },
+            [&report, withDocument] { return Shown(report, withDocument); }};
+}
+
+listing::Shape ShapeOf(const std::string& store)
+{
+    using Align = Table::Align;
+    listing::Shape shape;
+    shape.listName = "reports";
+    shape.fields = listing::NamesOf(kFields);
+    shape.columns = {{"FILE ID", Align::Right}, {"TIME", Align::Left},  {"SERVICE", Align::Left},
+                     {"PARTNER", Align::Left},  {"ORDER", Align::Left}, {"STATUS", Align::Left},
+                     {"CODE", Align::Left}};
+    shape.whenEmpty = "No status report fits in " + Quoted(store) + ".";
+    shape.about = {{"store", store}};
+    return shape;
 }
 
 } // namespace
 
 int RunReports(const OptionValues& values)
 {
-    const std::size_t limit = LimitFrom(values);
-    SinceTime(values); // a time that is none is refused even where no report lies
-    UntilTime(values);
-    const std::string store = StoreFrom(values);
-    std::vector<StoredReport> reports;
-    bool hasMore = false;
-    for (StoredReport& report : ReadReports(store))
-    {
-        if (!Fits(values, report))
-        {
-            continue;
-        }
-        hasMore = reports.size() == limit;
-        if (hasMore)
-        {
-            break;
-        }
-        reports.push_back(std::move(report));
-    }
+    const Wanted wanted(values); // what is no time is refused even where no report lies
+    const std::string folder = HandOffStoreFrom(values);
+    const listing::Shape shape = ShapeOf(support::Utf8FromNarrow(folder));
+    listing::Pager pager("reports", values, shape);
+    const bool withDocument = values.IsOn("text");
 
-    if (values.IsOn("json"))
-    {
-        Json list = Json::array();
-        for (const StoredReport& report : reports)
+    return pager.Run(
+        [&](listing::Pager& page)
         {
-            list.push_back(ReportAsJson(report));
-        }
-        PrintJson(
-            {{"store", support::Utf8FromNarrow(store)}, {"reports", list}, {"more", hasMore}});
-        return kDone;
-    }
-    Print(reports.empty()
-              ? "No status report fits in " + Quoted(support::Utf8FromNarrow(store)) + ".\n"
-              : AsTable(reports));
-    for (const StoredReport& report : reports)
-    {
-        Print(values.IsOn("text") ? Shown(report) : std::string());
-    }
-    if (hasMore)
-    {
-        Print("There are more; --limit shows them.\n");
-    }
-    return kDone;
+            const ReportStore store(folder);
+            for (std::size_t index = 0; index < store.Count(); ++index)
+            {
+                StoredReport report = store.Place(index);
+                if ((page.Below() && report.fileId >= *page.Below()) ||
+                    !FitsAll(kPlaceFilters, values, report))
+                {
+                    continue;
+                }
+                ReportStore::Read(report);
+                if (wanted.Fits(report) &&
+                    !page.Take(report.fileId, RecordOf(report, withDocument)))
+                {
+                    return;
+                }
+            }
+        });
 }
 
 } // namespace host

@@ -46,6 +46,7 @@ std::vector<OptionSpec> CheckOptions()
         {"trace", OptionKind::Text, "FILE", "trace file, appended to"},
         kExplain,
         kExplainedHtml,
+        kOrderAnswerFormat,
         kConfig,
         kJson,
     };

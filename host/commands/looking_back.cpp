@@ -16,6 +16,29 @@ constexpr OptionSpec kUntil = {"until", OptionKind::Text, "TIME",
                                "up to this local time, itself included"};
 constexpr OptionSpec kLimit = {"limit", OptionKind::Number, "N",
                                "at most N, the newest first; 50 when not given"};
+constexpr OptionSpec kAll = {"all", OptionKind::Flag, "",
+                             "every one that fits, not a page of them"};
+constexpr OptionSpec kBelow = {"below", OptionKind::Number, "NUMBER",
+                               "only those below this number, which the page before told"};
+constexpr OptionSpec kSignerFilter = {"signer", OptionKind::Text, "NAME",
+                                      "with this part of a signer's name only, in whatever case"};
+constexpr OptionSpec kReasonFilter = {"reason", OptionKind::Text, "TEXT",
+                                      "with this part of the reason only, in whatever case"};
+constexpr OptionSpec kVerdictFilter = {"verdict", OptionKind::Text, "V",
+                                       "success, refused or no-rule only (or 1, 2, 0)"};
+constexpr OptionSpec kAmountFrom = {"amount-from", OptionKind::Amount, "X",
+                                    "with a total of at least X only, such as 1500.00"};
+constexpr OptionSpec kAmountTo = {"amount-to", OptionKind::Amount, "Y",
+                                  "with a total of at most Y only"};
+constexpr OptionSpec kListFormat = {
+    kOutputFormatOption,
+    OptionKind::Text,
+    "F",
+    "table, for people; json: one object; ndjson: an object a line; csv: a record a row, with a "
+    "line of names",
+    false,
+    "table|json|ndjson|csv",
+    kOutputFormatAlias};
 constexpr OptionSpec kPartnerFilter = {"partner", OptionKind::Text, "P", "of this partner only"};
 constexpr OptionSpec kServiceFilter = {"service", OptionKind::Text, "S", "of this service only"};
 constexpr OptionSpec kClientFilter = {"client", OptionKind::Text, "C", "of this client only"};
@@ -35,18 +58,28 @@ CommandFamily LookingBackCommands()
               kServiceFilter,
               kClientFilter,
               kOrderFilter,
-              {"verdict", OptionKind::Text, "V", "success, refused or no-rule only (or 1, 2, 0)"},
+              kSignerFilter,
+              kVerdictFilter,
+              kAmountFrom,
+              kAmountTo,
+              kReasonFilter,
               {"file", OptionKind::Text, "FILE",
                "of this order file only, as it was given to the check"},
               kSince,
               kUntil,
+              kBelow,
               kLimit,
+              kAll,
+              kListFormat,
               kConfig,
               kJson},
              RunHistory,
              {{"The newest 50", "signcheck history"},
               {"What was refused to one partner since a day",
-               "signcheck history --partner DUPONTSA --verdict refused --since 2026-03-29"}}},
+               "signcheck history --partner DUPONTSA --verdict refused --since 2026-03-29"},
+              {"Every refusal of a larger amount, for a spreadsheet",
+               "signcheck history --verdict refused --amount-from 10000 --all --format csv > "
+               "refused.csv"}}},
             {"events",
              "Show the audit events",
              {kDb,
@@ -54,11 +87,17 @@ CommandFamily LookingBackCommands()
               kServiceFilter,
               kClientFilter,
               kOrderFilter,
+              kSignerFilter,
+              kVerdictFilter,
+              kReasonFilter,
               {"level", OptionKind::Text, "L", "information, error or refusal only (or 0, 1, 2)"},
               {"request", OptionKind::Text, "REF", "of this request only"},
               kSince,
               kUntil,
+              kBelow,
               kLimit,
+              kAll,
+              kListFormat,
               kConfig,
               kJson},
              RunEvents,
@@ -70,14 +109,24 @@ CommandFamily LookingBackCommands()
               kPartnerFilter,
               kServiceFilter,
               kOrderFilter,
+              kSignerFilter,
+              {"status", OptionKind::Text, "S", "of this status only, such as RJCT"},
+              kAmountFrom,
+              kAmountTo,
+              {"reason", OptionKind::Text, "R",
+               "with this reason code, or this part of the reason's text, only"},
               {"text", OptionKind::Flag, "", "print each document as well"},
               kSince,
               kUntil,
+              kBelow,
               kLimit,
+              kAll,
+              kListFormat,
               kConfig,
               kJson},
              RunReports,
-             {{"The newest five, with their documents", "signcheck reports --limit 5 --text"}}},
+             {{"The newest five, with their documents", "signcheck reports --limit 5 --text"},
+              {"Those about a limit that was passed", "signcheck reports --reason AM02"}}},
         },
     };
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/command_table.h"
+#include "host/output_format.h"
 
 namespace host
 {
@@ -17,6 +18,17 @@ inline constexpr OptionSpec kConfig = {
     "holds a password"};
 inline constexpr OptionSpec kJson = {"json", OptionKind::Flag, "",
                                      "print one JSON object on standard output and nothing else"};
+inline constexpr OptionSpec kAnswerFormat = {
+    kOutputFormatOption,
+    OptionKind::Text,
+    "F",
+    "table, for people; json, as --json; ndjson: the same object on one line",
+    false,
+    "table|json|ndjson",
+    kOutputFormatAlias};
+/// Where --format is the format of the order file.
+inline constexpr OptionSpec kOrderAnswerFormat = {
+    kOutputFormatOption, OptionKind::Text, "F", kAnswerFormat.help, false, kAnswerFormat.choices};
 inline constexpr OptionSpec kYes = {"yes", OptionKind::Flag, "",
                                     "do not ask; needed where standard input is no terminal"};
 

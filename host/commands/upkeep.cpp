@@ -14,6 +14,7 @@ CommandFamily UpkeepCommands()
              "Create the tables that are missing",
              {kDb,
               {"sample", OptionKind::Flag, "", "add a sample bank to try the checks on"},
+              kAnswerFormat,
               kConfig,
               kJson},
              RunInit,

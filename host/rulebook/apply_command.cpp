@@ -3,14 +3,11 @@
 #include "database/cdatabase.h"
 #include "host/exit_status.h"
 #include "host/output.h"
-#include "host/refusal.h"
+#include "host/question.h"
 #include "host/rulebook/book_update.h"
 #include "host/rulebook/planned_change.h"
-#include "port/program.h"
 
 #include <nlohmann/json.hpp>
-
-#include <iostream>
 
 namespace rulebook
 {
@@ -18,37 +15,7 @@ namespace rulebook
 namespace
 {
 
-// Refused before anything is read: whoever cannot answer must have agreed.
-void RequireAnswer(const host::OptionValues& values)
-{
-    if (values.IsOn("yes"))
-    {
-        return;
-    }
-    if (values.IsOn("json"))
-    {
-        throw host::UsageRefusal("option --json leaves no room for a question. Look at the "
-                                 "difference with signcheck rules diff, then give --yes as well.");
-    }
-    if (!port::InputIsTerminal())
-    {
-        throw host::UsageRefusal("standard input is no terminal, so nobody can be asked. Look at "
-                                 "the difference with signcheck rules diff, then give --yes.");
-    }
-}
-
-bool IsAgreed(const host::OptionValues& values)
-{
-    if (values.IsOn("yes"))
-    {
-        return true;
-    }
-    host::Print("Make this change? yes or no: ");
-    host::FlushOutput();
-    std::string answer;
-    std::getline(std::cin, answer);
-    return answer == "yes" || answer == "y";
-}
+constexpr const char* kLookFirst = "Look at the difference with signcheck rules diff";
 
 int Tell(const host::OptionValues& values, const BookChange& change,
          const std::optional<authority::ChangeOfEffect>& effect, bool isApplied,
@@ -71,7 +38,7 @@ int Tell(const host::OptionValues& values, const BookChange& change,
 
 int RunApply(const host::OptionValues& values)
 {
-    RequireAnswer(values);
+    host::RequireAnswer(values, kLookFirst); // before anything is read
     const host::Connection connection = host::ConnectionFrom(values);
     CDatabase database;
     PlannedChange planned;
@@ -91,7 +58,7 @@ int RunApply(const host::OptionValues& values)
     {
         return Tell(values, change, effect, false, "Nothing to change.\n");
     }
-    if (!IsAgreed(values))
+    if (!host::IsAgreed(values, "Make this change?"))
     {
         return Tell(values, change, effect, false, "Nothing was changed.\n");
     }

@@ -190,7 +190,7 @@ TEST_F(Queries, EventsAreATableWithoutJson)
 
     EXPECT_EQ(answer.status, 0);
     EXPECT_THAT(answer.output, AllOf(HasSubstr("LEVEL"), HasSubstr("refusal"),
-                                     HasSubstr("CHECK SIGNATURES RULES FAILED | ")));
+                                     HasSubstr("    CHECK SIGNATURES RULES FAILED\n    Holder")));
 }
 
 TEST_F(Queries, ReportsShowWhatWasHandedOn)
