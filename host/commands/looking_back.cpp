@@ -3,6 +3,7 @@
 #include "host/events_command.h"
 #include "host/history_command.h"
 #include "host/reports_command.h"
+#include "host/statusreport/check_command.h"
 
 namespace host
 {
@@ -127,7 +128,18 @@ CommandFamily LookingBackCommands()
              RunReports,
              {{"The newest five, with their documents", "signcheck reports --limit 5 --text"},
               {"Those about a limit that was passed", "signcheck reports --reason AM02"}}},
+            {"report check",
+             "Validate one status report and show it in words",
+             {{"file", OptionKind::Text, "FILE", "the status report, a pain.002.001.02 document",
+               true},
+              kAnswerFormat,
+              kConfig,
+              kJson},
+             statusreport::RunCheck,
+             {{"One of the hand-off store",
+               "signcheck report check handoff/STATUS/DUPONTSA/1.psr"}}},
         },
+        {{"report", "Look into one status report"}},
     };
 }
 
