@@ -1,5 +1,6 @@
 #include "services/sha256.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -12,11 +13,6 @@ namespace
 {
 
 constexpr std::size_t kBlock = 64;
-
-using State = std::array<std::uint32_t, 8>;
-
-constexpr State kStart = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
-                          0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
 
 constexpr std::array<std::uint32_t, kBlock> kRounds = {
     0x428a2f98, 0x71374491, 0xb5c0fbcf, 0xe9b5dba5, 0x3956c25b, 0x59f111f1, 0x923f82a4, 0xab1c5ed5,
@@ -50,7 +46,26 @@ std::array<std::uint32_t, kBlock> Schedule(std::string_view block)
     return words;
 }
 
-void AddBlock(State& state, std::string_view block)
+/// The end of the message: what is left of it, a set bit, zeroes, and its length in bits.
+std::string PaddedEnd(std::string_view rest, std::uint64_t messageSize)
+{
+    std::string end(rest);
+    end += '\x80';
+    while (end.size() % kBlock != kBlock - 8)
+    {
+        end += '\0';
+    }
+    const std::uint64_t bits = messageSize * 8;
+    for (unsigned int shift = 64; shift > 0; shift -= 8)
+    {
+        end += static_cast<char>((bits >> (shift - 8)) & 0xFFU);
+    }
+    return end;
+}
+
+} // namespace
+
+void Sha256::AddBlock(State& state, std::string_view block)
 {
     const std::array<std::uint32_t, kBlock> words = Schedule(block);
     auto [a, b, c, d, e, f, g, h] = state;
@@ -76,34 +91,32 @@ void AddBlock(State& state, std::string_view block)
     }
 }
 
-/// The end of the message: what is left of it, a set bit, zeroes, and its length in bits.
-std::string PaddedEnd(std::string_view rest, std::size_t messageSize)
+void Sha256::Add(std::string_view bytes)
 {
-    std::string end(rest);
-    end += '\x80';
-    while (end.size() % kBlock != kBlock - 8)
+    m_size += bytes.size();
+    if (!m_rest.empty())
     {
-        end += '\0';
+        const std::size_t taken = std::min(kBlock - m_rest.size(), bytes.size());
+        m_rest += bytes.substr(0, taken);
+        bytes.remove_prefix(taken);
+        if (m_rest.size() < kBlock)
+        {
+            return;
+        }
+        AddBlock(m_state, m_rest);
+        m_rest.clear();
     }
-    const std::uint64_t bits = static_cast<std::uint64_t>(messageSize) * 8;
-    for (unsigned int shift = 64; shift > 0; shift -= 8)
+    for (; bytes.size() >= kBlock; bytes.remove_prefix(kBlock))
     {
-        end += static_cast<char>((bits >> (shift - 8)) & 0xFFU);
+        AddBlock(m_state, bytes.substr(0, kBlock));
     }
-    return end;
+    m_rest = bytes;
 }
 
-} // namespace
-
-std::string Sha256Hex(std::string_view bytes)
+std::string Sha256::Hex() const
 {
-    State state = kStart;
-    const std::size_t whole = bytes.size() - bytes.size() % kBlock;
-    for (std::size_t at = 0; at < whole; at += kBlock)
-    {
-        AddBlock(state, bytes.substr(at, kBlock));
-    }
-    const std::string end = PaddedEnd(bytes.substr(whole), bytes.size());
+    State state = m_state;
+    const std::string end = PaddedEnd(m_rest, m_size);
     for (std::size_t at = 0; at < end.size(); at += kBlock)
     {
         AddBlock(state, std::string_view(end).substr(at, kBlock));
@@ -119,6 +132,13 @@ std::string Sha256Hex(std::string_view bytes)
         }
     }
     return digits;
+}
+
+std::string Sha256Hex(std::string_view bytes)
+{
+    Sha256 sum;
+    sum.Add(bytes);
+    return sum.Hex();
 }
 
 } // namespace services

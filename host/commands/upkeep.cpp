@@ -1,6 +1,7 @@
 #include "host/commands/families.h"
 #include "host/commands/shared_options.h"
 #include "host/init_command.h"
+#include "host/prune/prune_command.h"
 
 namespace host
 {
@@ -21,6 +22,24 @@ CommandFamily UpkeepCommands()
              {{"A sample bank to try signcheck on",
                "signcheck init --sample --db \"Driver=SQLite3;Database=bank.db\""},
               {"Bring the tables up to date", "signcheck init"}}},
+            {"prune",
+             "Archive and remove what is from before a day",
+             {kDb,
+              kHandOff,
+              {"before", OptionKind::Text, "DAY",
+               "history rows, audit events, status reports and delivered spool lines from before "
+               "this day, such as 2026-01-01"},
+              {"export", OptionKind::Text, "FOLDER",
+               "a new folder for what is removed; one of an interrupted prune goes on"},
+              {"dry-run", OptionKind::Flag, "", "tell how much there is, and remove nothing"},
+              kYes,
+              kAnswerFormat,
+              kConfig,
+              kJson},
+             prune::RunPrune,
+             {{"How much there is", "signcheck prune --before 2026-01-01 --dry-run"},
+              {"Archive it and remove it",
+               "signcheck prune --before 2026-01-01 --export archive-2026-01-01 --yes"}}},
         },
     };
 }

@@ -34,4 +34,18 @@ TEST(Sha256, TakesEveryLengthAroundABlock)
               "ffe054fe7ae0cb6dc65c3af9b61d5209f439851db43d0ba5997337df154668eb");
 }
 
+TEST(Sha256, OfPiecesIsThatOfTheWhole)
+{
+    const std::string whole(1000, 'z');
+    for (const std::size_t piece : {1U, 7U, 63U, 64U, 65U, 200U, 1000U})
+    {
+        services::Sha256 sum;
+        for (std::size_t at = 0; at < whole.size(); at += piece)
+        {
+            sum.Add(std::string_view(whole).substr(at, piece));
+            EXPECT_EQ(sum.Hex(), services::Sha256Hex(whole.substr(0, at + piece)));
+        }
+    }
+}
+
 } // namespace
