@@ -44,7 +44,7 @@ TEST_F(ManyOrders, JudgesEveryOrderOfAFolderOnce)
     EXPECT_EQ(first["total"], 350.5);
     EXPECT_EQ(first["status"], 0);
     EXPECT_EQ(first["recovered"], false);
-    EXPECT_EQ(first["file"], m_orders.Path("A001.xml"));
+    EXPECT_EQ(first["file"], Named("A001.xml"));
     const auto& summary = lines.at("")["summary"];
     EXPECT_EQ(summary["accepted"], 3);
     EXPECT_EQ(summary["left"], 0);
@@ -105,7 +105,7 @@ TEST_F(ManyOrders, TellsInWordsWhatWasNotAccepted)
     const Answer answer = Batch();
 
     EXPECT_EQ(answer.status, 3);
-    EXPECT_THAT(answer.output, AllOf(HasSubstr("NOT JUDGED  " + m_orders.Path("A002.xml") + ": "),
+    EXPECT_THAT(answer.output, AllOf(HasSubstr("NOT JUDGED  " + Named("A002.xml") + ": "),
                                      Not(HasSubstr("A001.xml")),
                                      HasSubstr("1 accepted, 0 refused, 1 NOT judged; ")));
 }

@@ -32,6 +32,11 @@ std::string BatchTest::Order(const std::string& name) const
                           ReadWholeFile((fs::path(SIGNUTILS_CORPUS) / "pain001_v03.xml").string()));
 }
 
+std::string BatchTest::Named(const std::string& name) const
+{
+    return fs::absolute(m_orders.Path(name)).make_preferred().string();
+}
+
 void BatchTest::Terms(const std::string& name, const std::string& json) const
 {
     m_orders.Write(name + ".terms", json);

@@ -17,6 +17,8 @@ protected:
 
     /// Writes an order file of one transfer of 100.00 EUR into the folder of orders.
     std::string Order(const std::string& name) const;
+    /// An order as signcheck names it: with the drive, where the system has drives.
+    std::string Named(const std::string& name) const;
     /// Writes the terms of an order beside it.
     void Terms(const std::string& name, const std::string& json) const;
 

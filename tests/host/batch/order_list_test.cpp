@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 namespace batch
 {
 namespace
@@ -65,7 +67,8 @@ TEST_F(ListOfOrders, OfCommaSeparatedValuesGivesEachOrderItsTerms)
                              "/in/A002.xml,,A002\n");
 
     ASSERT_EQ(orders.size(), 2U);
-    EXPECT_EQ(orders[0].path, m_folder.Path("A001.xml"));
+    EXPECT_EQ(std::filesystem::path(orders[0].path),
+              std::filesystem::absolute(m_folder.Path("A001.xml")).make_preferred());
     EXPECT_EQ(orders[0].key, orders[0].path);
     EXPECT_EQ(orders[0].terms->Find("signers")->text, "Ana Ruiz;Paul Durand");
     EXPECT_THAT(orders[0].terms->Find("signers")->origin, HasSubstr("orders.csv, line 3, field"));

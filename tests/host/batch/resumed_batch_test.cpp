@@ -48,9 +48,9 @@ protected:
 
 TEST_F(ResumedBatch, TakesTheVerdictFromTheHistoryWhereItIsThere)
 {
-    const std::string path = Order("A001.xml");
+    Order("A001.xml");
     Begin("A001.xml", Newest());
-    AddRow(path, L"2", L"350.50");
+    AddRow(Named("A001.xml"), L"2", L"350.50");
 
     const Answer answer = Batch({"--json"});
 
@@ -80,8 +80,8 @@ TEST_F(ResumedBatch, JudgesWhatTheHistoryDoesNotHold)
 
 TEST_F(ResumedBatch, TakesNoEarlierDecisionOnAFileOfThatNameForItsOwn)
 {
-    const std::string path = Order("A001.xml");
-    AddRow(path, L"2", L"350.50");
+    Order("A001.xml");
+    AddRow(Named("A001.xml"), L"2", L"350.50");
     Begin("A001.xml", Newest());
 
     const auto lines = Lines(Batch({"--json"}));
@@ -95,7 +95,7 @@ TEST_F(ResumedBatch, TakesNoDecisionOnAnotherFileForItsOwn)
 {
     Order("A001.xml");
     Begin("A001.xml", Newest());
-    AddRow(m_orders.Path("a001.xml"), L"2", L"350.50");
+    AddRow(Named("a001.xml"), L"2", L"350.50");
     AddRow("A001.xml", L"2", L"350.50");
 
     EXPECT_EQ(Lines(Batch({"--json"})).at("A001.xml")["recovered"], false);
@@ -103,9 +103,9 @@ TEST_F(ResumedBatch, TakesNoDecisionOnAnotherFileForItsOwn)
 
 TEST_F(ResumedBatch, CallsAmountsThatTheHistoryDoesNotTellUnknown)
 {
-    const std::string path = Order("A001.xml");
+    Order("A001.xml");
     Begin("A001.xml", Newest());
-    AddRow(path, L"1", L"0.00");
+    AddRow(Named("A001.xml"), L"1", L"0.00");
 
     const Answer answer = Batch({"--json"});
 
@@ -117,7 +117,7 @@ TEST_F(ResumedBatch, JudgesAFileThatWasReplacedMeanwhile)
 {
     const std::string path = Order("A001.xml");
     Begin("A001.xml", Newest());
-    AddRow(path, L"2", L"350.50");
+    AddRow(Named("A001.xml"), L"2", L"350.50");
     std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) +
                                                std::chrono::seconds(2));
 
