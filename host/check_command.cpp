@@ -8,6 +8,7 @@
 #include "host/html_page.h"
 #include "host/journal_reader.h"
 #include "host/judgement.h"
+#include "host/moment.h"
 #include "host/order_lock.h"
 #include "host/output.h"
 #include "host/refusal.h"
@@ -16,7 +17,6 @@
 #include "host/work_file_guard.h"
 #include "port/files.h"
 #include "support/codepage.h"
-#include "support/cttime.h"
 
 #include <nlohmann/json.hpp>
 
@@ -30,9 +30,7 @@ namespace
 
 void AppendToLog(port::File& log, const std::string& line)
 {
-    char now[32] = {};
-    CTTime::GetTickCount().GetDatabaseTimestamp(now, sizeof now);
-    const std::string text = std::string(now) + " signcheck: " + Printable(line) + "\n";
+    const std::string text = LocalNow() + " signcheck: " + Printable(line) + "\n";
     if (!log.Write(text.data(), text.size()))
     {
         Warn("option --log: the log file cannot be written; the check goes on.");

@@ -5,10 +5,10 @@
 #include "host/authority/lint_words.h"
 #include "host/connection.h"
 #include "host/exit_status.h"
+#include "host/moment.h"
 #include "host/output.h"
 #include "host/paragraph.h"
 #include "host/query.h"
-#include "support/cttime.h"
 
 #include <nlohmann/json.hpp>
 
@@ -26,9 +26,7 @@ constexpr std::size_t kDateLength = 10;
 
 std::string Today()
 {
-    char now[32] = {};
-    CTTime::GetTickCount().GetDatabaseTimestamp(now, sizeof now);
-    return std::string(now).substr(0, kDateLength);
+    return LocalNow().substr(0, kDateLength);
 }
 
 std::set<std::string> AllContracts(CDatabase& database, const Connection& connection)

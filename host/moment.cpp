@@ -1,5 +1,7 @@
 #include "host/moment.h"
 
+#include "support/cttime.h"
+
 #include <array>
 
 namespace host
@@ -46,6 +48,13 @@ bool IsMoment(const std::string& text)
     return part(0, 4) >= 1 && month >= 1 && month <= 12 && part(8, 2) >= 1 &&
            part(8, 2) <= DaysOfMonth(part(0, 4), month) && part(11, 2) <= 23 && part(14, 2) <= 59 &&
            part(17, 2) <= 59;
+}
+
+std::string LocalNow()
+{
+    char now[32] = {};
+    CTTime::GetTickCount().GetDatabaseTimestamp(now, sizeof now);
+    return now;
 }
 
 } // namespace host

@@ -14,4 +14,7 @@ bool HasShape(std::string_view text, std::string_view shape);
 /// is a day of the calendar with a time of day.
 bool IsMoment(const std::string& text);
 
+/// The local time as "2026-03-29 14:05:00".
+std::string LocalNow();
+
 } // namespace host

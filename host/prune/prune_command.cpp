@@ -4,6 +4,7 @@
 #include "host/connection.h"
 #include "host/exit_status.h"
 #include "host/hand_off_option.h"
+#include "host/moment.h"
 #include "host/option_readers.h"
 #include "host/output.h"
 #include "host/paragraph.h"
@@ -18,7 +19,6 @@
 #include "host/schema_version.h"
 #include "host/text.h"
 #include "support/codepage.h"
-#include "support/cttime.h"
 
 #include <nlohmann/json.hpp>
 
@@ -34,13 +34,6 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kDayLength = 10;
 
-std::string Now()
-{
-    char now[32] = {};
-    CTTime::GetTickCount().GetDatabaseTimestamp(now, sizeof now);
-    return now;
-}
-
 // Today's rows are still being written, so no day behind today can be meant.
 std::string DayFrom(const host::OptionValues& values)
 {
@@ -50,7 +43,7 @@ std::string DayFrom(const host::OptionValues& values)
         throw host::UsageRefusal(value.origin + ": " + host::Quoted(value.text) +
                                  " is no day. Write one such as 2026-01-01.");
     }
-    if (value.text > Now().substr(0, kDayLength))
+    if (value.text > host::LocalNow().substr(0, kDayLength))
     {
         throw host::UsageRefusal(value.origin + ": " + host::Quoted(value.text) +
                                  " has not come yet. Give today or an earlier day: what is from "
@@ -209,7 +202,7 @@ private:
         const std::string& path = folder.Path();
         Manifest manifest;
         manifest.before = m_day;
-        manifest.made = Now();
+        manifest.made = host::LocalNow();
         manifest.database = m_connection.shown;
         manifest.store = support::Utf8FromNarrow(m_store);
         // The spool first: what is found delivered there has its event in the journal's part.
