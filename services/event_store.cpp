@@ -82,7 +82,19 @@ EventOutcome EventStore::WriteBehindSpool(const EventRecord& event)
 
 void EventStore::DeliverSpool()
 {
-    m_spool.Deliver([this](const EventRecord& event) { return Insert(event); });
+    int delivered = 0;
+    m_spool.Deliver(
+        [&](const EventRecord& event)
+        {
+            if (delivered == kMostDelivered)
+            {
+                return Delivery::Stopped;
+            }
+            const Delivery delivery = Insert(event);
+            // What the database refuses stays at the front: counted, it would hold up all others.
+            delivered += delivery == Delivery::Delivered ? 1 : 0;
+            return delivery;
+        });
 }
 
 Delivery EventStore::Insert(const EventRecord& event)

@@ -1,6 +1,7 @@
 #include "tests/services/journal_fixture.h"
 
 #include "database/cdatabase.h"
+#include "services/event_store.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -162,6 +163,35 @@ TEST_F(JournalSpool, EventsThatCannotBeDeliveredStayInOrder)
     PutTableBack();
     EXPECT_TRUE(Client(Connection()).connected);
     EXPECT_THAT(Texts(), ElementsAre(L"one", L"two", L"three"));
+}
+
+TEST_F(JournalSpool, NoContactWaitsForMoreThanItsShareOfALongSpool)
+{
+    constexpr std::size_t kShare = services::EventStore::kMostDelivered;
+    TakeTableAway();
+    {
+        Client client(Connection());
+        for (std::size_t event = 0; event < 2 * kShare + 5; ++event)
+        {
+            ASSERT_EQ(client.Write(std::to_wstring(event).c_str()), EventOutcome::Spooled);
+        }
+    }
+    PutTableBack();
+    Client client(Connection());
+    EXPECT_EQ(Texts().size(), kShare);
+    EXPECT_EQ(client.Write(L"behind them"), EventOutcome::Spooled);
+    EXPECT_EQ(Texts().size(), 2 * kShare);
+    EXPECT_EQ(client.Write(L"the last"), EventOutcome::Written);
+
+    const std::vector<std::wstring> texts = Texts();
+    ASSERT_EQ(texts.size(), 2 * kShare + 7);
+    for (std::size_t event = 0; event < 2 * kShare + 5; ++event)
+    {
+        EXPECT_EQ(texts[event], std::to_wstring(event));
+    }
+    EXPECT_EQ(texts[2 * kShare + 5], L"behind them");
+    EXPECT_EQ(texts[2 * kShare + 6], L"the last");
+    EXPECT_THAT(SpoolFiles(), IsEmpty());
 }
 
 TEST_F(JournalSpool, DamagedLinesAreSetAsideAndBlockNothing)
