@@ -37,15 +37,20 @@ std::string Shown(Number number)
 
 bool Same(double left, double right)
 {
-    // The database reads and writes a number with an error of its own in the last place.
-    return left == right || (std::isnan(left) && std::isnan(right)) ||
-           std::abs(left - right) <= 1e-15 * std::abs(left);
+    return left == right || (std::isnan(left) && std::isnan(right));
 }
 
 template <typename Value>
 bool Same(const Value& left, const Value& right)
 {
     return left == right;
+}
+
+/// The database reads and writes a number with an error of its own in the last place.
+bool SameInDatabase(double left, double right)
+{
+    return Same(left, right) || (std::isfinite(left) && std::isfinite(right) &&
+                                 std::abs(left - right) <= 1e-15 * std::abs(left));
 }
 
 class Comparison
@@ -56,14 +61,27 @@ public:
     {
         if (!Same(seen, told))
         {
-            m_text << where << ' ' << field << ": library " << Shown(seen) << ", model "
-                   << Shown(told) << '\n';
+            Tell(where, field, seen, told);
+        }
+    }
+    void CompareStored(const std::string& where, const char* field, double seen, double told)
+    {
+        if (!SameInDatabase(seen, told))
+        {
+            Tell(where, field, seen, told);
         }
     }
     std::string Lines() const { return m_text.str(); }
     void Add(const std::string& line) { m_text << line << '\n'; }
 
 private:
+    template <typename Value>
+    void Tell(const std::string& where, const char* field, const Value& seen, const Value& told)
+    {
+        m_text << where << ' ' << field << ": library " << Shown(seen) << ", model " << Shown(told)
+               << '\n';
+    }
+
     std::ostringstream m_text;
 };
 
@@ -83,8 +101,8 @@ void CompareOne(Comparison& all, const std::string& where, const HistoryRow& see
     all.Compare(where, "SIGNER2", seen.signer2, told.signer2);
     all.Compare(where, "MOTIF", seen.motif, told.motif);
     all.Compare(where, "CNS", seen.cns, told.cns);
-    all.Compare(where, "TOTAL", seen.total, told.total);
-    all.Compare(where, "MAXORDER", seen.largest, told.largest);
+    all.CompareStored(where, "TOTAL", seen.total, told.total);
+    all.CompareStored(where, "MAXORDER", seen.largest, told.largest);
     all.Compare(where, "FILENAME", seen.fileName, told.fileName);
 }
 
@@ -104,6 +122,8 @@ void CompareOne(Comparison& all, const std::string& where, const Answer& seen, c
     all.Compare(where, "reason text", seen.reasonText, told.reasonText);
     all.Compare(where, "extra information", seen.extraInfo, told.extraInfo);
     all.Compare(where, "report", seen.reportDocument, told.reportDocument);
+    all.Compare(where, "told reason code", seen.toldReasonCode, told.toldReasonCode);
+    all.Compare(where, "told reason text", seen.toldReasonText, told.toldReasonText);
     all.Compare(where, "ran", seen.ran, told.ran);
     all.Compare(where, "rules complete", seen.rulesComplete, told.rulesComplete);
     all.Compare(where, "look-ups complete", seen.lookupsComplete, told.lookupsComplete);

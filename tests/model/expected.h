@@ -44,6 +44,11 @@ enum class Outcome
     RulesRefused,
     RowLost,
     SecondCheck,
+    SettingsChanged,
+    RulesAlone,
+    OnCopy,
+    NoSigner,
+    FiveSigners,
     ReportHandedOn,
     ReportNotHandedOn,
     NotConnected,
@@ -108,7 +113,10 @@ struct Answer
     Text reasonText;
     Text extraInfo;
     std::string reportDocument; ///< UTF-8, with kTimeOfReport in the place of its time
-    // The rest is told by GetLastCheck, not for a call of the rules alone.
+    // The rest is told by GetLastCheck. Its reasons are those of the check, not what the caller's
+    // outputs held before.
+    Text toldReasonCode;
+    Text toldReasonText;
     bool ran = false;
     bool rulesComplete = false;
     bool lookupsComplete = false;

@@ -229,7 +229,18 @@ void FillSession(Session& session)
     session.logFile = OneOf<Text>({{70, L""}, {20, L"/log/host.log"}, {10, L"/log/\u00E9'.log"}});
 }
 
-Call AnyCall(const std::vector<Person>& people, const std::vector<PlannedRule>& rules)
+/// Of a call of the rules alone, or what changes on a session that was used before.
+void ChangeSettings(Call& call, const std::vector<PlannedRule>& rules, bool isFirst)
+{
+    if (call.rulesAlone || (!isFirst && Chance(40)))
+    {
+        call.amounts = GivenAmounts{AnyAmount(rules), AnyAmount(rules),
+                                    OneOf<Text>({{8, L"EUR"}, {1, L""}, {1, L"\u20AC"}})};
+    }
+    call.distributedFromNow = !isFirst && Chance(15);
+}
+
+Call AnyCall(const std::vector<Person>& people, const std::vector<PlannedRule>& rules, bool isFirst)
 {
     Call call;
     call.signers = SignerList(people, rules);
@@ -238,6 +249,7 @@ Call AnyCall(const std::vector<Person>& people, const std::vector<PlannedRule>& 
     call.onCopy = Chance(4);
     call.reasonCodeBefore = OneOf<Text>({{1, L""}, {1, L"KEPT"}});
     call.reasonTextBefore = OneOf<Text>({{1, L""}, {1, L"kept \u0416"}});
+    ChangeSettings(call, rules, isFirst);
     return call;
 }
 
@@ -261,7 +273,7 @@ rc::Gen<Plan> AnyPlan(const std::vector<Person>& people)
             const int calls = OneOf<int>({{90, 1}, {8, 2}, {2, 3}});
             for (int index = 0; index < calls; ++index)
             {
-                plan.session.calls.push_back(AnyCall(people, rules));
+                plan.session.calls.push_back(AnyCall(people, rules, index == 0));
             }
             return plan;
         });

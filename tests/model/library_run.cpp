@@ -104,6 +104,19 @@ Journal JournalOf(JournalState state)
     return Journal::Lost;
 }
 
+void ChangeSettings(SignUtils& object, const Call& call)
+{
+    if (call.amounts && !call.rulesAlone)
+    {
+        object.SetAmountInfo(call.amounts->total, call.amounts->largest,
+                             NarrowOf(call.amounts->currency).c_str());
+    }
+    if (call.distributedFromNow)
+    {
+        object.SetModeVeu();
+    }
+}
+
 /// One world's run.
 class Run
 {
@@ -124,7 +137,7 @@ private:
     void RunSession(const Session& session);
     Answer RunWatched(SignUtils& object, const Session& session, const Call& call);
     Answer RunCall(SignUtils& object, const Session& session, const Call& call);
-    void TakeOutcome(const CheckOutcome& outcome, Answer& answer);
+    void TakeOutcome(const Session& session, const CheckOutcome& outcome, Answer& answer);
     void TakeReport(const Session& session, const Answer& answer);
     void DeliverWaitingEvents();
 
@@ -135,7 +148,7 @@ private:
     void* m_trace = nullptr;
 };
 
-void Run::TakeOutcome(const CheckOutcome& outcome, Answer& answer)
+void Run::TakeOutcome(const Session& session, const CheckOutcome& outcome, Answer& answer)
 {
     answer.ran = outcome.ran;
     answer.rulesComplete = outcome.rulesComplete;
@@ -144,8 +157,8 @@ void Run::TakeOutcome(const CheckOutcome& outcome, Answer& answer)
     answer.total = outcome.totalAmount;
     answer.largest = outcome.maxOrderAmount;
     answer.currency = WideOf(outcome.currency.SafeGetString());
-    answer.reasonCode = WideOf(outcome.reasonCode.SafeGetString());
-    answer.reasonText = outcome.reasonText.SafeGetString();
+    answer.toldReasonCode = WideOf(outcome.reasonCode.SafeGetString());
+    answer.toldReasonText = outcome.reasonText.SafeGetString();
     answer.rowsDue = outcome.rowsDue;
     answer.rowsWritten = outcome.rowsWritten;
     answer.orderCount = outcome.orderCount;
@@ -157,6 +170,11 @@ void Run::TakeOutcome(const CheckOutcome& outcome, Answer& answer)
     if (outcome.verdict != answer.verdict)
     {
         m_seen.results.problems.push_back("the outcome's verdict is not the call's");
+    }
+    if (m_surroundings.eventsMayWait && session.connected && !m_world.journalMissing &&
+        answer.journal == Journal::Spooled)
+    {
+        answer.journal = Journal::Written; // it may wait, and is delivered at the end
     }
 }
 
@@ -192,9 +210,12 @@ Answer Run::RunCall(SignUtils& object, const Session& session, const Call& call)
     {
         TSimpleString reasonCode(NarrowOf(call.reasonCodeBefore).c_str());
         TSimpleStringW reasonText(call.reasonTextBefore.c_str());
-        answer.verdict = static_cast<std::uint32_t>(
-            object.CheckSignRulesFor(reasonCode, reasonText, call.signers.c_str(), fileName.c_str(),
-                                     session.total, session.largest, ""));
+        const GivenAmounts amounts =
+            call.amounts.value_or(GivenAmounts{session.total, session.largest, L""});
+        answer.verdict = static_cast<std::uint32_t>(object.CheckSignRulesFor(
+            reasonCode, reasonText, call.signers.c_str(), fileName.c_str(), amounts.total,
+            amounts.largest, NarrowOf(amounts.currency).c_str()));
+        TakeOutcome(session, object.GetLastCheck(), answer);
         answer.reasonCode = WideOf(reasonCode.SafeGetString());
         answer.reasonText = reasonText.SafeGetString();
     }
@@ -202,12 +223,9 @@ Answer Run::RunCall(SignUtils& object, const Session& session, const Call& call)
     {
         answer.verdict = static_cast<std::uint32_t>(
             object.CheckSignRules(fileName.c_str(), call.signers.c_str()));
-        TakeOutcome(object.GetLastCheck(), answer);
-        if (m_surroundings.eventsMayWait && session.connected && !m_world.journalMissing &&
-            answer.journal == Journal::Spooled)
-        {
-            answer.journal = Journal::Written; // it may wait, and is delivered at the end
-        }
+        TakeOutcome(session, object.GetLastCheck(), answer);
+        answer.reasonCode = answer.toldReasonCode;
+        answer.reasonText = answer.toldReasonText;
     }
     answer.extraInfo = WideOf(object.GetExtraInfo().SafeGetString());
     answer.reportDocument = WithoutTime(object.GetPSRWarning().SafeGetString(), m_seen.results);
@@ -237,6 +255,7 @@ void Run::RunSession(const Session& session)
     std::vector<Answer> answers;
     for (const Call& call : session.calls)
     {
+        ChangeSettings(object, call);
         if (call.onCopy)
         {
             SignUtils copy(object);

@@ -71,6 +71,7 @@ public:
     const Outcomes& Met() const { return m_account.outcomes; }
 
 private:
+    void ChangeSettings(const Call& call);
     void SettleAmounts(const Call& call, Answer& answer);
     void RunRules(const Call& call, Answer& answer);
     void Record(const Call& call, const Case& given, const std::vector<Decision>& decisions,
@@ -88,7 +89,7 @@ private:
     }
 
     const World& m_world;
-    const Session& m_session;
+    Session m_session; ///< as its calls have left it
     Results& m_results;
     const std::vector<std::uint32_t>& m_fileIds;
     std::size_t& m_nextFileId;
@@ -99,14 +100,30 @@ private:
     std::string m_report;
 };
 
+void Teller::ChangeSettings(const Call& call)
+{
+    if (call.amounts && !call.rulesAlone)
+    {
+        m_session.total = call.amounts->total;
+        m_session.largest = call.amounts->largest;
+        m_session.currency = call.amounts->currency;
+        m_session.amountsFromFile = false;
+    }
+    m_session.veu = m_session.veu || call.distributedFromNow;
+}
+
 void Teller::SettleAmounts(const Call& call, Answer& answer)
 {
     if (call.rulesAlone)
     {
+        const GivenAmounts given =
+            call.amounts.value_or(GivenAmounts{m_session.total, m_session.largest, L""});
         answer.reasonCode = call.reasonCodeBefore;
         answer.reasonText = call.reasonTextBefore;
-        answer.total = m_session.total;
-        answer.largest = m_session.largest;
+        answer.total = given.total;
+        answer.largest = given.largest;
+        answer.currency = given.currency;
+        answer.amountsKnown = std::isfinite(answer.total) && std::isfinite(answer.largest);
         return;
     }
     if (m_session.amountsFromFile)
@@ -209,6 +226,7 @@ Answer Teller::Tell(const Call& call, const Mishaps& mishaps)
 {
     m_mishaps = mishaps;
     Answer answer;
+    ChangeSettings(call);
     SettleAmounts(call, answer);
     RunRules(call, answer);
     // A copy's own outputs end with it.
@@ -218,13 +236,11 @@ Answer Teller::Tell(const Call& call, const Mishaps& mishaps)
     {
         AnswerWithReport(answer);
     }
-    if (call.rulesAlone)
+    // Outputs that a call of the rules alone has not written are the caller's.
+    if (!call.rulesAlone || (answer.ran && answer.verdict != kSuccess))
     {
-        Answer told;
-        told.verdict = answer.verdict;
-        told.reasonCode = answer.reasonCode;
-        told.reasonText = answer.reasonText;
-        answer = told;
+        answer.toldReasonCode = answer.reasonCode;
+        answer.toldReasonText = answer.reasonText;
     }
     answer.extraInfo = m_extraInfo;
     answer.reportDocument = m_report;
@@ -234,6 +250,28 @@ Answer Teller::Tell(const Call& call, const Mishaps& mishaps)
         m_report = reportBefore;
     }
     return answer;
+}
+
+Outcomes OutcomesOf(const std::vector<Call>& calls)
+{
+    Outcomes met;
+    const auto note = [&met](Outcome outcome, bool isMet)
+    {
+        const auto index = static_cast<std::size_t>(outcome);
+        met.set(index, met.test(index) || isMet);
+    };
+    note(Outcome::SecondCheck, calls.size() > 1);
+    for (const Call& call : calls)
+    {
+        const std::size_t signers = NamesIn(call.signers).size();
+        note(Outcome::SettingsChanged,
+             call.distributedFromNow || (call.amounts && !call.rulesAlone));
+        note(Outcome::RulesAlone, call.rulesAlone);
+        note(Outcome::OnCopy, call.onCopy);
+        note(Outcome::NoSigner, signers == 0);
+        note(Outcome::FiveSigners, signers == 5);
+    }
+    return met;
 }
 
 } // namespace
@@ -253,11 +291,7 @@ Told Tell(const World& world, const std::vector<std::uint32_t>& reportFileIds,
             answers.push_back(teller.Tell(call, mishap ? mishaps[answers.size()] : Mishaps()));
         }
         told.results.answers.push_back(answers);
-        told.outcomes.push_back(teller.Met());
-        if (session.calls.size() > 1)
-        {
-            told.outcomes.back().set(static_cast<std::size_t>(Outcome::SecondCheck));
-        }
+        told.outcomes.push_back(teller.Met() | OutcomesOf(session.calls));
     }
     return told;
 }

@@ -3,10 +3,18 @@
 #include "tests/model/tables.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace model
 {
+
+struct GivenAmounts
+{
+    double total = 0.0;
+    double largest = 0.0;
+    Text currency;
+};
 
 /// One call of a session. Texts that the library takes as narrow ones hold characters of
 /// Windows-1252 only.
@@ -14,9 +22,13 @@ struct Call
 {
     Text fileName;
     Text signers;
-    bool rulesAlone = false; ///< CheckSignRulesFor, on the session's amounts
+    bool rulesAlone = false; ///< CheckSignRulesFor
     bool onCopy = false;     ///< called on a copy of the session, destroyed behind the call
-    Text reasonCodeBefore;   ///< what the caller's outputs hold, rulesAlone only
+    /// Set on the session before the call, so for those behind it too; those of CheckSignRulesFor,
+    /// which has the session's where there are none, are its own.
+    std::optional<GivenAmounts> amounts;
+    bool distributedFromNow = false; ///< SetModeVeu before the call
+    Text reasonCodeBefore;           ///< what the caller's outputs hold, rulesAlone only
     Text reasonTextBefore;
 };
 

@@ -42,13 +42,30 @@ void ShowSettings(const Session& session, std::ostream& stream)
            << session.idFileVfs << ")  SetRefRequest(" << Quoted(session.refRequest) << ")\n";
 }
 
+void ShowAmounts(const GivenAmounts& amounts, std::ostream& stream)
+{
+    stream << amounts.total << ", " << amounts.largest << ", " << Quoted(amounts.currency);
+}
+
 void ShowCall(const Call& call, std::ostream& stream)
 {
+    if (call.amounts && !call.rulesAlone)
+    {
+        stream << "  SetAmountInfo(";
+        ShowAmounts(*call.amounts, stream);
+        stream << ")\n";
+    }
+    stream << (call.distributedFromNow ? "  SetModeVeu()\n" : "");
     stream << "  " << (call.onCopy ? "on a copy: " : "")
            << (call.rulesAlone ? "CheckSignRulesFor" : "CheckSignRules") << "("
            << Quoted(call.fileName) << ", " << Quoted(call.signers) << ")";
     if (call.rulesAlone)
     {
+        if (call.amounts)
+        {
+            stream << ", on ";
+            ShowAmounts(*call.amounts, stream);
+        }
         stream << ", outputs before: " << Quoted(call.reasonCodeBefore) << ", "
                << Quoted(call.reasonTextBefore);
     }
