@@ -6,6 +6,7 @@
 #include "database/guard_database.h"
 #include "port/environment.h"
 #include "support/codepage.h"
+#include "support/measures.h"
 #include "support/numbers.h"
 #include "support/utf16.h"
 
@@ -218,11 +219,17 @@ void Connection::Run(const StatementHandle& handle, std::wstring_view statement,
     m_outgoing.Set(m_scanned.text, m_crossing);
     RequireLettersKept(attempt);
     m_sessionTouched = m_sessionTouched || !m_scanned.plainData;
-    const SQLRETURN result = m_outgoing.ExecuteDirect(handle.Get());
+    const SQLRETURN result = ExecuteOutgoing(handle);
     if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA)
     {
         RaiseFrom(result, handle, attempt);
     }
+}
+
+SQLRETURN Connection::ExecuteOutgoing(const StatementHandle& handle)
+{
+    const support::Stopwatch time(&support::Measures::statementTime);
+    return m_outgoing.ExecuteDirect(handle.Get());
 }
 
 void Connection::RequireLettersKept(const Attempt& attempt)

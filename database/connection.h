@@ -93,6 +93,7 @@ private:
     /// Refuses the statement about to go out when its letters would be others behind the driver
     /// manager.
     void RequireLettersKept(const Attempt& attempt);
+    SQLRETURN ExecuteOutgoing(const StatementHandle& handle);
     StatementHandle TakeSpareStatement();
     void PutSpareStatement(StatementHandle statement) noexcept;
     std::wstring FirstText(std::wstring_view query, SQLUSMALLINT column);

@@ -31,9 +31,11 @@ SIGNUTILS_PORT_API std::string JoinPath(std::string_view folder, std::string_vie
 
 enum class OpenMode
 {
-    Read,      ///< the file must exist
-    CreateNew, ///< must not exist, not even as a link; readable by its owner only
-    Append,    ///< created for its owner only when missing; writes go to the end
+    Read,                ///< the file must exist
+    CreateNew,           ///< must not exist, not even as a link; readable by its owner only
+    CreateNewForReaders, ///< as CreateNew, but every user may read it, whatever the umask; on
+                         ///< Windows those whom its folder lets
+    Append,              ///< created for its owner only when missing; writes go to the end
 };
 
 /// A binary file in blocks. Not shared between threads.

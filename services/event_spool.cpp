@@ -4,6 +4,7 @@
 #include "services/event_line.h"
 #include "services/file_contents.h"
 #include "services/sha256.h"
+#include "services/spool_lock.h"
 
 #include <optional>
 #include <utility>
@@ -15,26 +16,8 @@ namespace
 {
 
 constexpr char kUnaddressed[] = "events-unaddressed";
-constexpr char kEvents[] = ".jsonl";
 constexpr char kDamaged[] = ".damaged";
-constexpr char kAppendLock[] = ".append.lock";
 constexpr char kDeliveryLock[] = ".delivery.lock";
-
-/// Held until it is destroyed. Files of their own carry the locks: the locked file is never the one
-/// that is replaced or deleted under a waiting process.
-class SpoolLock
-{
-public:
-    explicit SpoolLock(const std::string& path)
-        : m_held(m_file.Open(path.c_str(), port::OpenMode::Append) && m_file.LockExclusive())
-    {
-    }
-    bool IsHeld() const noexcept { return m_held; }
-
-private:
-    port::File m_file;
-    bool m_held;
-};
 
 std::int64_t SizeOf(const std::string& path)
 {
@@ -129,17 +112,17 @@ std::string EventSpool::Path(const char* ending) const
 
 bool EventSpool::HoldsEvents() const
 {
-    return SizeOf(Path(kEvents)) > 0;
+    return SizeOf(Path(kSpoolEvents)) > 0;
 }
 
 bool EventSpool::Holds(const std::string& key) const
 {
-    const std::string path = Path(kEvents);
+    const std::string path = Path(kSpoolEvents);
     if (!port::FileExists(path.c_str()))
     {
         return false;
     }
-    const SpoolLock lock(Path(kAppendLock));
+    const SpoolLock lock(Path(kSpoolAppendLock));
     const std::optional<std::string> lines = ReadFileContents(path);
     if (!lock.IsHeld() || !lines)
     {
@@ -155,8 +138,8 @@ bool EventSpool::Append(const EventRecord& event) const
     {
         return false;
     }
-    const SpoolLock lock(Path(kAppendLock));
-    return lock.IsHeld() && AppendBytes(Path(kEvents), EventLine(event));
+    const SpoolLock lock(Path(kSpoolAppendLock));
+    return lock.IsHeld() && AppendBytes(Path(kSpoolEvents), EventLine(event));
 }
 
 bool EventSpool::AppendBytes(const std::string& path, std::string bytes) const
@@ -199,9 +182,9 @@ void EventSpool::Deliver(const std::function<Delivery(const EventRecord&)>& offe
         return;
     }
     std::optional<std::string> lines;
-    if (const SpoolLock appendLock(Path(kAppendLock)); appendLock.IsHeld())
+    if (const SpoolLock appendLock(Path(kSpoolAppendLock)); appendLock.IsHeld())
     {
-        lines = ReadFileContents(Path(kEvents));
+        lines = ReadFileContents(Path(kSpoolEvents));
     }
     if (!lines)
     {
@@ -217,8 +200,8 @@ void EventSpool::Deliver(const std::function<Delivery(const EventRecord&)>& offe
 
 void EventSpool::Remove(std::string_view offered, const std::string& kept) const
 {
-    const SpoolLock appendLock(Path(kAppendLock));
-    const std::optional<std::string> now = ReadFileContents(Path(kEvents));
+    const SpoolLock appendLock(Path(kSpoolAppendLock));
+    const std::optional<std::string> now = ReadFileContents(Path(kSpoolEvents));
     // A file that an administrator has changed meanwhile stays as it is now.
     if (!appendLock.IsHeld() || !now || !std::string_view(*now).starts_with(offered))
     {
@@ -228,9 +211,9 @@ void EventSpool::Remove(std::string_view offered, const std::string& kept) const
     if (!rest.empty())
     {
         // Left as it is on failure: the keys of what was delivered keep it from being doubled.
-        static_cast<void>(ReplaceFileContents(m_folder, m_name + kEvents, rest));
+        static_cast<void>(ReplaceFileContents(m_folder, m_name + kSpoolEvents, rest));
     }
-    else if (DeleteFileA(Path(kEvents).c_str()) != 0)
+    else if (DeleteFileA(Path(kSpoolEvents).c_str()) != 0)
     {
         static_cast<void>(port::FlushFolder(m_folder.c_str()));
     }

@@ -1,8 +1,12 @@
 #include "services/file_contents.h"
 
+#include "port/environment.h"
 #include "port/files.h"
 #include "port/kernel.h"
 #include "services/file_remover.h"
+#include "support/format.h"
+
+#include <cstdint>
 
 namespace services
 {
@@ -10,11 +14,23 @@ namespace services
 namespace
 {
 
-bool WriteNewFile(const std::string& path, std::string_view bytes)
+bool WriteNewFile(const std::string& path, port::OpenMode mode, std::string_view bytes)
 {
     port::File file;
-    return file.Open(path.c_str(), port::OpenMode::CreateNew) &&
-           file.Write(bytes.data(), bytes.size()) && file.Flush();
+    return file.Open(path.c_str(), mode) && file.Write(bytes.data(), bytes.size()) && file.Flush();
+}
+
+// `fresh` is there for no longer than this.
+bool Replace(const std::string& path, const std::string& fresh, port::OpenMode mode,
+             std::string_view bytes)
+{
+    FileRemover remover(fresh.c_str());
+    if (!WriteNewFile(fresh, mode, bytes) || !port::MoveFileReplacing(fresh.c_str(), path.c_str()))
+    {
+        return false;
+    }
+    remover.Keep();
+    return true;
 }
 
 } // namespace
@@ -50,13 +66,16 @@ bool ReplaceFileContents(const std::string& folder, const std::string& name, std
     {
         DeleteFileA(fresh.c_str());
     }
-    FileRemover remover(fresh.c_str());
-    if (!WriteNewFile(fresh, bytes) || !port::MoveFileReplacing(fresh.c_str(), path.c_str()))
-    {
-        return false;
-    }
-    remover.Keep();
-    return port::FlushFolder(folder.c_str());
+    return Replace(path, fresh, port::OpenMode::CreateNew, bytes) &&
+           port::FlushFolder(folder.c_str());
+}
+
+bool ReplaceReadableFile(const std::string& path, std::string_view bytes)
+{
+    std::uint32_t random[2] = {};
+    port::RandomBytes(random, sizeof random);
+    const std::string fresh = path + support::FormatA(".%08x%08x.new", random[0], random[1]);
+    return Replace(path, fresh, port::OpenMode::CreateNewForReaders, bytes);
 }
 
 } // namespace services

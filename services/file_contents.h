@@ -16,4 +16,9 @@ std::optional<std::string> ReadFileContents(const std::string& path);
 [[nodiscard]] bool ReplaceFileContents(const std::string& folder, const std::string& name,
                                        std::string_view bytes);
 
+/// The same for a file that other users read, one without worth after a power cut. Any number of
+/// callers at a time: each writes under a name of its own first, FILE.….new, which stays where its
+/// process is killed meanwhile.
+[[nodiscard]] bool ReplaceReadableFile(const std::string& path, std::string_view bytes);
+
 } // namespace services

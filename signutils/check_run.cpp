@@ -3,6 +3,7 @@
 #include "amounts/format_conversion.h"
 #include "containers/shared_ref_impl.h"
 #include "database/cdatabase.h"
+#include "signutils/check_counting.h"
 #include "signutils/signutils.h"
 #include "support/checked_copy.h"
 #include "support/trace.h"
@@ -48,8 +49,9 @@ namespace signutils
 {
 
 CheckRun::CheckRun(SignUtils& session, const char* fileName, const wchar_t* signers)
-    : m_session(session), m_outcome(session.m_lastCheck), m_audit(session),
-      m_fileName(fileName == nullptr ? "" : fileName), m_signers(signers == nullptr ? L"" : signers)
+    : m_time(&support::Measures::checkTime), m_session(session), m_outcome(session.m_lastCheck),
+      m_audit(session), m_fileName(fileName == nullptr ? "" : fileName),
+      m_signers(signers == nullptr ? L"" : signers)
 {
     m_outcome = CheckOutcome();
     m_outcome.verdict = rules::kVerdictFailed;
@@ -66,10 +68,18 @@ CheckRun::~CheckRun()
     m_outcome.reasonCode = std::move(m_reasonCode);
     m_outcome.reasonText = std::move(m_reasonText);
     m_outcome.journal = m_audit.GetState();
-    if (m_ended)
+    if (!m_ended)
     {
-        return;
+        EndByException();
     }
+    if (support::Measures* const measures = m_time.Target(); measures != nullptr)
+    {
+        CountCheck(m_outcome, m_session.m_service, measures->checks);
+    }
+}
+
+void CheckRun::EndByException() noexcept
+{
     // Nobody knows how far the connection came; the next check opens one of its own.
     m_session.m_database.Reset();
     // Judged rules owe an event, and so does a report; an exception leaves the last one unwritten.
@@ -136,6 +146,7 @@ void CheckRun::WorkOutAmounts()
 {
     char errorText[kErrorTextSize] = {};
     amounts::FileTotals totals;
+    const support::Stopwatch time(&support::Measures::conversionTime);
     const bool converted =
         amounts::GetMaxAmountFile({m_fileName, m_session.m_format1.SafeGetString(),
                                    m_session.m_format2.SafeGetString(), m_session.m_trace},

@@ -3,6 +3,7 @@
 #include "rules/check_signatures.h"
 #include "signutils/audit_trail.h"
 #include "signutils/check_outcome.h"
+#include "support/measures.h"
 #include "support/tsimplestring.h"
 #include "support/tsimplestringw.h"
 
@@ -44,6 +45,9 @@ private:
     void JudgeGivenAmounts() noexcept;
     void RecordAmounts() noexcept;
 
+    void EndByException() noexcept;
+
+    support::Stopwatch m_time;
     SignUtils& m_session;
     CheckOutcome& m_outcome;
     AuditTrail m_audit;

@@ -192,6 +192,16 @@ extern "C"
                                                                         uint32_t* protocol,
                                                                         const char** longName);
 
+    // Measures of the process, for operations; docs/metrics.md has their names. Any thread.
+
+    /// From now on checks, conversions and statements are counted and timed. There is no way back;
+    /// another call changes nothing.
+    SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsStartMeasures(void);
+    /// Writes them in the text format that Prometheus reads; `path` is 1252. Every user may read
+    /// the file, and finds the text of before or this one, whole. SIGNUTILS_FAILED: it is as it
+    /// was, and the error text says why.
+    SIGNUTILS_API SignUtilsStatus SIGNUTILS_CALL SignUtilsWriteMeasures(const char* path);
+
     // Life of a session
 
     /// Makes a session. `trace` may be null. `logFile` (1252, at most 259 characters, may be null)

@@ -2,6 +2,7 @@
 
 #include "host/batch/crew.h"
 #include "host/batch/leftovers.h"
+#include "host/batch/metrics_file.h"
 #include "host/batch/order_folder.h"
 #include "host/batch/order_list.h"
 #include "host/batch/order_path.h"
@@ -104,7 +105,7 @@ bool EndsRun(const OrderResult& result)
 }
 
 void JudgeAll(std::size_t jobs, const RunTerms& run, ProgressJournal& journal, OrderQueue& queue,
-              Teller& teller)
+              Teller& teller, MetricsFile& metrics)
 {
     Crew crew(jobs, run, journal, queue,
               [&](const Order&, OrderResult&& result)
@@ -117,6 +118,7 @@ void JudgeAll(std::size_t jobs, const RunTerms& run, ProgressJournal& journal, O
               });
     while (!crew.WaitFor(kBetweenLooks))
     {
+        metrics.Turn();
         if (scratch::Interruption::HasCome())
         {
             queue.Stop();
@@ -140,6 +142,7 @@ int RunBatch(const OptionValues& values)
     RemovalAge(values);
     const RunTerms run = RunTermsFrom(values, isFolder, kHolder);
     Source source = SourceFrom(values, run, *given, isFolder);
+    MetricsFile metrics(values);
     RequireDatabase(run.connection);
     ProgressJournal journal(source.journal, kHolder);
     Tidy(source, journal);
@@ -155,7 +158,7 @@ int RunBatch(const OptionValues& values)
         queue.Push(std::move(order));
     }
     queue.Close();
-    JudgeAll(jobs, run, journal, queue, teller);
+    JudgeAll(jobs, run, journal, queue, teller, metrics);
     teller.Counts().SetLeft(source.orders.size() - teller.Counts().Told());
     teller.Sum();
     return teller.Counts().Status();

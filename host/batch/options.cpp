@@ -36,6 +36,8 @@ constexpr OptionSpec kJournal = {"journal", OptionKind::Text, "FILE",
 constexpr OptionSpec kRemoveLeftovers = {"remove-leftovers", OptionKind::Text, "AGE",
                                          "remove work files of killed runs that are older than "
                                          "that: 90s, 30m, 12h or 2d"};
+constexpr OptionSpec kMetrics = {"metrics", OptionKind::Text, "FILE",
+                                 "keep counters and times for a monitoring server in this file"};
 constexpr OptionSpec kJsonLines = {"json", OptionKind::Flag, "",
                                    "print one JSON object a line: each order, then the summary"};
 
@@ -54,7 +56,8 @@ void AddShared(const std::vector<OptionSpec>& ofCheck, std::vector<OptionSpec>& 
 
 std::vector<OptionSpec> BatchOptions(const std::vector<OptionSpec>& ofCheck)
 {
-    std::vector<OptionSpec> options = {kOrders, kJobs, kSidecar, kJournal, kRemoveLeftovers};
+    std::vector<OptionSpec> options = {kOrders,          kJobs,   kSidecar, kJournal,
+                                       kRemoveLeftovers, kMetrics};
     AddShared(ofCheck, options);
     options.push_back(kJsonLines);
     return options;
@@ -62,8 +65,8 @@ std::vector<OptionSpec> BatchOptions(const std::vector<OptionSpec>& ofCheck)
 
 std::vector<OptionSpec> WatchOptions(const std::vector<OptionSpec>& ofCheck)
 {
-    std::vector<OptionSpec> options = {kFolder, kJobs,    kSidecar,        kSettle,
-                                       kRescan, kJournal, kRemoveLeftovers};
+    std::vector<OptionSpec> options = {kFolder, kJobs,    kSidecar,         kSettle,
+                                       kRescan, kJournal, kRemoveLeftovers, kMetrics};
     AddShared(ofCheck, options);
     options.push_back(kJsonLines);
     return options;

@@ -3,6 +3,7 @@
 #include "host/batch/crew.h"
 #include "host/batch/drop_folder.h"
 #include "host/batch/leftovers.h"
+#include "host/batch/metrics_file.h"
 #include "host/batch/order_folder.h"
 #include "host/batch/order_path.h"
 #include "host/batch/run_set_up.h"
@@ -83,11 +84,12 @@ private:
     bool m_isAway = false;
 };
 
-void Watch(DropFolder& folder, Crew& crew)
+void Watch(DropFolder& folder, Crew& crew, MetricsFile& metrics)
 {
     while (!scratch::Interruption::HasCome() && !crew.WaitFor(std::chrono::milliseconds(0)))
     {
         folder.Turn();
+        metrics.Turn();
     }
 }
 
@@ -101,6 +103,7 @@ int RunWatch(const OptionValues& values)
                                      SecondsFrom(values, "rescan", kRescan)};
     RemovalAge(values);
     const RunTerms run = RunTermsFrom(values, true, kHolder);
+    MetricsFile metrics(values);
     RequireDatabase(run.connection);
     ProgressJournal journal(JournalPath(values, path + port::PathSeparator() + kFolderJournal),
                             kHolder);
@@ -123,11 +126,11 @@ int RunWatch(const OptionValues& values)
                           teller.Tell(result);
                       }
                   });
-        Watch(folder, crew);
+        Watch(folder, crew, metrics);
         queue.Stop();
         while (!crew.WaitFor(seconds(1)))
         {
-            // What is being judged is judged to its end.
+            metrics.Turn(); // what is being judged is judged to its end
         }
         crew.RaiseFailure();
     }

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr mode_t kOwnerOnly = 0600;
+constexpr mode_t kForReaders = 0644;
 
 int FlagsOf(OpenMode mode)
 {
@@ -25,6 +26,7 @@ int FlagsOf(OpenMode mode)
     case OpenMode::Read:
         return O_RDONLY;
     case OpenMode::CreateNew:
+    case OpenMode::CreateNewForReaders:
         return O_RDWR | O_CREAT | O_EXCL;
     case OpenMode::Append:
         break;
@@ -77,6 +79,11 @@ bool File::Open(const char* path, OpenMode mode)
         close(descriptor);
         SetLastError(ERROR_ACCESS_DENIED);
         return false;
+    }
+    if (mode == OpenMode::CreateNewForReaders)
+    {
+        // A file system without modes of its own refuses: there the mount says who may read.
+        static_cast<void>(fchmod(descriptor, kForReaders));
     }
     m_native = descriptor;
     return true;

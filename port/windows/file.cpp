@@ -38,6 +38,7 @@ Opening OpeningOf(OpenMode mode)
     case OpenMode::Read:
         return {GENERIC_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL};
     case OpenMode::CreateNew:
+    case OpenMode::CreateNewForReaders:
         // A link of that name is there already; it is not followed.
         return {GENERIC_READ | GENERIC_WRITE, CREATE_NEW,
                 FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT};
@@ -78,8 +79,9 @@ bool File::Open(const char* path, OpenMode mode)
     Close();
     const std::wstring native = NativePath(path);
     const Opening opening = OpeningOf(mode);
-    SECURITY_ATTRIBUTES* const security = mode == OpenMode::Read ? nullptr : OwnerOnly();
-    if (mode != OpenMode::Read && security == nullptr)
+    const bool isOwnersOnly = mode == OpenMode::CreateNew || mode == OpenMode::Append;
+    SECURITY_ATTRIBUTES* const security = isOwnersOnly ? OwnerOnly() : nullptr;
+    if (isOwnersOnly && security == nullptr)
     {
         return false;
     }

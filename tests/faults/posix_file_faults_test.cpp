@@ -3,6 +3,7 @@
 // folder; the database does not.
 
 #include "port/com.h"
+#include "signutils/measures.h"
 #include "signutils/signutils.h"
 #include "support/trace.h"
 #include "tests/testing/bank.h"
@@ -343,5 +344,33 @@ TEST_P(WorkFileFaults, LeaveTheAmountsRightOrToldAsUnknown)
 
 INSTANTIATE_TEST_SUITE_P(Kinds, WorkFileFaults, testing::ValuesIn(kFaults),
                          [](const auto& test) { return std::string(test.param.name); });
+
+class MeasuresFaults : public testing::TestWithParam<FileCall>
+{
+};
+
+// The one of before stays, and nothing beside it.
+TEST_P(MeasuresFaults, FileIsAsItWasAndTheReasonIsTold)
+{
+    const TemporaryFolder folder;
+    const ScopedEnvironment spool("SIGNUTILS_SPOOL", folder.Path("spool").c_str());
+    const std::string file = folder.Write("orders.prom", "before");
+    signutils::StartMeasures();
+    TSimpleString problem;
+    {
+        const FileFault fault(folder.Path(), {1, false, EIO, Bit(GetParam())});
+        EXPECT_FALSE(signutils::WriteMeasures(file.c_str(), problem));
+        EXPECT_TRUE(fault.WasUsed());
+    }
+    EXPECT_FALSE(problem.IsEmpty());
+    EXPECT_EQ(testing_support::ReadWholeFile(file), "before");
+    EXPECT_EQ(FilesBelow(folder.Path()).size(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, MeasuresFaults,
+                         testing::Values(FileCall::Open, FileCall::Write, FileCall::Flush,
+                                         FileCall::Rename),
+                         [](const auto& call)
+                         { return "Call" + std::to_string(static_cast<unsigned>(call.param)); });
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "port/files.h"
+#include "tests/testing/file_mode.h"
 #include "tests/testing/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -33,6 +34,17 @@ TEST(PosixFiles, NewFilesAreReadableByTheirOwnerOnly)
     ASSERT_TRUE(file.Open(folder.Path("spool").c_str(), OpenMode::Append));
     EXPECT_EQ(PermissionsOf(folder.Path("new")), 0600U);
     EXPECT_EQ(PermissionsOf(folder.Path("spool")), 0600U);
+}
+
+TEST(PosixFiles, NewFilesForReadersAreReadableByAllWhateverTheMask)
+{
+    const TemporaryFolder folder;
+    const testing_support::ScopedMask mask(077);
+    File file;
+    ASSERT_TRUE(file.Open(folder.Path("measures").c_str(), OpenMode::CreateNewForReaders));
+    EXPECT_EQ(PermissionsOf(folder.Path("measures")), 0644U);
+    EXPECT_FALSE(file.Open(folder.Path("measures").c_str(), OpenMode::CreateNewForReaders));
+    EXPECT_EQ(GetLastError(), 80U);
 }
 
 TEST(PosixFiles, NewFileIsNeverMadeThroughALink)

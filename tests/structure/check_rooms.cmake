@@ -22,7 +22,7 @@ set(may_engine support port amounts/engine_interfaces.h)
 set(may_schema database support)
 # The host judges through the public API only; a rule's limit reads as the leaf reads it.
 set(may_host schema amounts database support port
-  signutils/signutils.h signutils/check_outcome.h signutils/version.h
+  signutils/signutils.h signutils/check_outcome.h signutils/measures.h signutils/version.h
   signutils/amount_units.h signers/signer_info.h services/tag_rc.h containers/tarray.h
   # Pruning takes delivered lines out of the spool under the spool's own locks.
   services/event_line.h services/event_record.h services/event_spool.h services/sha256.h)

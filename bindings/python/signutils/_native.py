@@ -84,6 +84,8 @@ _STATUS_FUNCTIONS: dict[str, list[Any]] = {
     "SignUtilsComInitialize": [c_int32],
     "SignUtilsTraceOpen": [_TEXT, _HANDLE_OUT],
     "SignUtilsRegisterProtocol": [c_uint32, _TEXT],
+    "SignUtilsStartMeasures": [],
+    "SignUtilsWriteMeasures": [_TEXT],
     "SignUtilsGetProtocolName": [_HANDLE, c_uint32, _TEXT_OUT],
     "SignUtilsGetProtocolAt": [_HANDLE, c_int32, _INT_OUT, _UINT_OUT, _TEXT_OUT],
     "SignUtilsCreate": [_HANDLE, _TEXT, _HANDLE_OUT],

@@ -62,6 +62,14 @@ class Library:
             to_native("long_name", long_name),
         )
 
+    def start_measures(self) -> None:
+        """Counts and times checks, conversions and statements of the whole process from now on."""
+        self.call("SignUtilsStartMeasures")
+
+    def write_measures(self, path: str | os.PathLike[str]) -> None:
+        """Writes them for a monitoring server into a file, at once and whole."""
+        self.call("SignUtilsWriteMeasures", path_to_native("path", path))
+
 
 class Trace:
     """A trace file, opened for appending. Sessions and threads may share it."""

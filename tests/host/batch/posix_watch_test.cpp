@@ -1,6 +1,8 @@
 // signcheck watch as a whole: it is started, given orders, and told to end by a signal.
 
 #include "tests/host/batch/batch_world.h"
+#include "tests/testing/exposition_reader.h"
+#include "tests/testing/file_mode.h"
 
 #include <gmock/gmock.h>
 
@@ -134,6 +136,37 @@ TEST_F(PosixWatch, JudgesEachOrderOnceAndEndsCleanly)
     EXPECT_EQ(ReadWholeFile(m_folder.Path("errors")), "");
     EXPECT_THAT(Rows(), ElementsAre(Pair("A001.xml", 1), Pair("A002.xml", 1)));
     EXPECT_THAT(NamesInFolder(), ElementsAre(".signcheck-progress", "A001.xml", "A002.xml"));
+}
+
+TEST_F(PosixWatch, WritesItsMeasuresFromTheBeginningAndAtTheEnd)
+{
+    const std::string file = m_folder.Path("orders.prom");
+    const auto checks = [&file]
+    { return ExpositionReader(ReadWholeFile(file)).Sum("signutils_checks_total"); };
+    Child watch = Start({"--metrics", file});
+    ASSERT_TRUE(WaitUntil([&file] { return fs::exists(file); }));
+    EXPECT_EQ(checks(), 0.0);
+    EXPECT_EQ(ModeOf(file), 0644U);
+    Order("A001.xml");
+    ASSERT_TRUE(WaitUntil([this] { return LinesTold() >= 1; }));
+
+    EXPECT_EQ(watch.End(SIGTERM), 0);
+    EXPECT_EQ(checks(), 1.0);
+    EXPECT_EQ(ReadWholeFile(m_folder.Path("errors")), "");
+}
+
+TEST_F(PosixWatch, WritesItsMeasuresAgainWhileItRuns)
+{
+    const std::string file = m_folder.Path("orders.prom");
+    Child watch = Start({"--metrics", file});
+    Order("A001.xml");
+    EXPECT_TRUE(WaitUntil(
+        [&file]
+        {
+            return fs::exists(file) &&
+                   ExpositionReader(ReadWholeFile(file)).Sum("signutils_checks_total") == 1.0;
+        }));
+    EXPECT_EQ(watch.End(SIGTERM), 0);
 }
 
 TEST_F(PosixWatch, JudgesNoOrderBeforeItIsWhole)

@@ -20,6 +20,19 @@ class Operations(BankTest):
     def test_library_tells_its_version(self) -> None:
         self.assertRegex(LIBRARY.version, r"^\d+\.\d+\.\d+$")
 
+    def test_measures_count_the_checks_of_the_process(self) -> None:
+        LIBRARY.start_measures()
+        self.checked_session()
+        path = self.folder / "host.prom"
+        LIBRARY.write_measures(path)
+        text = path.read_text(encoding="utf-8")
+        self.assertRegex(text, r'signutils_checks_total\{source="host",verdict="success",.*\} \d+')
+
+    def test_measures_that_cannot_be_written_say_why(self) -> None:
+        LIBRARY.start_measures()
+        with self.assertRaisesRegex(OperationFailed, "cannot be written to .*: path not found"):
+            LIBRARY.write_measures(self.folder / "nowhere" / "host.prom")
+
     def test_names_of_a_certificate_are_found(self) -> None:
         session = self.checked_session()
         names = session.get_signer_names("ana ruiz")
