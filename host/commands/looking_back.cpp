@@ -2,6 +2,7 @@
 #include "host/commands/shared_options.h"
 #include "host/events_command.h"
 #include "host/history_command.h"
+#include "host/replay/replay_command.h"
 #include "host/reports_command.h"
 #include "host/statusreport/check_command.h"
 
@@ -43,6 +44,21 @@ constexpr OptionSpec kListFormat = {
 constexpr OptionSpec kPartnerFilter = {"partner", OptionKind::Text, "P", "of this partner only"};
 constexpr OptionSpec kServiceFilter = {"service", OptionKind::Text, "S", "of this service only"};
 constexpr OptionSpec kClientFilter = {"client", OptionKind::Text, "C", "of this client only"};
+constexpr OptionSpec kReplayedRules = {"rules", OptionKind::Text, "FILE",
+                                       "the rule file to judge by, such as rules export prints"};
+constexpr OptionSpec kReplayRemove = {"remove", OptionKind::Flag, "",
+                                      "without the holders and contracts that the file does not "
+                                      "name; else they stay as they are"};
+constexpr OptionSpec kReplayedType = {"type", OptionKind::Number, "N",
+                                      "order type of all orders, which the history does not hold; "
+                                      "else every one is tried"};
+constexpr OptionSpec kVeuMode = {"veu-mode",
+                                 OptionKind::Text,
+                                 "MODE",
+                                 "off: orders came with all signatures; on: signatures came one "
+                                 "by one; the history does not hold it; else both are tried",
+                                 false,
+                                 "off|on"};
 constexpr OptionSpec kOrderFilter = {"order-id", OptionKind::Text, "ID", "of this order only"};
 
 } // namespace
@@ -138,6 +154,14 @@ CommandFamily LookingBackCommands()
              statusreport::RunCheck,
              {{"One of the hand-off store",
                "signcheck report check handoff/STATUS/DUPONTSA/1.psr"}}},
+            {"replay",
+             "Judge the history again by changed rules",
+             {kReplayedRules, kDb, kReplayRemove, kReplayedType, kVeuMode, kPartnerFilter,
+              kServiceFilter, kClientFilter, kSince, kUntil, kAnswerFormat, kConfig, kJson},
+             RunReplay,
+             {{"Before a change is made", "signcheck replay --rules rules.toml"},
+              {"Orders of this year that all came with type 1 and every signature",
+               "signcheck replay --rules rules.toml --since 2026-01-01 --type 1 --veu-mode off"}}},
         },
         {{"report", "Look into one status report"}},
     };

@@ -42,7 +42,7 @@ int RunApply(const host::OptionValues& values)
     const host::Connection connection = host::ConnectionFrom(values);
     CDatabase database;
     PlannedChange planned;
-    Plan(values, connection, database, planned);
+    Plan(values, RuleFileArgument(values), connection, database, planned);
     const BookChange& change = planned.change;
     std::optional<authority::ChangeOfEffect> effect;
     if (!change.IsEmpty())

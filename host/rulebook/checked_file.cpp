@@ -16,8 +16,7 @@ constexpr std::int64_t kLargestFileMiB = 64;
 
 } // namespace
 
-CheckedFile CheckRuleFile(const host::OptionValues& values,
-                          const std::set<std::string>& knownHolders)
+const host::OptionValue& RuleFileArgument(const host::OptionValues& values)
 {
     const host::OptionValue* const path = values.Find("file");
     if (path == nullptr)
@@ -25,9 +24,14 @@ CheckedFile CheckRuleFile(const host::OptionValues& values,
         throw host::UsageRefusal("argument FILE is missing. Give the path of a rule file, such as "
                                  "signcheck rules export prints.");
     }
+    return *path;
+}
+
+CheckedFile CheckRuleFile(const host::OptionValue& path, const std::set<std::string>& knownHolders)
+{
     CheckedFile checked;
-    checked.name = host::Printable(path->text);
-    const std::string toml = host::ReadTextFile(*path, "the rule file", kLargestFileMiB);
+    checked.name = host::Printable(path.text);
+    const std::string toml = host::ReadTextFile(path, "the rule file", kLargestFileMiB);
     checked.file = ReadRuleFile(toml, checked.problems);
     Validate(checked.file, knownHolders, checked.problems);
     return checked;

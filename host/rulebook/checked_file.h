@@ -17,10 +17,12 @@ struct CheckedFile
     Problems problems;
 };
 
-/// Reads and checks the file of argument FILE. `knownHolders`: who besides those of the file may be
-/// named in rules. Raises UsageRefusal when there is no such file.
-CheckedFile CheckRuleFile(const host::OptionValues& values,
-                          const std::set<std::string>& knownHolders);
+/// The rule file that argument FILE names. Raises UsageRefusal when it is missing.
+const host::OptionValue& RuleFileArgument(const host::OptionValues& values);
+
+/// Reads and checks the file. `knownHolders`: who besides those of the file may be named in rules.
+/// Raises UsageRefusal when there is no such file.
+CheckedFile CheckRuleFile(const host::OptionValue& path, const std::set<std::string>& knownHolders);
 
 /// The identifiers of the book's holders.
 std::set<std::string> HolderIds(const RuleBook& book);

@@ -15,7 +15,7 @@ int RunDiff(const host::OptionValues& values)
     const host::Connection connection = host::ConnectionFrom(values);
     CDatabase database;
     PlannedChange planned;
-    Plan(values, connection, database, planned);
+    Plan(values, RuleFileArgument(values), connection, database, planned);
     std::optional<authority::ChangeOfEffect> effect;
     if (values.IsOn("effect"))
     {

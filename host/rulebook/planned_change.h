@@ -28,11 +28,10 @@ struct PlannedChange
     BookChange change;
 };
 
-/// Opens the database, reads it and the file of argument FILE, and compares them; --remove takes
-/// away what the file does not name. Problems of the file are told on standard error. Raises
-/// Refusal.
-void Plan(const host::OptionValues& values, const host::Connection& connection, CDatabase& database,
-          PlannedChange& planned);
+/// Opens the database, reads it and the rule file, and compares them; --remove takes away what the
+/// file does not name. Problems of the file are told on standard error. Raises Refusal.
+void Plan(const host::OptionValues& values, const host::OptionValue& file,
+          const host::Connection& connection, CDatabase& database, PlannedChange& planned);
 
 /// What the change does to the orders that are decided by the rules. Raises Refusal.
 authority::ChangeOfEffect EffectOf(CDatabase& database, const host::Connection& connection,

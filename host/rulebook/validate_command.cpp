@@ -77,7 +77,7 @@ std::string AsText(const CheckedFile& checked)
 
 int RunValidate(const host::OptionValues& values)
 {
-    const CheckedFile checked = CheckRuleFile(values, HoldersOfDatabase(values));
+    const CheckedFile checked = CheckRuleFile(RuleFileArgument(values), HoldersOfDatabase(values));
     if (values.IsOn("json"))
     {
         host::PrintJson(AsJson(checked));

@@ -9,6 +9,7 @@
 #include "schema/transaction.h"
 #include "support/codepage.h"
 
+#include <initializer_list>
 #include <optional>
 
 namespace scratch
@@ -27,14 +28,19 @@ void Open(CDatabase& database, const host::Connection& where)
     database.OpenEx(where.text.c_str(), CDatabase::kUseCursorLib | CDatabase::kNoOdbcDialog);
 }
 
-void Write(CDatabase& database, const rulebook::RuleBook& book)
+void Empty(CDatabase& database, std::initializer_list<const wchar_t*> tables)
 {
-    schema::Transaction transaction(database);
-    for (const wchar_t* const table :
-         {L"SSR_HOLDER", L"SSR_HOLDERID", L"SSR_CONTRACT", L"SSR_CONTRACTCUR", L"SSR_CONTRACTRULE"})
+    for (const wchar_t* const table : tables)
     {
         database.ExecuteSQLW((std::wstring(L"DELETE FROM ") + table).c_str());
     }
+}
+
+void Write(CDatabase& database, const rulebook::RuleBook& book)
+{
+    schema::Transaction transaction(database);
+    Empty(database, {L"SSR_HOLDER", L"SSR_HOLDERID", L"SSR_CONTRACT", L"SSR_CONTRACTCUR",
+                     L"SSR_CONTRACTRULE"});
     rulebook::WriteRuleBook(database, book);
     transaction.Commit();
 }
@@ -98,6 +104,14 @@ Copy::Copy(CDatabase& source, const host::Connection& connection, const rulebook
 void Copy::Replace(const rulebook::RuleBook& book)
 {
     Guarded(m_place.Where(), [&book](CDatabase& database) { Write(database, book); });
+}
+
+void Copy::ForgetChecks()
+{
+    Guarded(m_place.Where(),
+            [](CDatabase& database) {
+                Empty(database, {L"HST_SIGNRULES", L"EVT_JOURNAL"});
+            });
 }
 
 std::string Copy::Provenance() const

@@ -23,6 +23,10 @@ public:
     /// Puts another rule book in the place of the one that is there. Raises as the constructor.
     void Replace(const rulebook::RuleBook& book);
 
+    /// Deletes what checks have recorded in the copy, which grows with every one. Raises as the
+    /// constructor.
+    void ForgetChecks();
+
     const host::Connection& Where() const noexcept { return m_place.Where(); }
 
     /// One sentence: where the decisions came from, and what may differ where the copy could not be

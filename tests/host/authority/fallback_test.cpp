@@ -151,6 +151,30 @@ TEST_F(Fallback, IsToldOfChangesThatWouldHaveBeenAccepted)
     EXPECT_THAT(answer.output, HasSubstr("Accepted  if Siobhán O'Brien also signs."));
 }
 
+TEST_F(Fallback, IsToldByReplay)
+{
+    Run("GRANT SELECT ON HST_SIGNRULES TO signutils_host");
+    for (const char* const total : {"4000.00", "20000.00"})
+    {
+        RunSigncheck({"check",     m_order, "--db",       Db(),         "--partner",  "BODENSEE",
+                      "--service", "CCT",   "--client",   "FINANZ",     "--protocol", "9",
+                      "--type",    "1",     "--signers",  "Björn Weiß", "--total",    total,
+                      "--largest", total,   "--currency", "EUR"});
+    }
+    std::string toml =
+        RunSigncheck({"rules", "export", "--contract", "C-7001", "--db", Db()}).output;
+    toml.replace(toml.find("\"5000.00"), 8, "\"1000.00");
+    const std::string rules = m_folder.Write("rules.toml", toml);
+
+    const Answer answer = RunSigncheck({"replay", "--rules", rules, "--db", m_asHost});
+    const Answer within = RunSigncheck({"replay", "--rules", rules, "--db", Db()});
+
+    EXPECT_EQ(answer.status, 1);
+    ExpectToTellOfTheFile(answer);
+    EXPECT_THAT(answer.output, HasSubstr("1 of 2 past orders would now be refused"));
+    EXPECT_EQ(WithoutProvenance(answer.output), WithoutProvenance(within.output));
+}
+
 TEST_F(Fallback, IsToldInJson)
 {
     const auto provenance =
