@@ -113,14 +113,11 @@ void Connection::TryConnect(const ConnectionString& connexionString)
 
 void Connection::LearnProduct()
 {
-    char name[128] = {};
-    SQLSMALLINT length = 0;
-    CheckConnection(SQLGetInfo(m_handle.Get(), SQL_DBMS_NAME, name,
-                               static_cast<SQLSMALLINT>(sizeof name - 1), &length),
-                    kOpen);
-    m_dialect = &DialectOf(name);
-    m_crossing = StatementCrossing(
-        *m_dialect, m_dialect->product == Product::Sqlite ? DriverFile() : std::string());
+    m_dialect = &DialectOf(InfoText(SQL_DBMS_NAME));
+    // Not guessed where it is not told: statements would cross in the other way and lose letters.
+    m_crossing = StatementCrossing(*m_dialect, m_dialect->product == Product::Sqlite
+                                                   ? InfoText(SQL_DRIVER_NAME)
+                                                   : std::string());
 
     SQLUINTEGER extensions = 0;
     const SQLRETURN known = SQLGetInfo(m_handle.Get(), SQL_GETDATA_EXTENSIONS, &extensions,
@@ -129,15 +126,14 @@ void Connection::LearnProduct()
                      (extensions & SQL_GD_BOUND) != 0 && (extensions & SQL_GD_ANY_COLUMN) != 0;
 }
 
-std::string Connection::DriverFile()
+std::string Connection::InfoText(SQLUSMALLINT fact)
 {
-    // Not guessed where it is not told: statements would cross in the other way and lose letters.
-    char name[256] = {};
+    char text[256] = {};
     SQLSMALLINT length = 0;
-    CheckConnection(SQLGetInfo(m_handle.Get(), SQL_DRIVER_NAME, name,
-                               static_cast<SQLSMALLINT>(sizeof name - 1), &length),
-                    kOpen);
-    return name;
+    CheckConnection(
+        SQLGetInfo(m_handle.Get(), fact, text, static_cast<SQLSMALLINT>(sizeof text - 1), &length),
+        kOpen);
+    return text;
 }
 
 void Connection::SetUpSession(const ConnectionString& connexionString)

@@ -39,6 +39,9 @@ public:
     /// From now on each value is asked for on its own, whatever the dialect says.
     void ReadValuesOneByOne() noexcept { m_bindsColumns = false; }
 
+    /// What the driver tells of itself or the product, one of ODBC's SQL_… of texts.
+    std::string InfoText(SQLUSMALLINT fact);
+
     StatementHandle NewStatement(std::string_view operation);
     /// Runs a statement on a handle without an open result. Refuses a text that is more than one.
     void Run(const StatementHandle& handle, std::wstring_view statement,
@@ -81,8 +84,6 @@ private:
     void Connect(const ConnectionString& connexionString);
     void TryConnect(const ConnectionString& connexionString);
     void LearnProduct();
-    /// The driver's file name; empty when it does not tell.
-    std::string DriverFile();
     void SetUpSession(const ConnectionString& connexionString);
     void SetUpSqlite(const ConnectionString& connexionString);
     void CheckConnection(SQLRETURN returnCode, std::string_view operation);

@@ -4,14 +4,12 @@
 #include "database/connection_string.h"
 #include "database/crecordset.h"
 #include "database/guard_database.h"
+#include "host/driver_facts.h"
 #include "host/option_readers.h"
 #include "host/refusal.h"
 #include "host/text.h"
 #include "port/files.h"
 #include "support/codepage.h"
-
-#include <algorithm>
-#include <iterator>
 
 namespace host
 {
@@ -36,29 +34,11 @@ constexpr NeededTable kNeededTables[] = {
     {"EVT_JOURNAL", "EVENTKEY", false},
 };
 
-bool IsSqlite(const database::ConnectionString& connection)
-{
-    std::string driver = connection.Value("DRIVER");
-    std::transform(driver.begin(), driver.end(), driver.begin(),
-                   [](char letter) {
-                       return letter >= 'A' && letter <= 'Z'
-                                  ? static_cast<char>(letter + ('a' - 'A'))
-                                  : letter;
-                   });
-    return driver.find("sqlite") != std::string::npos;
-}
-
-// States of the driver manager, which found no driver or could not load it.
-bool IsDriverMissing(const std::string& state)
-{
-    return state.rfind("IM", 0) == 0 || state == "01000";
-}
-
 [[noreturn]] void RefuseOpen(const Connection& connection, const std::string& reason,
                              const std::string& state)
 {
     const bool isFileAtFault =
-        IsSqlite(database::ConnectionString(connection.text)) && !IsDriverMissing(state);
+        NamesSqlite(database::ConnectionString(connection.text)) && !IsDriverMissing(state);
     throw Refusal(kCouldNotRun,
                   connection.origin + ": the database " + Quoted(connection.shown) +
                       " cannot be opened: " + Printable(reason) +
@@ -74,7 +54,7 @@ void RequireEmbeddedFile(const Connection& connection)
 {
     const database::ConnectionString parts(connection.text);
     const std::string path = parts.Value("DATABASE");
-    if (!IsSqlite(parts) || path.empty() || port::FileExists(path.c_str()))
+    if (!NamesSqlite(parts) || path.empty() || port::FileExists(path.c_str()))
     {
         return;
     }
@@ -146,7 +126,7 @@ Connection ConnectionFrom(const OptionValues& values)
                            " Give one such as \"Driver=SQLite3;Database=signutils.db\".");
     }
     // The driver would make a file named after the whole connection string.
-    if (IsSqlite(parts) && parts.Value("DSN").empty() && parts.Value("FILEDSN").empty() &&
+    if (NamesSqlite(parts) && parts.Value("DSN").empty() && parts.Value("FILEDSN").empty() &&
         parts.Value("DATABASE").empty())
     {
         throw UsageRefusal(value->origin + ": the connection string " + Quoted(parts.Masked()) +
@@ -170,7 +150,7 @@ Connection ConnectionFrom(const OptionValues& values)
 void RefuseDatabaseInMemory(const Connection& connection)
 {
     const database::ConnectionString parts(connection.text);
-    if (IsSqlite(parts) && parts.Value("DATABASE").find(kInMemory) != std::string::npos)
+    if (NamesSqlite(parts) && parts.Value("DATABASE").find(kInMemory) != std::string::npos)
     {
         throw UsageRefusal(connection.origin + ": the database " + Quoted(connection.shown) +
                            " ends with this command. Name a file as Database=.");

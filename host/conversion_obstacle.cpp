@@ -3,25 +3,17 @@
 #include "amounts/com_guards.h"
 #include "amounts/engine_interfaces.h"
 #include "host/com_apartment.h"
+#include "host/order_path.h"
 #include "host/text.h"
 #include "port/class_advice.h"
 #include "port/files.h"
 #include "support/codepage.h"
-
-#include <algorithm>
 
 namespace host
 {
 
 namespace
 {
-
-// The folder with its final separator; "." where the path names none.
-std::string FolderOf(const std::string& path)
-{
-    const auto end = std::find_if(path.rbegin(), path.rend(), port::IsPathSeparator);
-    return end == path.rend() ? std::string(".") : std::string(path.begin(), end.base());
-}
 
 std::string EngineObstacle()
 {

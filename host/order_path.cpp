@@ -5,6 +5,7 @@
 #include "host/text.h"
 #include "port/files.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace host
@@ -41,6 +42,12 @@ std::string ExistingFilePath(const OptionValue& value, const std::string& what)
                            ". Give the path of " + what + ".");
     }
     return path;
+}
+
+std::string FolderOf(const std::string& path)
+{
+    const auto end = std::find_if(path.rbegin(), path.rend(), port::IsPathSeparator);
+    return end == path.rend() ? std::string(".") : std::string(path.begin(), end.base());
 }
 
 } // namespace host

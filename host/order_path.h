@@ -15,4 +15,7 @@ const OptionValue& OrderFileArgument(const OptionValues& values, const std::stri
 /// Windows-1252.
 std::string ExistingFilePath(const OptionValue& value, const std::string& what);
 
+/// The folder of a path with its final separator; "." where the path names none.
+std::string FolderOf(const std::string& path);
+
 } // namespace host

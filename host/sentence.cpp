@@ -12,4 +12,9 @@ std::string BecauseOf(const std::string& cause)
     return last == std::string::npos ? std::string(".") : ": " + shown.substr(0, last + 1) + ".";
 }
 
+std::string Counted(std::uint64_t count, const char* one, const char* several)
+{
+    return std::to_string(count) + " " + (count == 1 ? one : several);
+}
+
 } // namespace host

@@ -4,6 +4,7 @@
 
 #include "port/export.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -27,5 +28,8 @@ SIGNUTILS_PORT_API bool ErrorIsTerminal();
 
 /// The machine's name in its network, UTF-8; empty when the system does not tell.
 SIGNUTILS_PORT_API std::string MachineName();
+
+/// Whether a process of that number runs on this machine, whoever it belongs to.
+SIGNUTILS_PORT_API bool IsProcessRunning(std::uint32_t process);
 
 } // namespace port

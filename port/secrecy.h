@@ -19,12 +19,20 @@ struct FileRights
 {
     bool othersMayRead = false;  ///< anybody but the owner
     bool othersMayWrite = false; ///< anybody but the owner
-    std::string mode;            ///< as in "0644"
+    bool everybodyMayWrite = false;
+    bool isSticky = false; ///< a folder that everybody shares on purpose
+    std::string mode;      ///< as in "0644"
 };
 
 /// The rights of a file or folder. Where the platform has access lists in place of modes, and where
 /// the file cannot be looked at, others have none.
 SIGNUTILS_PORT_API FileRights RightsOf(const char* path);
+
+/// Whether the current user may write into a file that is there. The file is not touched.
+SIGNUTILS_PORT_API bool IsWritableFile(const char* path);
+
+/// Whether a file or folder that is there belongs to another user than the current one.
+SIGNUTILS_PORT_API bool BelongsToOther(const char* path);
 
 /// Whether the path itself is a link, wherever it leads.
 SIGNUTILS_PORT_API bool IsLink(const char* path);

@@ -2,13 +2,12 @@
 
 #include "database/cdatabase.h"
 #include "database/crecordset.h"
-#include "database/dialect.h"
 #include "schema/needed_columns.h"
+#include "schema/product_of.h"
 #include "schema/transaction.h"
 #include "support/numbers.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace schema
 {
@@ -37,26 +36,6 @@ const wchar_t* TablesQuery(Product product)
     return L"";
 }
 
-Product ProductOf(CDatabase& database)
-{
-    const char* name = database.GetDialect().name;
-    const std::optional<Product> product = FindProduct(name);
-    if (!product)
-    {
-        throw SchemaError(std::string("there are no table definitions for the database product '") +
-                          name + "'; use SQLite, PostgreSQL, MariaDB or SQL Server");
-    }
-    return *product;
-}
-
-// PostgreSQL folds names to small letters.
-std::string UpperCase(std::string name)
-{
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
-    return name;
-}
-
 std::vector<std::string> ExistingTables(CDatabase& database)
 {
     std::vector<std::string> names;
@@ -66,7 +45,7 @@ std::vector<std::string> ExistingTables(CDatabase& database)
     {
         CTString name;
         rows.GetFieldValue("TABLENAME", name);
-        names.push_back(UpperCase(name.SafeGetString()));
+        names.push_back(CapitalName(name.SafeGetString()));
     }
     rows.Close();
     return names;

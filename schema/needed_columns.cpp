@@ -10,16 +10,24 @@ namespace schema
 namespace
 {
 
-struct NeededColumns
+bool CanRead(CDatabase& database, const std::string& table, const std::string& columns)
 {
-    const char* table;
-    std::vector<std::string> columns;
-};
+    const std::string statement = "SELECT " + columns + " FROM " + table + " WHERE 1=0";
+    return database::GuardDatabase(
+        [&]
+        {
+            CRecordset rows(database);
+            rows.OpenW(CRecordset::kForwardOnly,
+                       std::wstring(statement.begin(), statement.end()).c_str(), 0);
+        },
+        [](const CDBException&) {}, [] {});
+}
 
-// As the first version made them; every later one has them too.
-const std::vector<NeededColumns>& AllNeededColumns()
+} // namespace
+
+const std::vector<NeededTable>& NeededTables()
 {
-    static const std::vector<NeededColumns> needed = {
+    static const std::vector<NeededTable> needed = {
         {"SSR_VERSION", {"VERSION", "NAME"}},
         {"SSR_HOLDER", {"HUID", "VPNAME", "FNAME", "LNAME", "OPPOSITION"}},
         {"SSR_HOLDERID", {"HUID", "CN", "SERIAL", "EXPIRDATE"}},
@@ -40,27 +48,12 @@ const std::vector<NeededColumns>& AllNeededColumns()
     return needed;
 }
 
-bool CanRead(CDatabase& database, const std::string& table, const std::string& columns)
-{
-    const std::string statement = "SELECT " + columns + " FROM " + table + " WHERE 1=0";
-    return database::GuardDatabase(
-        [&]
-        {
-            CRecordset rows(database);
-            rows.OpenW(CRecordset::kForwardOnly,
-                       std::wstring(statement.begin(), statement.end()).c_str(), 0);
-        },
-        [](const CDBException&) {}, [] {});
-}
-
-} // namespace
-
 std::vector<std::string> UnreadableColumns(CDatabase& database, const std::string& table)
 {
     std::vector<std::string> unreadable;
-    for (const NeededColumns& needed : AllNeededColumns())
+    for (const NeededTable& needed : NeededTables())
     {
-        if (table != needed.table)
+        if (table != needed.name)
         {
             continue;
         }

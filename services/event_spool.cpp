@@ -110,6 +110,11 @@ std::string EventSpool::Path(const char* ending) const
     return port::JoinPath(m_folder, m_name + ending);
 }
 
+std::string EventSpool::FileName() const
+{
+    return m_name + kSpoolEvents;
+}
+
 bool EventSpool::HoldsEvents() const
 {
     return SizeOf(Path(kSpoolEvents)) > 0;

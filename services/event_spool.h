@@ -31,6 +31,9 @@ public:
     /// delivers.
     EventSpool(std::string folder, std::string_view connection);
 
+    /// The name of the file with the waiting events, within the folder.
+    std::string FileName() const;
+
     /// Whether there is anything to deliver.
     bool HoldsEvents() const;
 

@@ -1,5 +1,6 @@
 #include "host/commands/families.h"
 #include "host/commands/shared_options.h"
+#include "host/doctor/doctor_command.h"
 #include "host/init_command.h"
 #include "host/prune/prune_command.h"
 
@@ -22,6 +23,23 @@ CommandFamily UpkeepCommands()
              {{"A sample bank to try signcheck on",
                "signcheck init --sample --db \"Driver=SQLite3;Database=bank.db\""},
               {"Bring the tables up to date", "signcheck init"}}},
+            {"doctor",
+             "Look at everything that a check needs, and name the remedy for what is wrong",
+             {{"folder", OptionKind::Text, "FOLDER",
+               "also look for what a killed run left in this folder of order files", true},
+              kDb,
+              kHandOff,
+              {"remove-leftovers", OptionKind::Text, "AGE",
+               "remove copies of rules, and work files in FOLDER, that a killed command left and "
+               "that are older: 90s, 30m, 12h or 2d"},
+              kAnswerFormat,
+              kConfig,
+              kJson},
+             doctor::RunDoctor,
+             {{"Is everything there that a check needs?", "signcheck doctor"},
+              {"The same for monitoring", "signcheck doctor --json"},
+              {"What did a kill leave behind, also beside the orders?",
+               "signcheck doctor orders"}}},
             {"prune",
              "Archive and remove what is from before a day",
              {kDb,

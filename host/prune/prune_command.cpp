@@ -17,6 +17,7 @@
 #include "host/refusal.h"
 #include "host/rulebook/iso_date.h"
 #include "host/schema_version.h"
+#include "host/sentence.h"
 #include "host/text.h"
 #include "support/codepage.h"
 
@@ -73,17 +74,12 @@ Counts CountsOf(const Manifest& manifest)
             rowsOf(kSpoolFile)};
 }
 
-std::string Counted(std::uint64_t count, const char* one, const char* several)
-{
-    return std::to_string(count) + " " + (count == 1 ? one : several);
-}
-
 std::string InWords(const Counts& counts)
 {
-    return Counted(counts.history, "history row", "history rows") + ", " +
-           Counted(counts.events, "audit event", "audit events") + ", " +
-           Counted(counts.reports, "status report", "status reports") + ", " +
-           Counted(counts.spool, "spool line", "spool lines");
+    return host::Counted(counts.history, "history row", "history rows") + ", " +
+           host::Counted(counts.events, "audit event", "audit events") + ", " +
+           host::Counted(counts.reports, "status report", "status reports") + ", " +
+           host::Counted(counts.spool, "spool line", "spool lines");
 }
 
 Json AsJson(const Counts& counts)
@@ -229,7 +225,7 @@ private:
         if (manifest.kept > 0)
         {
             host::AppendParagraph(text, "Kept",
-                                  Counted(manifest.kept, "event", "events") +
+                                  host::Counted(manifest.kept, "event", "events") +
                                       " that another spool on this machine still has");
         }
         host::Print(text);

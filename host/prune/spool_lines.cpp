@@ -7,7 +7,6 @@
 #include "port/files.h"
 #include "services/event_line.h"
 #include "services/event_spool.h"
-#include "services/sha256.h"
 #include "support/codepage.h"
 #include "support/folders.h"
 
@@ -138,7 +137,7 @@ Keys KeysInOtherSpools(const host::Connection& connection)
                                 " cannot be read. Check its rights: events that wait there must "
                                 "not be delivered a second time.");
     }
-    const std::string own = kFileStart + services::Sha256Hex(connection.text) + kEnding;
+    const std::string own = services::EventSpool(folder, connection.text).FileName();
     for (const std::string& name : names)
     {
         if (name == own || !name.starts_with(kFileStart) || !name.ends_with(kEnding))

@@ -70,7 +70,7 @@ std::vector<Leftover> LeftoverFiles()
             isFile ? ReadName(name.substr(0, name.size() - ending.size())) : std::nullopt;
         if (parts)
         {
-            found.push_back({"SQLite file", support::Utf8FromNarrow(port::JoinPath(folder, name)),
+            found.push_back({kKindOfFile, support::Utf8FromNarrow(port::JoinPath(folder, name)),
                              *parts, "delete the file"});
         }
     }

@@ -11,6 +11,9 @@ class CDatabase;
 namespace scratch
 {
 
+/// The kind of a copy that is a file.
+inline constexpr const char* kKindOfFile = "SQLite file";
+
 /// A copy that is there now: that of a command at work, or one that a kill left behind. Which of
 /// the two, its process tells, on the machine that runs it.
 struct Leftover

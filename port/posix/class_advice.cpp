@@ -1,5 +1,8 @@
 #include "port/class_advice.h"
 
+#include "port/posix/com_registry.h"
+#include "port/posix/native_text.h"
+
 namespace port
 {
 
@@ -12,6 +15,11 @@ const char* AdviceToRegister()
 const char* NameOfClassRegistry()
 {
     return "the class registry, signutils-com.ini,";
+}
+
+std::string ModuleNamedForClass(REFCLSID clsid)
+{
+    return FromNative(ModuleOfClass(clsid));
 }
 
 } // namespace port

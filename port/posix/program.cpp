@@ -1,6 +1,9 @@
 #include "port/program.h"
 
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
+#include <limits>
 #include <unistd.h>
 
 namespace port
@@ -37,6 +40,17 @@ std::string MachineName()
 {
     char name[256] = {};
     return gethostname(name, sizeof name - 1) == 0 ? std::string(name) : std::string();
+}
+
+bool IsProcessRunning(std::uint32_t process)
+{
+    // 0 and what is no pid_t would name groups of processes.
+    if (process == 0 ||
+        process > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max()))
+    {
+        return false;
+    }
+    return kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM;
 }
 
 } // namespace port

@@ -1,5 +1,9 @@
 #include "port/class_advice.h"
 
+#include "port/windows/native_text.h"
+
+#include <iterator>
+
 namespace port
 {
 
@@ -11,6 +15,18 @@ const char* AdviceToRegister()
 const char* NameOfClassRegistry()
 {
     return "Windows' registry";
+}
+
+std::string ModuleNamedForClass(REFCLSID clsid)
+{
+    wchar_t text[40] = {};
+    StringFromGUID2(clsid, text, static_cast<int>(std::size(text)));
+    const std::wstring key = std::wstring(L"CLSID\\") + text + L"\\InprocServer32";
+    std::wstring path(32768, L'\0');
+    DWORD bytes = static_cast<DWORD>(path.size() * sizeof(wchar_t));
+    const LSTATUS result = RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ,
+                                        nullptr, path.data(), &bytes);
+    return result == ERROR_SUCCESS ? FromNative(path.c_str()) : std::string();
 }
 
 } // namespace port

@@ -68,4 +68,17 @@ std::string MachineName()
                                                                          : std::string();
 }
 
+bool IsProcessRunning(std::uint32_t process)
+{
+    const HANDLE opened = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process);
+    if (opened == nullptr)
+    {
+        return process != 0 && GetLastError() == ERROR_ACCESS_DENIED;
+    }
+    DWORD status = 0;
+    const bool isRunning = GetExitCodeProcess(opened, &status) == 0 || status == STILL_ACTIVE;
+    CloseHandle(opened);
+    return isRunning;
+}
+
 } // namespace port

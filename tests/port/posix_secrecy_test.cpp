@@ -101,6 +101,44 @@ TEST(PosixRights, TellWhatOthersMayDo)
     EXPECT_EQ(port::RightsOf(folder.Path("missing").c_str()).mode, "");
 }
 
+TEST(PosixRights, TellWhatEverybodyMayDo)
+{
+    const TemporaryFolder folder;
+    fs::create_directory(folder.Path("folder"));
+    struct Case
+    {
+        unsigned mode;
+        bool write;
+        bool sticky;
+    };
+    for (const Case& each : {Case{0700, false, false}, Case{0775, false, false},
+                             Case{0777, true, false}, Case{01777, true, true}})
+    {
+        ASSERT_EQ(chmod(folder.Path("folder").c_str(), each.mode), 0);
+        const port::FileRights rights = port::RightsOf(folder.Path("folder").c_str());
+        EXPECT_EQ(rights.everybodyMayWrite, each.write) << each.mode;
+        EXPECT_EQ(rights.isSticky, each.sticky) << each.mode;
+    }
+}
+
+TEST(PosixRights, OfAnotherUserAreTold)
+{
+    EXPECT_EQ(port::BelongsToOther("/"), geteuid() != 0);
+    const TemporaryFolder folder;
+    EXPECT_FALSE(port::BelongsToOther(folder.Path().c_str()));
+    EXPECT_FALSE(port::BelongsToOther(folder.Path("missing").c_str()));
+}
+
+TEST(PosixRights, OfAFileThatMayNotBeWrittenAreTold)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder.Write("file", "x");
+    EXPECT_TRUE(port::IsWritableFile(file.c_str()));
+    EXPECT_FALSE(port::IsWritableFile(folder.Path("missing").c_str()));
+    ASSERT_EQ(chmod(file.c_str(), 0400), 0);
+    EXPECT_EQ(port::IsWritableFile(file.c_str()), geteuid() == 0);
+}
+
 TEST(PosixRights, AreThoseOfWhatALinkLeadsTo)
 {
     const TemporaryFolder folder;

@@ -2,12 +2,10 @@
 // output tells how it may differ.
 
 #include "database/cdatabase.h"
-#include "database/connection_string.h"
 #include "database/dialect.h"
-#include "database/guard_database.h"
 #include "host/scratch/leftovers.h"
-#include "schema/scripts.h"
 #include "support/codepage.h"
+#include "tests/host/host_user.h"
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
@@ -20,8 +18,6 @@ namespace
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-constexpr const char* kHost = "signutils_host";
 
 /// The bank on a server, and a user with the rights of a host: to read the rules and to insert what
 /// is recorded, but to create nothing.
@@ -36,24 +32,8 @@ protected:
         {
             GTEST_SKIP() << "on SQLite every copy is a file";
         }
-        const bool isPostgreSql = product == database::Product::PostgreSql;
         m_where = {Db(), "the bank", "option --db"};
-        // A role of PostgreSQL may be left from another test.
-        database::GuardDatabase(
-            [&]
-            {
-                Run(isPostgreSql ? "CREATE ROLE signutils_host LOGIN"
-                                 : "CREATE OR REPLACE USER signutils_host");
-            },
-            [](const CDBException&) {}, [] {});
-        const std::string folder = isPostgreSql ? "postgresql" : "mariadb";
-        const std::string grants =
-            ReadWholeFile(std::string(SIGNUTILS_SOURCES) + "/schema/" + folder + "/grants.sql");
-        for (const std::wstring& statement : schema::SplitStatements(support::WideFromUtf8(grants)))
-        {
-            m_source.ExecuteSQLW(statement.c_str());
-        }
-        m_asHost = database::ConnectionString(Db()).With("UID", kHost);
+        m_asHost = AsHostUser(m_source, Db());
     }
 
     void Run(const std::string& statement)

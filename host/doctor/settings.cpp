@@ -1,0 +1,128 @@
+#include "host/doctor/file_checks.h"
+
+#include "database/connection_string.h"
+#include "host/command_table.h"
+#include "host/order_path.h"
+#include "host/text.h"
+#include "port/environment.h"
+#include "port/files.h"
+#include "port/secrecy.h"
+#include "support/casefold.h"
+#include "support/codepage.h"
+#include "support/folders.h"
+
+#include <algorithm>
+
+namespace doctor
+{
+
+namespace
+{
+
+constexpr const char* kCheck = "settings";
+constexpr const char* kDisplayFile = "CtlVEU.INI";
+
+// A settings file with a password that others may read was refused before any command ran.
+void JudgeSettingsFile(const host::OptionValues& values, Findings& findings)
+{
+    const host::OptionValue* const file = values.Find(host::kConfigOption);
+    if (file == nullptr)
+    {
+        return;
+    }
+    const port::FileRights rights =
+        port::RightsOf(host::ExistingFilePath(*file, "the settings file").c_str());
+    if (rights.othersMayWrite)
+    {
+        findings.push_back(
+            {kCheck, Outcome::Warning,
+             "the settings file " + host::Quoted(file->text) + " has mode " + rights.mode +
+                 ": others may name another database and other limits there",
+             "Make it its owner's: chmod go-w " + host::Printable(file->text) + "."});
+    }
+}
+
+void JudgePassword(const host::OptionValues& values, Findings& findings)
+{
+    const host::OptionValue* const db = values.Find("db");
+    if (db != nullptr && db->origin == "option --db" &&
+        !database::ConnectionString(db->text).Secrets().empty())
+    {
+        findings.push_back({kCheck, Outcome::Warning,
+                            "the connection string on the command line holds a password, which "
+                            "every user of this machine can list",
+                            "Give it as SIGNCHECK_DB, or as field db of a --config file of mode "
+                            "600, and change the password."});
+    }
+}
+
+void JudgeDisplay(Findings& findings)
+{
+    const std::string folder = DoLoadPath();
+    if (!port::FileExists(port::JoinPath(folder, kDisplayFile).c_str()) &&
+        !port::FileExists((folder + kDisplayFile).c_str()))
+    {
+        findings.push_back({kCheck, Outcome::Warning,
+                            std::string(kDisplayFile) + " is not in the configuration folder " +
+                                host::Quoted(support::Utf8FromNarrow(folder)) +
+                                ": signcheck display cannot show orders",
+                            "Put it there, or name its folder with SIGNUTILS_CONFIG."});
+    }
+}
+
+void JudgeLanguage(Findings& findings)
+{
+    const std::string language = port::Environment("SIGNUTILS_LANG");
+    const bool isKnown = language.empty() ||
+                         support::EqualIgnoringAsciiCase(language.c_str(), "en") ||
+                         support::EqualIgnoringAsciiCase(language.c_str(), "fr");
+    if (!isKnown)
+    {
+        findings.push_back({kCheck, Outcome::Warning,
+                            "SIGNUTILS_LANG: " + host::Quoted(support::Utf8FromNarrow(language)) +
+                                " is an unknown language; messages are in English",
+                            "Set en or fr."});
+    }
+}
+
+void JudgeTimeout(Findings& findings)
+{
+    const std::string seconds = port::Environment("SIGNUTILS_DB_TIMEOUT");
+    if (seconds.find_first_not_of("0123456789") != std::string::npos)
+    {
+        findings.push_back(
+            {kCheck, Outcome::Warning,
+             "SIGNUTILS_DB_TIMEOUT: " + host::Quoted(support::Utf8FromNarrow(seconds)) +
+                 " is no number of seconds",
+             "Give whole seconds, such as 30."});
+    }
+}
+
+std::string InWords(const host::OptionValues& values)
+{
+    const host::OptionValue* const file = values.Find(host::kConfigOption);
+    const std::string language = port::Environment("SIGNUTILS_LANG");
+    return (file == nullptr ? std::string("no settings file")
+                            : "settings file " + host::Quoted(file->text)) +
+           ", messages in " +
+           (support::EqualIgnoringAsciiCase(language.c_str(), "fr") ? "French" : "English");
+}
+
+} // namespace
+
+Findings CheckSettings(const host::OptionValues& values)
+{
+    Findings findings;
+    JudgeSettingsFile(values, findings);
+    JudgePassword(values, findings);
+    JudgeDisplay(findings);
+    JudgeLanguage(findings);
+    JudgeTimeout(findings);
+    if (findings.empty())
+    {
+        findings.push_back({kCheck, Outcome::Ok, InWords(values), ""});
+    }
+    return findings;
+}
+
+} // namespace doctor

@@ -1,0 +1,175 @@
+// Faults that are planted with modes of files, a class registry file and users of POSIX.
+
+#include "tests/host/doctor/doctor_bank.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace testing_support
+{
+namespace
+{
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class PosixDoctor : public DoctorBank
+{
+protected:
+    void SetMode(const std::string& path, mode_t mode) const
+    {
+        ASSERT_EQ(chmod(path.c_str(), mode), 0) << path;
+    }
+};
+
+TEST_F(PosixDoctor, AStoreThatEveryUserMayWriteIsTold)
+{
+    SetMode(m_folder.Path("handoff"), 0777);
+
+    EXPECT_THAT(Told(Doctor(), "store"),
+                ElementsAre(AllOf(StartsWith("warning: the folder "), HasSubstr("(mode 0777)"),
+                                  HasSubstr("chmod o-w "))));
+}
+
+TEST_F(PosixDoctor, AStoreThatAGroupMayWriteIsInOrder)
+{
+    SetMode(m_folder.Path("handoff"), 02770);
+
+    EXPECT_THAT(Told(Doctor(), "store"),
+                ElementsAre(AllOf(StartsWith("ok: "), HasSubstr("mode 2770"))));
+}
+
+TEST_F(PosixDoctor, ASpoolThatIsSharedByEverybodyFails)
+{
+    SetMode(m_folder.Path("spool"), 01777);
+
+    const Answer answer = Doctor();
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(Told(answer, "spool"),
+                ElementsAre(AllOf(StartsWith("failed: "), HasSubstr("shared by everybody"),
+                                  HasSubstr("of the host's own"))));
+}
+
+TEST_F(PosixDoctor, AStoreThatCannotBeWrittenFails)
+{
+    if (geteuid() == 0)
+    {
+        GTEST_SKIP() << "root may write everywhere";
+    }
+    SetMode(m_folder.Path("handoff"), 0500);
+
+    const Answer answer = Doctor();
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(Told(answer, "store"),
+                ElementsAre(AllOf(StartsWith("failed: "), HasSubstr("cannot be written"),
+                                  HasSubstr("chmod u+rwx"))));
+}
+
+TEST_F(PosixDoctor, AStoreOfAnotherUserFails)
+{
+    const Answer answer = Doctor({"--hand-off", geteuid() == 0 ? "/proc/1/task" : "/"});
+    if (geteuid() == 0)
+    {
+        ASSERT_EQ(chown(m_folder.Path("handoff").c_str(), 65534, 65534), 0);
+        EXPECT_THAT(Told(Doctor(), "store"), ElementsAre(HasSubstr("belongs to another user")));
+        return;
+    }
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(Told(answer, "store"),
+                ElementsAre(AllOf(StartsWith("failed: "), HasSubstr("belongs to another user"),
+                                  HasSubstr("chown USER"))));
+}
+
+TEST_F(PosixDoctor, ADatabaseFileThatOthersMayReadIsTold)
+{
+    if (DatabaseFile().empty())
+    {
+        GTEST_SKIP() << "needs a database in a file";
+    }
+    SetMode(std::filesystem::path(DatabaseFile()).parent_path().string(), 0755);
+    SetMode(DatabaseFile(), 0644);
+
+    EXPECT_THAT(Told(Doctor(), "rights"),
+                ElementsAre(AllOf(StartsWith("warning: the database file has mode 0644"),
+                                  HasSubstr("chmod 600 "))));
+}
+
+TEST_F(PosixDoctor, AFolderOfTheDatabaseThatOthersMayWriteIsTold)
+{
+    if (DatabaseFile().empty())
+    {
+        GTEST_SKIP() << "needs a database in a file";
+    }
+    SetMode(std::filesystem::path(DatabaseFile()).parent_path().string(), 0770);
+    SetMode(DatabaseFile(), 0600);
+
+    EXPECT_THAT(Told(Doctor(), "rights"),
+                ElementsAre(AllOf(StartsWith("warning: the folder of the database file has mode "
+                                             "0770"),
+                                  HasSubstr("chmod 700 "))));
+}
+
+TEST_F(PosixDoctor, AnEngineThatNoRegistryNamesFails)
+{
+    const ScopedEnvironment registry("SIGNUTILS_COM_REGISTRY", m_folder.Path("none.ini").c_str());
+
+    const Answer answer = Doctor();
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(Told(answer, "engine"),
+                ElementsAre(AllOf(StartsWith("failed: no conversion engine is registered"),
+                                  HasSubstr("signutils-com.ini"))));
+}
+
+TEST_F(PosixDoctor, AnEngineWhoseModuleIsNotThereFails)
+{
+    const std::string registry = m_folder.Write(
+        "com.ini", "[InprocServer32]\n{4894D747-9646-40D9-BFD9-2A31050BEC91} = nowhere.so\n");
+    const ScopedEnvironment named("SIGNUTILS_COM_REGISTRY", registry.c_str());
+
+    const Answer answer = Doctor();
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(Told(answer, "engine"),
+                ElementsAre(AllOf(StartsWith("failed: the conversion engine cannot be started"),
+                                  HasSubstr("can be loaded"))));
+}
+
+TEST_F(PosixDoctor, ASettingsFileThatOthersMayWriteIsTold)
+{
+    const std::string file = m_folder.Write("bank.toml", "[history]\nlimit = 20\n");
+    SetMode(file, 0666);
+
+    EXPECT_THAT(Told(Doctor({"--config", file}), "settings"),
+                ElementsAre(AllOf(StartsWith("warning: the settings file "), HasSubstr("mode 0666"),
+                                  HasSubstr("chmod go-w "))));
+}
+
+TEST_F(PosixDoctor, WithoutAFolderForTemporaryFilesFailsWhereItNeedsOne)
+{
+    // The test itself needs one.
+    const std::string command = "TMPDIR='" + m_folder.Path("nowhere") +
+                                "' '" SIGNCHECK_PROGRAM "' doctor --json --db '" + Db() + "' > '" +
+                                m_folder.Path("answer") + "'";
+    const int ended = std::system(command.c_str());
+    Answer answer;
+    answer.output = ReadWholeFile(m_folder.Path("answer"));
+
+    EXPECT_TRUE(WIFEXITED(ended) && WEXITSTATUS(ended) == 1);
+    EXPECT_THAT(Told(answer, "engine"),
+                ElementsAre(AllOf(StartsWith("failed: "), HasSubstr("TMPDIR"))));
+    EXPECT_THAT(Told(answer, "copies"),
+                ElementsAre(AllOf(StartsWith("failed: "), HasSubstr("TMPDIR"))));
+}
+
+} // namespace
+} // namespace testing_support
