@@ -104,8 +104,8 @@ void AddWaiting(const std::string& name, const SpoolFile& file, bool isOurs, Fin
     {
         findings.push_back(
             {kCheck, Outcome::Warning, waiting + "this database, " + Since(file),
-             "The next check on this connection string delivers them. Where they stay, the trace "
-             "of a check (--trace) tells what the database says of them."});
+             "Each check on this connection string delivers some of them. Where they stay, the "
+             "trace of a check (--trace) tells what the database says of them."});
     }
     else if (name == services::EventSpool("", "").FileName())
     {
@@ -121,7 +121,7 @@ void AddWaiting(const std::string& name, const SpoolFile& file, bool isOurs, Fin
         findings.push_back(
             {kCheck, Outcome::Warning,
              waiting + "another connection string in " + name + ", " + Since(file),
-             "The next check on that very string delivers them. After a change of the string, of "
+             "Checks on that very string deliver them. After a change of the string, of "
              "a password too, give the old one to a last check."});
     }
 }
@@ -136,7 +136,7 @@ void AddFile(const std::string& name, const SpoolFile& file, bool isOurs, Findin
              name + " has " +
                  host::Counted(file.torn, "line that is no event", "lines that are no events") +
                  ", torn by a crash or being written at this moment",
-             "The next delivery sets such lines aside in a file beside it that ends in .damaged; "
+             "A delivery sets such lines aside in a file beside it that ends in .damaged; "
              "until then leave them."});
     }
 }

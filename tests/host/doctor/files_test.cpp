@@ -109,7 +109,7 @@ TEST_F(DoctorFiles, WaitingEventsAreToldWithTheirNumberAndAge)
     EXPECT_THAT(Told(answer, "spool"),
                 ElementsAre(AllOf(StartsWith("warning: 2 events wait for this database, the oldest "
                                              "since 2026-03-28 09:00:00"),
-                                  HasSubstr("The next check on this connection string delivers"))));
+                                  HasSubstr("Each check on this connection string delivers"))));
 }
 
 TEST_F(DoctorFiles, EventsOfOtherConnectionStringsAreToldAsSuch)
