@@ -5,6 +5,7 @@
 #include "port/secrecy.h"
 #include "support/codepage.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
@@ -106,6 +107,12 @@ Findings JudgeFolder(const ServiceFolder& folder)
                      ", and see who else has put files there."}};
     }
     return {};
+}
+
+bool IsRefused(const Findings& findings)
+{
+    return std::any_of(findings.begin(), findings.end(),
+                       [](const Finding& each) { return each.outcome == Outcome::Failed; });
 }
 
 std::string FolderInWords(const std::string& path)

@@ -20,6 +20,10 @@ struct ServiceFolder
 /// What is wrong with the folder, or that it is not there yet; nothing for one that can be used.
 Findings JudgeFolder(const ServiceFolder& folder);
 
+/// Whether one of them says that the library would not use the folder, whose content is not looked
+/// at then.
+bool IsRefused(const Findings& findings);
+
 /// The folder in quotes, with its rights where the platform has modes: "'/srv/handoff', mode 0700".
 std::string FolderInWords(const std::string& path);
 

@@ -188,7 +188,7 @@ Findings CheckSpool(const std::string& connexionString)
     const std::string folder = support::SpoolFolder();
     Findings findings =
         JudgeFolder({kCheck, folder, port::Environment(kVariable).empty() ? "" : kVariable});
-    if (!port::FolderExists(folder.c_str()))
+    if (IsRefused(findings) || !port::FolderExists(folder.c_str()))
     {
         return findings;
     }

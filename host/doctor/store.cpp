@@ -98,7 +98,7 @@ Findings CheckStore(const host::OptionValues& values)
 {
     const ServiceFolder folder = StoreFolder(values);
     Findings findings = JudgeFolder(folder);
-    if (!port::FolderExists(folder.path.c_str()))
+    if (IsRefused(findings) || !port::FolderExists(folder.path.c_str()))
     {
         return findings;
     }
