@@ -70,6 +70,12 @@ SignUtilsStatus FillSigners(SignUtilsSession*)
     return status;
 }
 
+SignUtilsStatus WriteMeasuresNowhere(SignUtilsSession*)
+{
+    EXPECT_EQ(SignUtilsStartMeasures(), SIGNUTILS_OK);
+    return SignUtilsWriteMeasures("no such folder/host.prom");
+}
+
 SignUtilsStatus ReadLastCheck(SignUtilsSession* session)
 {
     SignUtilsCheck check = {};
@@ -162,6 +168,7 @@ const MemoryCase kMemoryCases[] = {
     {"GetSignerNames", FindNames},
     {"GetProtocols", ReadProtocols},
     {"LogEvent", [](SignUtilsSession* s) { return SignUtilsLogEvent(s, 0, kLong); }},
+    {"WriteMeasures", WriteMeasuresNowhere},
     {"RefusedText", [](SignUtilsSession* s) { return SignUtilsSetRefRequest(s, "\u0141"); }},
 };
 
