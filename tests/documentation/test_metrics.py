@@ -4,6 +4,7 @@ import json
 import re
 import unittest
 from pathlib import Path
+from typing import Dict, List, Set, Tuple
 
 DOCS = Path(__file__).resolve().parents[2] / "docs"
 PAGE = (DOCS / "metrics.md").read_text(encoding="utf-8")
@@ -17,12 +18,12 @@ SELECTOR = re.compile(r"(signutils_[a-z_]+)\{([^}]*)\}")
 GROUPING = re.compile(r"\bby \(([^)]*)\)")
 
 
-def documented():
+def documented() -> Dict[str, Tuple[str, Set[str]]]:
     """Type and labels by name."""
     return {name: (kind, set(re.findall(r"`([a-z]+)`", labels))) for name, kind, labels in ROW.findall(PAGE)}  # fmt: skip
 
 
-def samples():
+def samples() -> Dict[str, Set[str]]:
     """Labels by the names that samples have."""
     names = {}
     for name, (kind, labels) in documented().items():
@@ -32,7 +33,7 @@ def samples():
     return names
 
 
-def expressions():
+def expressions() -> List[str]:
     """Those of the panels and of the variables, and those of the page."""
     found = [target["expr"] for panel in DASHBOARD["panels"] for target in panel["targets"]]
     found += [each["definition"] for each in DASHBOARD["templating"]["list"] if "definition" in each]
@@ -41,12 +42,12 @@ def expressions():
 
 
 class Names(unittest.TestCase):
-    def test_page_lists_what_is_written(self):
+    def test_page_lists_what_is_written(self) -> None:
         written = dict(WRITTEN.findall(PAGE))
         self.assertGreaterEqual(len(written), 9)
         self.assertEqual({name: kind for name, (kind, _) in documented().items()}, written)
 
-    def test_expressions_ask_for_documented_samples(self):
+    def test_expressions_ask_for_documented_samples(self) -> None:
         self.assertGreaterEqual(len(expressions()), 20)
         for expression in expressions():
             names = NAME.findall(expression)
@@ -54,7 +55,7 @@ class Names(unittest.TestCase):
             for name in names:
                 self.assertIn(name, samples(), expression)
 
-    def test_expressions_use_labels_that_there_are(self):
+    def test_expressions_use_labels_that_there_are(self) -> None:
         for expression in expressions():
             for name, selector in SELECTOR.findall(expression):
                 for label in re.findall(r"([a-z]+)\s*(?:=~|!=|=)", selector):
@@ -66,19 +67,19 @@ class Names(unittest.TestCase):
 
 
 class Dashboard(unittest.TestCase):
-    def test_every_documented_name_is_shown(self):
+    def test_every_documented_name_is_shown(self) -> None:
         shown = {name for expression in expressions() for name in NAME.findall(expression)}
         for name in documented():
             self.assertTrue(any(each.startswith(name) for each in shown), name)
 
-    def test_brackets_of_expressions_are_paired(self):
+    def test_brackets_of_expressions_are_paired(self) -> None:
         for expression in expressions():
             outside = re.sub(r'"[^"]*"', "", expression)
-            for opening, closing in ("()", "{}", "[]"):
+            for opening, closing in (("(", ")"), ("{", "}"), ("[", "]")):
                 self.assertEqual(outside.count(opening), outside.count(closing), expression)
 
-    def test_panels_are_whole_and_lie_beside_each_other(self):
-        taken = set()
+    def test_panels_are_whole_and_lie_beside_each_other(self) -> None:
+        taken: Set[Tuple[int, int]] = set()
         numbers = [panel["id"] for panel in DASHBOARD["panels"]]
         self.assertEqual(len(numbers), len(set(numbers)))
         for panel in DASHBOARD["panels"]:
