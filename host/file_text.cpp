@@ -1,15 +1,12 @@
 #include "host/file_text.h"
 
-#include "port/files.h"
-
 namespace host
 {
 
-std::optional<std::string> FileText(const std::string& path, std::int64_t from)
+std::optional<std::string> TextFrom(port::File& file, std::int64_t from)
 {
     constexpr std::size_t kBlock = 65536;
-    port::File file;
-    if (!file.Open(path.c_str(), port::OpenMode::Read) || !file.Seek(from))
+    if (!file.Seek(from))
     {
         return std::nullopt;
     }
@@ -28,6 +25,12 @@ std::optional<std::string> FileText(const std::string& path, std::int64_t from)
         }
         text.append(block, 0, static_cast<std::size_t>(count));
     }
+}
+
+std::optional<std::string> FileText(const std::string& path, std::int64_t from)
+{
+    port::File file;
+    return file.Open(path.c_str(), port::OpenMode::Read) ? TextFrom(file, from) : std::nullopt;
 }
 
 } // namespace host

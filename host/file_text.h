@@ -1,11 +1,16 @@
 #pragma once
 
+#include "port/files.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 
 namespace host
 {
+
+/// What an open file holds from a position on; nothing when it cannot be read.
+std::optional<std::string> TextFrom(port::File& file, std::int64_t from);
 
 /// The bytes of a file from a position on; nothing when it cannot be read. `path` is Windows-1252.
 std::optional<std::string> FileText(const std::string& path, std::int64_t from = 0);

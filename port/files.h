@@ -36,6 +36,7 @@ enum class OpenMode
     CreateNewForReaders, ///< as CreateNew, but every user may read it, whatever the umask; on
                          ///< Windows those whom its folder lets
     Append,              ///< created for its owner only when missing; writes go to the end
+    AppendNoLink,        ///< as Append, but a link of that name is refused, wherever it leads
 };
 
 /// A binary file in blocks. Not shared between threads.

@@ -44,6 +44,11 @@ std::string HandOffFolder()
     return ServiceFolder("SIGNUTILS_HANDOFF", "handoff");
 }
 
+std::string ProgressFolder()
+{
+    return ServiceFolder("SIGNCHECK_PROGRESS", "progress");
+}
+
 } // namespace support
 
 std::string DoLoadPath()

@@ -9,6 +9,10 @@ namespace support
 std::string SpoolFolder();   ///< SIGNUTILS_SPOOL
 std::string HandOffFolder(); ///< SIGNUTILS_HANDOFF
 
+/// The folder in which signcheck keeps what it judged of many orders: SIGNCHECK_PROGRESS when set,
+/// else below the state folder.
+std::string ProgressFolder();
+
 } // namespace support
 
 /// The configuration folder with its final separator: SIGNUTILS_CONFIG, else /etc/signutils when

@@ -1,6 +1,7 @@
 #include "host/batch/batch_command.h"
 
 #include "host/batch/crew.h"
+#include "host/batch/journal_place.h"
 #include "host/batch/leftovers.h"
 #include "host/batch/metrics_file.h"
 #include "host/batch/order_folder.h"
@@ -49,14 +50,14 @@ Source SourceFrom(const OptionValues& values, const RunTerms& run, const OptionV
                                " is a list, which has the terms itself. Leave one of them out.");
         }
         source.orders = ReadOrderList(given, values);
-        source.journal = JournalPath(values, path + ".progress");
+        source.journal = JournalPath(values, path);
         return source;
     }
     FolderContent content = ReadOrderFolder(path);
     source.folder = path;
     source.orders = std::move(content.orders);
     source.workFiles = std::move(content.workFiles);
-    source.journal = JournalPath(values, path + port::PathSeparator() + kFolderJournal);
+    source.journal = JournalPath(values, path);
     return source;
 }
 

@@ -2,7 +2,12 @@
 
 #include "host/query.h"
 #include "host/refusal.h"
+#include "support/codepage.h"
 #include "support/numbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
 
 namespace batch
 {
@@ -14,6 +19,48 @@ std::string Trimmed(std::string text)
 {
     text.erase(text.find_last_not_of(' ') + 1);
     return text;
+}
+
+// What the history keeps of an order identifier and of a list of signers.
+constexpr std::size_t kOrderIdKept = 10;
+constexpr std::size_t kSignersKept = 2048;
+
+const std::vector<std::string> kColumns = {"SERVER", "STATUT", "VPNAME",   "TYPE_PTC",
+                                           "VFNAME", "VCNAME", "ORDERID",  "MOTIF",
+                                           "CNS",    "TOTAL",  "MAXORDER", "FILENAME"};
+
+double AmountIn(const host::QueryRow& row, const char* column)
+{
+    return support::ToDouble(row.at(column).c_str());
+}
+
+// The row has six decimals, and may have gone through a text of fifteen digits.
+bool IsSameAmount(double recorded, double given)
+{
+    constexpr double kDecimals = 1e-6;
+    constexpr double kDigits = 1e-14;
+    return std::abs(recorded - given) <= std::max(kDecimals, kDigits * std::abs(given));
+}
+
+// Products may compare without case, so the rows are compared here once more.
+bool IsOn(const host::CheckRequest& request, const host::QueryRow& row)
+{
+    const auto isText = [&row](const char* column, const std::string& utf8)
+    { return Trimmed(row.at(column)) == Trimmed(utf8); };
+    const auto isNarrow = [&isText](const char* column, const std::string& narrow)
+    { return isText(column, support::Utf8FromNarrow(narrow)); };
+    const bool isContract =
+        isNarrow("VPNAME", request.partner) && isNarrow("VFNAME", request.service) &&
+        isNarrow("VCNAME", request.client) && host::NumberIn(row, "TYPE_PTC") == request.protocol &&
+        host::NumberIn(row, "SERVER") == (request.isRequester ? 0 : 1);
+    const bool isOrder =
+        isText("FILENAME", request.fileShown) &&
+        isNarrow("ORDERID", request.orderId.substr(0, kOrderIdKept)) &&
+        isText("CNS", support::Utf8FromWide(request.signers.substr(0, kSignersKept).c_str()));
+    const bool isAmount =
+        request.amountsFromFile || (IsSameAmount(AmountIn(row, "TOTAL"), request.total) &&
+                                    IsSameAmount(AmountIn(row, "MAXORDER"), request.largest));
+    return isContract && isOrder && isAmount;
 }
 
 } // namespace
@@ -68,27 +115,27 @@ long long HistoryReader::Newest()
     }
 }
 
-std::optional<RecordedDecision> HistoryReader::DecisionOf(const std::string& path, long long after)
+std::optional<RecordedDecision> HistoryReader::DecisionOn(const host::CheckRequest& request,
+                                                          long long after)
 {
     host::Conditions conditions;
     conditions.GreaterNumber("ROWNO", after);
-    conditions.Equal("FILENAME", path);
+    conditions.Equal("FILENAME", request.fileShown);
     std::optional<RecordedDecision> decision;
     host::ForEachRow(*m_database, m_connection,
-                     "SELECT STATUT, MOTIF, TOTAL, MAXORDER, FILENAME FROM HST_SIGNRULES" +
+                     "SELECT SERVER, STATUT, VPNAME, TYPE_PTC, VFNAME, VCNAME, ORDERID, MOTIF, "
+                     "CNS, TOTAL, MAXORDER, FILENAME FROM HST_SIGNRULES" +
                          conditions.Clause() + " ORDER BY ROWNO",
-                     {"STATUT", "MOTIF", "TOTAL", "MAXORDER", "FILENAME"},
+                     kColumns,
                      [&](const host::QueryRow& row)
                      {
-                         // A product may take letters of either case for the same.
-                         if (Trimmed(row.at("FILENAME")) != Trimmed(path))
+                         if (!IsOn(request, row))
                          {
                              return true;
                          }
-                         decision = {
-                             static_cast<unsigned int>(support::ToInt32(row.at("STATUT").c_str())),
-                             Trimmed(row.at("MOTIF")), support::ToDouble(row.at("TOTAL").c_str()),
-                             support::ToDouble(row.at("MAXORDER").c_str())};
+                         decision = {static_cast<unsigned int>(host::NumberIn(row, "STATUT")),
+                                     Trimmed(row.at("MOTIF")), AmountIn(row, "TOTAL"),
+                                     AmountIn(row, "MAXORDER")};
                          return false;
                      });
     return decision;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/cdatabase.h"
+#include "host/check_request.h"
 #include "host/connection.h"
 
 #include <memory>
@@ -28,9 +29,10 @@ public:
 
     /// Number of the newest row, 0 without any; also shows that the database answers.
     long long Newest();
-    /// The decision on the order file that was recorded behind row `after`; asked behind Newest.
-    /// `path` is as the check was given it, UTF-8.
-    std::optional<RecordedDecision> DecisionOf(const std::string& path, long long after);
+    /// The decision on what the request asks that was recorded behind row `after`; asked behind
+    /// Newest. A row of the same file counts only when contract, order identifier, signers and the
+    /// amounts that were given are the request's.
+    std::optional<RecordedDecision> DecisionOn(const host::CheckRequest& request, long long after);
 
 private:
     void Open();

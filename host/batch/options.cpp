@@ -31,8 +31,7 @@ constexpr OptionSpec kJobs = {"jobs", OptionKind::Number, "N",
 constexpr OptionSpec kSidecar = {"sidecar", OptionKind::Flag, "",
                                  "each order has its own terms beside it, in ORDER.terms"};
 constexpr OptionSpec kJournal = {"journal", OptionKind::Text, "FILE",
-                                 "where the progress is kept; else .signcheck-progress in the "
-                                 "folder, or LIST.progress"};
+                                 "where the progress is kept; else in a folder of the user's own"};
 constexpr OptionSpec kRemoveLeftovers = {"remove-leftovers", OptionKind::Text, "AGE",
                                          "remove work files of killed runs that are older than "
                                          "that: 90s, 30m, 12h or 2d"};

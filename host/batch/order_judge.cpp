@@ -1,5 +1,6 @@
 #include "host/batch/order_judge.h"
 
+#include "host/batch/asked.h"
 #include "host/batch/order_path.h"
 #include "host/batch/terms.h"
 #include "host/judgement.h"
@@ -167,14 +168,15 @@ OrderResult OrderJudge::JudgeLocked(const Order& order, const std::string& versi
         result.error = lock.IsHeldByOther() ? lock.Obstacle() : lock.Failure();
         return result;
     }
+    const std::string asked = DigestOfAsked(*result.request);
     std::optional<RecordedDecision> recorded;
     long long newest = 0;
     try
     {
         newest = m_history.Newest();
-        if (const auto begun = m_journal.Find(order.key, version); begun)
+        if (const auto begun = m_journal.Find(order.key, version); begun && begun->asked == asked)
         {
-            recorded = m_history.DecisionOf(order.path, begun->after);
+            recorded = m_history.DecisionOn(*result.request, begun->after);
         }
     }
     catch (const Refusal& refusal)
@@ -189,8 +191,8 @@ OrderResult OrderJudge::JudgeLocked(const Order& order, const std::string& versi
     }
     else
     {
-        m_journal.Begin(order.key, version, newest);
-        AskLibraryOnce(order, version, result);
+        m_journal.Begin(order.key, version, newest, asked);
+        AskLibraryOnce(order, asked, result);
     }
     if (result.IsJudged())
     {
@@ -199,7 +201,7 @@ OrderResult OrderJudge::JudgeLocked(const Order& order, const std::string& versi
     return result;
 }
 
-void OrderJudge::AskLibraryOnce(const Order& order, const std::string& version, OrderResult& result)
+void OrderJudge::AskLibraryOnce(const Order& order, const std::string& asked, OrderResult& result)
 {
     const CheckRequest& request = *result.request;
     std::vector<std::string> warnings = host::WarningsBefore(request);
@@ -222,7 +224,7 @@ void OrderJudge::AskLibraryOnce(const Order& order, const std::string& version, 
     {
         warnings.push_back(std::move(warning));
     }
-    if (VersionOf(order.path) != version)
+    if (DigestOfAsked(request) != asked)
     {
         warnings.emplace_back("the order file was changed or taken away while it was judged. Put "
                               "orders into the folder whole, by renaming them.");

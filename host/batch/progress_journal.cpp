@@ -1,11 +1,12 @@
 #include "host/batch/progress_journal.h"
 
+#include "host/batch/order_path.h"
 #include "host/file_text.h"
 #include "host/option_readers.h"
 #include "host/order_lock.h"
 #include "host/refusal.h"
 #include "host/text.h"
-#include "support/codepage.h"
+#include "port/secrecy.h"
 
 #include <nlohmann/json.hpp>
 
@@ -24,7 +25,10 @@ constexpr std::size_t kSpareLines = 1000;
 
 std::string LineOfBegun(const std::string& key, const Progress& progress)
 {
-    return ordered_json({{"begun", key}, {"file", progress.version}, {"after", progress.after}})
+    return ordered_json({{"begun", key},
+                         {"file", progress.version},
+                         {"asked", progress.asked},
+                         {"after", progress.after}})
         .dump();
 }
 
@@ -42,15 +46,38 @@ std::string LineOfDone(const std::string& key, const Progress& progress, const s
 ProgressJournal::ProgressJournal(const std::string& path, const std::string& holder)
     : m_path(path), m_narrow(host::NarrowText({path, "the progress journal"}))
 {
+    RequireOwnFolder();
     TakeLock(holder);
+    Open();
     Read();
-    OpenToAppend();
+    CutOff();
 }
 
 void ProgressJournal::Refuse(const std::string& what, const std::string& remedy) const
 {
     throw host::Refusal(host::kCouldNotRun, "the progress journal " + host::Quoted(m_path) + " " +
                                                 what + ". " + remedy);
+}
+
+// Whoever may write the folder can put a journal of his own in the place of this one.
+void ProgressJournal::RequireOwnFolder() const
+{
+    const std::string folder = FolderOf(m_path);
+    const std::string narrow = host::NarrowText({folder, "the folder of the progress journal"});
+    if (port::BelongsToOther(narrow.c_str()))
+    {
+        Refuse("lies in the folder " + host::Quoted(folder) + " of another user",
+               "Name a file in a folder of this user with --journal, or leave that out.");
+    }
+    const port::FileRights rights = port::RightsOf(narrow.c_str());
+    if (rights.othersMayWrite)
+    {
+        Refuse("lies in the folder " + host::Quoted(folder) + " of mode " + rights.mode +
+                   ", so that others may put one of theirs in its place",
+               "Name a file in a folder of this user alone with --journal, or leave that out; or "
+               "take the right from others: chmod go-w " +
+                   host::Printable(folder));
+    }
 }
 
 void ProgressJournal::TakeLock(const std::string& holder)
@@ -70,13 +97,46 @@ void ProgressJournal::TakeLock(const std::string& holder)
                                "names another place.");
 }
 
+void ProgressJournal::RequireOwnFile() const
+{
+    const std::string remedy = "Remove it, or name another with --journal; what was judged is in "
+                               "the history (signcheck history).";
+    if (port::IsLink(m_narrow.c_str()))
+    {
+        Refuse("is a link", remedy);
+    }
+    if (port::BelongsToOther(m_narrow.c_str()))
+    {
+        Refuse("belongs to another user", remedy);
+    }
+    const port::FileRights rights = port::RightsOf(m_narrow.c_str());
+    if (rights.othersMayWrite)
+    {
+        Refuse("has mode " + rights.mode + ", so that others may have written into it", remedy);
+    }
+}
+
+void ProgressJournal::Open()
+{
+    RequireOwnFile();
+    const bool isOpen = m_file.Open(m_narrow.c_str(), port::OpenMode::AppendNoLink);
+    if ((isOpen || port::FolderExists(m_narrow.c_str())) && !port::FileExists(m_narrow.c_str()))
+    {
+        Refuse("is no regular file", "Name another with --journal.");
+    }
+    if (!isOpen)
+    {
+        Refuse("cannot be opened", "It and its folder must be readable and writable by this user; "
+                                   "--journal names another place.");
+    }
+}
+
 void ProgressJournal::Read()
 {
-    const bool isThere = port::FileExists(m_narrow.c_str());
-    const auto found = isThere ? host::FileText(m_narrow) : std::string();
+    const auto found = host::TextFrom(m_file, 0);
     if (!found)
     {
-        Refuse("cannot be read", "Give this user the right to read it.");
+        Refuse("cannot be read", "Check the disk, or name another with --journal.");
     }
     const std::string& text = *found;
     std::size_t begin = 0;
@@ -100,14 +160,15 @@ void ProgressJournal::ReadLine(const std::string& line, std::size_t number)
         if (number > 1 && object.contains("begun"))
         {
             m_known[object.at("begun").get<std::string>()] = {
-                object.at("file").get<std::string>(), false, object.at("after").get<long long>(),
-                0};
+                object.at("file").get<std::string>(), false, object.at("after").get<long long>(), 0,
+                object.at("asked").get<std::string>()};
             return;
         }
         if (number > 1 && object.contains("done"))
         {
-            m_known[object.at("done").get<std::string>()] = {
-                object.at("file").get<std::string>(), true, 0, object.at("at").get<long long>()};
+            m_known[object.at("done").get<std::string>()] = {object.at("file").get<std::string>(),
+                                                             true, 0,
+                                                             object.at("at").get<long long>(), ""};
             return;
         }
         if (number > 1 && object.contains("givenUp"))
@@ -125,11 +186,10 @@ void ProgressJournal::ReadLine(const std::string& line, std::size_t number)
            "history (signcheck history).");
 }
 
-void ProgressJournal::OpenToAppend()
+// What a kill cut short was not acknowledged: it goes.
+void ProgressJournal::CutOff()
 {
-    // What a kill cut short was not acknowledged: it goes.
-    if (!m_file.Open(m_narrow.c_str(), port::OpenMode::Append) ||
-        !m_file.Truncate(static_cast<std::int64_t>(m_whole)))
+    if (!m_file.Truncate(static_cast<std::int64_t>(m_whole)))
     {
         Refuse("cannot be written", "Its folder must be writable by this user; --journal names "
                                     "another place.");
@@ -169,10 +229,11 @@ bool ProgressJournal::IsDone(const std::string& key, const std::string& version)
     return progress && progress->isDone;
 }
 
-void ProgressJournal::Begin(const std::string& key, const std::string& version, long long after)
+void ProgressJournal::Begin(const std::string& key, const std::string& version, long long after,
+                            const std::string& asked)
 {
     const std::lock_guard guard(m_mutex);
-    const Progress progress{version, false, after, 0};
+    const Progress progress{version, false, after, 0, asked};
     Write(LineOfBegun(key, progress), true);
     m_known[key] = progress;
 }
@@ -181,7 +242,7 @@ void ProgressJournal::Done(const std::string& key, const std::string& version,
                            const std::string& outcome)
 {
     const std::lock_guard guard(m_mutex);
-    const Progress progress{version, true, 0, Now()};
+    const Progress progress{version, true, 0, Now(), ""};
     Write(LineOfDone(key, progress, outcome), false);
     m_known[key] = progress;
 }
@@ -222,7 +283,7 @@ void ProgressJournal::RewriteIfLong()
     const bool isWhole = m_file.Flush();
     m_file.Close();
     if (!isWhole || !port::MoveFileReplacing(fresh.c_str(), m_narrow.c_str()) ||
-        !m_file.Open(m_narrow.c_str(), port::OpenMode::Append))
+        !m_file.Open(m_narrow.c_str(), port::OpenMode::AppendNoLink))
     {
         Refuse("cannot be written", "Its folder must be writable by this user.");
     }

@@ -19,18 +19,23 @@ struct Progress
     bool isDone = false; ///< else it was begun, and nobody knows how it ended
     long long after = 0; ///< number of the newest history row before it was begun
     long long at = 0;    ///< seconds since 1970 when it was done
+    std::string asked;   ///< of what was begun: its contents and terms, see DigestOfAsked
 };
 
 /// Which orders were judged, over the ends of processes: a file of JSON lines, one when an order is
 /// begun, on disk before the library is asked, and one when it is done. So a file that was begun
 /// and is not done is the only one whose answer may be lost, and the history tells.
 ///
+/// What it says decides whether an order is judged. So it must be the user's alone, with its
+/// folder, and is never opened through a link.
+///
 /// One process at a time; its threads may share it.
 class ProgressJournal
 {
 public:
-    /// Opens or creates it. Raises host::Refusal with kCouldNotRun when another process works with
-    /// it, when it cannot be written, or when a line of it cannot be read. `holder` says who asks.
+    /// Opens or creates it; `path` is absolute, UTF-8. Raises host::Refusal with kCouldNotRun when
+    /// another process works with it, when others than this user may have written it, when it
+    /// cannot be written, or when a line of it cannot be read. `holder` says who asks.
     ProgressJournal(const std::string& path, const std::string& holder);
     ProgressJournal(const ProgressJournal&) = delete;
     ProgressJournal& operator=(const ProgressJournal&) = delete;
@@ -42,7 +47,8 @@ public:
     bool IsDone(const std::string& key, const std::string& version) const;
 
     // Raise host::Refusal with kCouldNotRun when the disk does not take the line.
-    void Begin(const std::string& key, const std::string& version, long long after);
+    void Begin(const std::string& key, const std::string& version, long long after,
+               const std::string& asked);
     void Done(const std::string& key, const std::string& version, const std::string& outcome);
     /// It was begun and the library did not judge: it is as if it had never been begun.
     void GiveUp(const std::string& key);
@@ -63,10 +69,13 @@ private:
     static constexpr long long kRememberedSeconds = 30LL * 24 * 3600;
 
     static long long Now();
+    void RequireOwnFolder() const;
     void TakeLock(const std::string& holder);
+    void RequireOwnFile() const;
+    void Open();
     void Read();
     void ReadLine(const std::string& line, std::size_t number);
-    void OpenToAppend();
+    void CutOff();
     void Write(const std::string& line, bool isFlushed);
     void RewriteIfLong();
     [[noreturn]] void Refuse(const std::string& what, const std::string& remedy) const;

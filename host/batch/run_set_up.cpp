@@ -1,6 +1,5 @@
 #include "host/batch/run_set_up.h"
 
-#include "host/batch/order_path.h"
 #include "host/output.h"
 #include "host/refusal.h"
 #include "host/schema_version.h"
@@ -48,12 +47,6 @@ void RequireDatabase(const host::Connection& connection)
         host::Warn(warning);
     }
     HistoryReader(connection).Newest();
-}
-
-std::string JournalPath(const host::OptionValues& values, const std::string& standard)
-{
-    const host::OptionValue* const given = values.Find("journal");
-    return given == nullptr ? standard : AbsolutePath(given->text);
 }
 
 } // namespace batch

@@ -17,10 +17,4 @@ RunTerms RunTermsFrom(const host::OptionValues& values, bool isFolder, const std
 /// old schema. Raises host::Refusal with kCouldNotRun.
 void RequireDatabase(const host::Connection& connection);
 
-/// The progress journal: --journal, else `standard`.
-std::string JournalPath(const host::OptionValues& values, const std::string& standard);
-
-/// The journal of a folder of orders, and the name that it has there.
-inline constexpr const char* kFolderJournal = ".signcheck-progress";
-
 } // namespace batch

@@ -2,6 +2,7 @@
 
 #include "host/batch/crew.h"
 #include "host/batch/drop_folder.h"
+#include "host/batch/journal_place.h"
 #include "host/batch/leftovers.h"
 #include "host/batch/metrics_file.h"
 #include "host/batch/order_folder.h"
@@ -105,8 +106,7 @@ int RunWatch(const OptionValues& values)
     const RunTerms run = RunTermsFrom(values, true, kHolder);
     MetricsFile metrics(values);
     RequireDatabase(run.connection);
-    ProgressJournal journal(JournalPath(values, path + port::PathSeparator() + kFolderJournal),
-                            kHolder);
+    ProgressJournal journal(JournalPath(values, path), kHolder);
     journal.Tidy([&path](const std::string& key)
                  { return VersionOf(path + port::PathSeparator() + key).has_value(); });
     TellLeftovers(path, values);

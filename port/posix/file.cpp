@@ -28,6 +28,8 @@ int FlagsOf(OpenMode mode)
     case OpenMode::CreateNew:
     case OpenMode::CreateNewForReaders:
         return O_RDWR | O_CREAT | O_EXCL;
+    case OpenMode::AppendNoLink:
+        return O_RDWR | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK; // waits for no other end
     case OpenMode::Append:
         break;
     }

@@ -42,12 +42,23 @@ Opening OpeningOf(OpenMode mode)
         // A link of that name is there already; it is not followed.
         return {GENERIC_READ | GENERIC_WRITE, CREATE_NEW,
                 FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT};
+    case OpenMode::AppendNoLink:
+        return {GENERIC_READ | FILE_APPEND_DATA, OPEN_ALWAYS,
+                FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT};
     case OpenMode::Append:
         break;
     }
     // Without the right to write elsewhere the system looks up the end with each write, so that
     // several writers do not meet.
     return {GENERIC_READ | FILE_APPEND_DATA, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL};
+}
+
+// What is opened without following links may be a link itself.
+bool IsLinkItself(HANDLE file)
+{
+    BY_HANDLE_FILE_INFORMATION information{};
+    return GetFileInformationByHandle(file, &information) == 0 ||
+           (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
 struct HandleCloser
@@ -92,6 +103,12 @@ bool File::Open(const char* path, OpenMode mode)
     if (file == INVALID_HANDLE_VALUE)
     {
         return FailOnPath();
+    }
+    if (mode == OpenMode::AppendNoLink && IsLinkItself(file))
+    {
+        CloseHandle(file);
+        SetLastError(ERROR_ACCESS_DENIED);
+        return false;
     }
     // Opening a file that is there says so as an error.
     SetLastError(before);

@@ -56,6 +56,7 @@ def environment_in(folder: Path) -> Dict[str, str]:
         "SIGNCHECK_DB": "Driver=SQLite3;Database=bank.db",
         "SIGNUTILS_SPOOL": str(folder / "spool"),
         "SIGNUTILS_HANDOFF": str(folder / "handoff"),
+        "SIGNCHECK_PROGRESS": str(folder / "progress"),
     }
 
 

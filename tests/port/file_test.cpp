@@ -52,6 +52,7 @@ TEST(File, OpeningRefusesWithTheReason)
         {"empty name", "", OpenMode::Read, 3},
         {"folder to read", folder.Path(), OpenMode::Read, 5},
         {"folder to append to", folder.Path(), OpenMode::Append, 5},
+        {"folder to append to without links", folder.Path(), OpenMode::AppendNoLink, 5},
         {"new file that is there", present, OpenMode::CreateNew, 80},
         {"new file in a missing folder", folder.Path("missing/file"), OpenMode::CreateNew, 3},
     };
@@ -102,6 +103,24 @@ TEST(File, AppendsAtTheEndWhereverTheReaderStands)
     EXPECT_TRUE(file.Write("three", 5));
     file.Close();
     EXPECT_EQ(ReadWholeFile(path), "onetwothree");
+}
+
+TEST(File, AppendsWithoutLinksAsItDoesWithThem)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("journal");
+    for (const char* const word : {"one", "two"})
+    {
+        File file;
+        ASSERT_TRUE(file.Open(path.c_str(), OpenMode::AppendNoLink));
+        EXPECT_TRUE(file.Write(word, 3));
+    }
+    File file;
+    ASSERT_TRUE(file.Open(path.c_str(), OpenMode::AppendNoLink));
+    ASSERT_TRUE(file.Truncate(4));
+    EXPECT_TRUE(file.Write("!", 1));
+    file.Close();
+    EXPECT_EQ(ReadWholeFile(path), "onet!");
 }
 
 TEST(File, TruncatesAndGoesOnBehindTheNewEnd)

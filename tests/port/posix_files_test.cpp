@@ -57,6 +57,23 @@ TEST(PosixFiles, NewFileIsNeverMadeThroughALink)
     EXPECT_FALSE(fs::exists(folder.Path("target")));
 }
 
+TEST(PosixFiles, WithoutLinksNothingIsOpenedOrMadeThroughOne)
+{
+    const TemporaryFolder folder;
+    const std::string target = folder.Write("target", "x");
+    fs::create_symlink(target, folder.Path("link"));
+    fs::create_symlink(folder.Path("made"), folder.Path("dangling"));
+    for (const char* const name : {"link", "dangling"})
+    {
+        File file;
+        EXPECT_FALSE(file.Open(folder.Path(name).c_str(), OpenMode::AppendNoLink));
+        EXPECT_EQ(GetLastError(), 5U);
+    }
+    EXPECT_FALSE(fs::exists(folder.Path("made")));
+    File file;
+    EXPECT_TRUE(file.Open(folder.Path("link").c_str(), OpenMode::Append)); // else nothing is shown
+}
+
 TEST(PosixFiles, PrivateFoldersAreForTheirOwnerOnly)
 {
     const TemporaryFolder folder;

@@ -16,7 +16,9 @@ TEST(Folders, EnvironmentVariablesChooseThem)
 {
     const ScopedEnvironment spool("SIGNUTILS_SPOOL", "/somewhere/spool");
     const ScopedEnvironment handOff("SIGNUTILS_HANDOFF", "/somewhere/handoff");
+    const ScopedEnvironment progress("SIGNCHECK_PROGRESS", "/somewhere/progress");
     EXPECT_EQ(support::SpoolFolder(), "/somewhere/spool");
+    EXPECT_EQ(support::ProgressFolder(), "/somewhere/progress");
     EXPECT_EQ(support::HandOffFolder(), "/somewhere/handoff");
 }
 
@@ -24,7 +26,9 @@ TEST(Folders, WithoutVariablesTheyLieBelowTheStateFolder)
 {
     const ScopedEnvironment spool("SIGNUTILS_SPOOL", nullptr);
     const ScopedEnvironment handOff("SIGNUTILS_HANDOFF", "");
+    const ScopedEnvironment progress("SIGNCHECK_PROGRESS", nullptr);
     EXPECT_EQ(support::SpoolFolder(), port::JoinPath(port::StateFolder(), "spool"));
+    EXPECT_EQ(support::ProgressFolder(), port::JoinPath(port::StateFolder(), "progress"));
     EXPECT_EQ(support::HandOffFolder(), port::JoinPath(port::StateFolder(), "handoff"));
 }
 

@@ -52,6 +52,7 @@ class Bank:
             "SIGNCHECK_DB": self.database,
             "SIGNUTILS_SPOOL": str(folder / "spool"),
             "SIGNUTILS_HANDOFF": str(folder / "handoff"),
+            "SIGNCHECK_PROGRESS": str(folder / "progress"),
         }
         self.order = folder / "order.xml"
         self.order.write_text("<Document/>")

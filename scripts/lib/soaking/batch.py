@@ -102,7 +102,7 @@ class _Round:
         if run.wait() != 0:
             self.problems.append(f"the run that tidies up ended otherwise: {run.said()[:500]}")
         run.close()
-        names = set(os.listdir(self.orders)) - {".signcheck-progress"}
+        names = set(os.listdir(self.orders))
         others = names - {spool_orders.name_of(number) for number in range(self.count)}
         if others:
             self.problems.append(f"{len(others)} other files stay: {sorted(others)[:3]}")

@@ -12,6 +12,7 @@ class Place:
     def __init__(self, folder):
         self.spool = folder / "spool"
         self.store = folder / "store"
+        self.progress = folder / "progress"
         self.temporary = folder / "temporary"
         self.told = folder / "told"
         for each in (self.temporary, self.told):
@@ -19,7 +20,7 @@ class Place:
 
     def environment(self, **more):
         return dict(os.environ, SIGNUTILS_SPOOL=str(self.spool), SIGNUTILS_HANDOFF=str(self.store),
-                    TMPDIR=str(self.temporary), **more)  # fmt: skip
+                    SIGNCHECK_PROGRESS=str(self.progress), TMPDIR=str(self.temporary), **more)  # fmt: skip
 
     def spool_lines(self):
         """The lines that wait, and those that were found damaged."""

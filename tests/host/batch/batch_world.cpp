@@ -1,5 +1,7 @@
 #include "tests/host/batch/batch_world.h"
 
+#include "host/batch/journal_place.h"
+#include "host/batch/order_path.h"
 #include "support/codepage.h"
 
 #include <algorithm>
@@ -21,7 +23,7 @@ std::string NameOf(const std::string& path)
 
 } // namespace
 
-BatchTest::BatchTest()
+BatchTest::BatchTest() : m_progress("SIGNCHECK_PROGRESS", m_folder.Path("progress").c_str())
 {
     fs::remove(m_order); // the one of single checks
 }
@@ -93,6 +95,11 @@ std::vector<std::string> BatchTest::NamesInFolder() const
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::string BatchTest::Journal() const
+{
+    return batch::JournalPath(host::OptionValues(), batch::AbsolutePath(m_orders.Path()));
 }
 
 } // namespace testing_support

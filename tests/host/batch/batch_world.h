@@ -33,8 +33,11 @@ protected:
     /// How many history rows each order has, by its name.
     std::map<std::string, int> Rows();
     std::vector<std::string> NamesInFolder() const;
+    /// The progress journal of the folder of orders, where it lies by default.
+    std::string Journal() const;
 
     TemporaryFolder m_orders;
+    ScopedEnvironment m_progress;
 };
 
 } // namespace testing_support

@@ -65,7 +65,7 @@ protected:
     void Judge(const std::string& name)
     {
         const std::string version = *VersionOf(m_folder.Path(name));
-        m_journal.Begin(name, version, 0);
+        m_journal.Begin(name, version, 0, "asked");
         m_journal.Done(name, version, "success");
         End(name, Ending::Judged);
     }

@@ -135,7 +135,7 @@ TEST_F(PosixWatch, JudgesEachOrderOnceAndEndsCleanly)
     EXPECT_EQ(told.at("")["summary"]["accepted"], 2);
     EXPECT_EQ(ReadWholeFile(m_folder.Path("errors")), "");
     EXPECT_THAT(Rows(), ElementsAre(Pair("A001.xml", 1), Pair("A002.xml", 1)));
-    EXPECT_THAT(NamesInFolder(), ElementsAre(".signcheck-progress", "A001.xml", "A002.xml"));
+    EXPECT_THAT(NamesInFolder(), ElementsAre("A001.xml", "A002.xml"));
 }
 
 TEST_F(PosixWatch, WritesItsMeasuresFromTheBeginningAndAtTheEnd)
@@ -237,7 +237,7 @@ TEST_F(PosixWatch, JudgesWhatCameWhileTheDatabaseWasAway)
 TEST_F(PosixWatch, EndsWhenItsFolderGoesAway)
 {
     Child watch = Start();
-    ASSERT_TRUE(WaitUntil([this] { return fs::exists(m_orders.Path(".signcheck-progress")); }));
+    ASSERT_TRUE(WaitUntil([this] { return fs::exists(Journal()); }));
     // The folder is watched once the journal is there; a file shows that it is.
     Order("A001.xml");
     ASSERT_TRUE(WaitUntil([this] { return LinesTold() >= 1; }));

@@ -40,10 +40,10 @@ TEST_F(JournalOfOrders, RemembersOverTheEndOfTheProcess)
 {
     {
         ProgressJournal journal(m_path, "test");
-        journal.Begin("A.xml", "1/1", 7);
+        journal.Begin("A.xml", "1/1", 7, "asked");
         journal.Done("A.xml", "1/1", "success");
-        journal.Begin("B.xml", "2/2", 8);
-        journal.Begin("C.xml", "3/3", 9);
+        journal.Begin("B.xml", "2/2", 8, "asked");
+        journal.Begin("C.xml", "3/3", 9, "asked");
         journal.GiveUp("C.xml");
     }
     const ProgressJournal journal(m_path, "test");
@@ -52,6 +52,7 @@ TEST_F(JournalOfOrders, RemembersOverTheEndOfTheProcess)
     ASSERT_TRUE(journal.Find("B.xml", "2/2"));
     EXPECT_FALSE(journal.Find("B.xml", "2/2")->isDone);
     EXPECT_EQ(journal.Find("B.xml", "2/2")->after, 8);
+    EXPECT_EQ(journal.Find("B.xml", "2/2")->asked, "asked");
     EXPECT_FALSE(journal.Find("C.xml", "3/3"));
     EXPECT_FALSE(journal.Find("D.xml", "4/4"));
 }
@@ -59,7 +60,7 @@ TEST_F(JournalOfOrders, RemembersOverTheEndOfTheProcess)
 TEST_F(JournalOfOrders, TakesAFileThatWasReplacedForAnotherOrder)
 {
     ProgressJournal journal(m_path, "test");
-    journal.Begin("A.xml", "1/1", 7);
+    journal.Begin("A.xml", "1/1", 7, "asked");
     journal.Done("A.xml", "1/1", "success");
 
     EXPECT_FALSE(journal.IsDone("A.xml", "1/2"));
@@ -77,7 +78,7 @@ TEST_F(JournalOfOrders, LeavesOutALineThatAKillCutShort)
 {
     {
         ProgressJournal journal(m_path, "test");
-        journal.Begin("A.xml", "1/1", 7);
+        journal.Begin("A.xml", "1/1", 7, "asked");
     }
     const std::string whole = ReadWholeFile(m_path);
     m_folder.Write("progress", whole + R"({"done":"A.xml","fi)");
@@ -122,10 +123,10 @@ TEST_F(JournalOfOrders, IsWrittenAnewWhereMostOfItIsOld)
         ProgressJournal journal(m_path, "test");
         for (int turn = 0; turn < 800; ++turn)
         {
-            journal.Begin("A.xml", std::to_string(turn), turn);
+            journal.Begin("A.xml", std::to_string(turn), turn, "asked");
             journal.Done("A.xml", std::to_string(turn), "success");
         }
-        journal.Begin("B.xml", "2/2", 8);
+        journal.Begin("B.xml", "2/2", 8, "asked");
     }
     const auto before = std::filesystem::file_size(m_path);
     {
@@ -148,7 +149,7 @@ TEST_F(JournalOfOrders, ForgetsOrdersWhoseFilesAreLongGoneAndNoOthers)
                        "\n" +
                        R"({"done":"there.xml","file":"1","outcome":"success","at":1000})"
                        "\n" +
-                       R"({"begun":"begun.xml","file":"1","after":3})"
+                       R"({"begun":"begun.xml","file":"1","asked":"a","after":3})"
                        "\n");
     ProgressJournal journal(m_path, "test");
     journal.Done("new.xml", "1", "success");

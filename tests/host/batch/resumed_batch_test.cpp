@@ -1,13 +1,18 @@
 // Runs that were cut off between the judgement of an order and its last line in the journal.
 
+#include "host/batch/asked.h"
+#include "host/batch/history_reader.h"
 #include "host/batch/order_path.h"
 #include "host/batch/progress_journal.h"
+#include "host/check_request.h"
 #include "tests/host/batch/batch_world.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
 #include <filesystem>
+#include <map>
+#include <utility>
 
 namespace testing_support
 {
@@ -21,22 +26,62 @@ using testing::Pair;
 class ResumedBatch : public BatchTest
 {
 protected:
-    /// Leaves the journal as a run does that is killed while it judges the order.
-    void Begin(const std::string& name, long long after)
+    /// What batch asks of the order under the terms of these tests.
+    host::CheckRequest Request(const std::string& name, const std::string& type = "1") const
     {
-        batch::ProgressJournal journal(m_orders.Path(".signcheck-progress"), "test");
-        journal.Begin(name, *batch::VersionOf(m_orders.Path(name)), after);
+        host::OptionValues values;
+        const std::pair<const char*, std::string> all[] = {
+            {"file", Named(name)}, {"db", Db()},         {"partner", "DUPONTSA"},
+            {"service", "CCT"},    {"client", "TRESOR"}, {"protocol", "9"},
+            {"type", type},        {"format", "auto"},   {"signers", "Élodie Lefèvre"},
+        };
+        for (const auto& [option, text] : all)
+        {
+            values.AddUnlessThere(option, {text, option});
+        }
+        host::CheckRequest request = host::ReadCheckRequest(values);
+        request.format = host::ReadOrderFormat(values, request.file);
+        return request;
     }
 
-    void AddRow(const std::string& path, const std::wstring& statut, const std::wstring& total)
+    /// Leaves the journal as a run does that is killed while it judges the order.
+    void Begin(const std::string& name, long long after, const std::string& type = "1")
     {
-        const std::wstring file(path.begin(), path.end());
-        m_database.Execute(
-            L"INSERT INTO HST_SIGNRULES (DATETIME, SERVER, STATUT, VPNAME, TYPE_PTC, "
-            L"VFNAME, VCNAME, MOTIF, TOTAL, MAXORDER, FILENAME) VALUES "
-            L"('2026-03-01 10:00:00', 1, '" +
-            statut + L"', 'DUPONTSA', 9, 'CCT', 'TRESOR', 'AM02 : too much', " + total +
-            L", 20.00, '" + file + L"')");
+        batch::ProgressJournal journal(Journal(), "test");
+        journal.Begin(name, *batch::VersionOf(m_orders.Path(name)), after,
+                      batch::DigestOfAsked(Request(name, type)));
+    }
+
+    /// Writes a row of the order as the library does; `changed` has other values for some columns.
+    void AddRow(const std::string& path, const std::wstring& statut, const std::wstring& total,
+                const std::map<std::wstring, std::wstring>& changed = {})
+    {
+        std::map<std::wstring, std::wstring> row = {
+            {L"DATETIME", L"'2026-03-01 10:00:00'"},
+            {L"SERVER", L"1"},
+            {L"STATUT", L"'" + statut + L"'"},
+            {L"VPNAME", L"'DUPONTSA'"},
+            {L"TYPE_PTC", L"9"},
+            {L"VFNAME", L"'CCT'"},
+            {L"VCNAME", L"'TRESOR'"},
+            {L"ORDERID", L"''"},
+            {L"MOTIF", L"'AM02 : too much'"},
+            {L"CNS", L"'\u00C9lodie Lef\u00E8vre'"},
+            {L"TOTAL", total},
+            {L"MAXORDER", L"20.00"},
+            {L"FILENAME", L"'" + std::wstring(path.begin(), path.end()) + L"'"},
+        };
+        std::wstring columns;
+        std::wstring values;
+        for (auto& [column, value] : row)
+        {
+            const auto other = changed.find(column);
+            columns += (columns.empty() ? L"" : L", ") + column;
+            values +=
+                (values.empty() ? L"" : L", ") + (other == changed.end() ? value : other->second);
+        }
+        m_database.Execute(L"INSERT INTO HST_SIGNRULES (" + columns + L") VALUES (" + values +
+                           L")");
     }
 
     long long Newest()
@@ -125,10 +170,94 @@ TEST_F(ResumedBatch, JudgesAFileThatWasReplacedMeanwhile)
     EXPECT_THAT(Rows(), ElementsAre(Pair("A001.xml", 2)));
 }
 
+TEST_F(ResumedBatch, JudgesAFileThatWasReplacedByOneOfTheSameSizeAndTime)
+{
+    const std::string path = Order("A001.xml");
+    const auto changed = std::filesystem::last_write_time(path);
+    Begin("A001.xml", Newest());
+    AddRow(Named("A001.xml"), L"1", L"350.50");
+    std::string larger = ReadWholeFile(path);
+    const std::size_t amount = larger.find(">100.00<");
+    ASSERT_NE(amount, std::string::npos);
+    larger.replace(amount, 8, ">900.00<");
+    m_orders.Write("A001.xml", larger);
+    std::filesystem::last_write_time(path, changed);
+
+    const auto line = Lines(Batch({"--json"})).at("A001.xml");
+
+    EXPECT_EQ(line["recovered"], false);
+    EXPECT_EQ(line["total"], 1150.5);
+    EXPECT_THAT(Rows(), ElementsAre(Pair("A001.xml", 2)));
+}
+
+TEST_F(ResumedBatch, TakesNoDecisionOnOtherTermsForItsOwn)
+{
+    const std::pair<const wchar_t*, const wchar_t*> others[] = {
+        {L"VPNAME", L"'MARTINSA'"}, {L"VFNAME", L"'XCT'"},
+        {L"VCNAME", L"'OTHER'"},    {L"TYPE_PTC", L"8"},
+        {L"SERVER", L"0"},          {L"ORDERID", L"'A001'"},
+        {L"CNS", L"'Paul Martin'"}, {L"CNS", L"'\u00C9lodie Lef\u00E8vre;Paul Martin'"}};
+    int number = 0;
+    for (const auto& [column, value] : others)
+    {
+        const std::string name = "A" + std::to_string(++number) + ".xml";
+        Order(name);
+        Begin(name, Newest());
+        AddRow(Named(name), L"2", L"350.50", {{column, value}});
+
+        const auto line = Lines(Batch({"--json"})).at(name);
+
+        EXPECT_EQ(line["recovered"], false) << number;
+        EXPECT_EQ(line["outcome"], "success") << number;
+    }
+}
+
+TEST_F(ResumedBatch, TakesTheRowOfItsOwnTermsBehindThoseOfOthers)
+{
+    Order("A001.xml");
+    Begin("A001.xml", Newest());
+    AddRow(Named("A001.xml"), L"1", L"350.50", {{L"CNS", L"'Paul Martin'"}});
+    AddRow(Named("A001.xml"), L"2", L"350.50");
+
+    const auto line = Lines(Batch({"--json"})).at("A001.xml");
+
+    EXPECT_EQ(line["recovered"], true);
+    EXPECT_EQ(line["outcome"], "refused");
+}
+
+// The history does not tell the type of a contract; the journal does.
+TEST_F(ResumedBatch, TakesNoDecisionThatWasAskedForUnderAnotherType)
+{
+    Order("A001.xml");
+    Begin("A001.xml", Newest(), "2");
+    AddRow(Named("A001.xml"), L"2", L"350.50");
+
+    EXPECT_EQ(Lines(Batch({"--json"})).at("A001.xml")["recovered"], false);
+}
+
+TEST_F(ResumedBatch, TakesNoDecisionOnOtherAmountsThanThoseThatAreGiven)
+{
+    Order("A001.xml");
+    host::CheckRequest request = Request("A001.xml");
+    request.amountsFromFile = false;
+    request.total = 350.5;
+    request.largest = 20.0;
+    const long long before = Newest();
+    AddRow(Named("A001.xml"), L"2", L"350.51");
+    batch::HistoryReader history(request.connection);
+    history.Newest();
+
+    EXPECT_FALSE(history.DecisionOn(request, before));
+    AddRow(Named("A001.xml"), L"2", L"350.50");
+    EXPECT_TRUE(history.DecisionOn(request, before));
+    request.largest = 20.01;
+    EXPECT_FALSE(history.DecisionOn(request, before));
+}
+
 TEST_F(ResumedBatch, WaitsForNoOtherRunOfTheSameFolder)
 {
     Order("A001.xml");
-    const batch::ProgressJournal other(m_orders.Path(".signcheck-progress"), "signcheck watch");
+    const batch::ProgressJournal other(Journal(), "signcheck watch");
 
     const Answer answer = Batch();
 
