@@ -109,7 +109,7 @@ ArchiveFolder::ArchiveFolder(std::string path) : m_path(std::move(path))
     }
     RefuseStrangers();
     const std::string lock = port::JoinPath(m_path, kLock);
-    if (!m_lock.Open(lock.c_str(), port::OpenMode::Append) || !m_lock.LockExclusive())
+    if (!m_lock.Open(lock.c_str(), port::OpenMode::AppendNoLink) || !m_lock.LockExclusive())
     {
         throw host::Refusal(host::kCouldNotRun, "option --export: the file " + Shown(lock) +
                                                     " cannot be written. Make room, or give the "

@@ -156,6 +156,19 @@ TEST_F(ManyOrders, TakesTheTermsOfAnOrderThatLieBesideIt)
     EXPECT_EQ(answer.status, 1);
 }
 
+// Whoever writes the terms says who signed what: docs/security.md.
+TEST_F(ManyOrders, TakesContractAndSignersFromTheTermsBesideAnOrderBeforeThoseOfAll)
+{
+    Order("A001.xml");
+    Terms("A001.xml", R"({"signers": "Paul Martin", "partner": "NOBODY", "veu": true})");
+
+    const auto line = Lines(Batch({"--sidecar", "--json"})).at("A001.xml");
+
+    EXPECT_EQ(line["outcome"], "no-rule");
+    EXPECT_EQ(m_database.Query(L"SELECT VPNAME, CNS FROM HST_SIGNRULES"),
+              (std::vector<Row>{{L"NOBODY", L"Paul Martin"}}));
+}
+
 TEST_F(ManyOrders, JudgesNoOrderWhoseTermsAreMissingOrWrong)
 {
     Order("A001.xml");
