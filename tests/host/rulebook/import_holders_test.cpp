@@ -188,7 +188,6 @@ TEST_F(RulesImportHolders, WhatTheDatabaseRefusesLeavesNoFileOfRejects)
 
     const Answer answer = Import(
         std::string(kHeading) + "N-1;;;A;;A;77;\nN-2;;;B;;B;77;\n;;;C;;C;;\n", WithRejects());
-    m_database.Execute(L"DROP INDEX ONLY_ONE");
 
     EXPECT_EQ(answer.status, 3);
     EXPECT_FALSE(std::filesystem::exists(m_rejects));
