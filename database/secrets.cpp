@@ -1,7 +1,11 @@
 #include "database/secrets.h"
 
+#include "support/codepage.h"
+
 #include <algorithm>
 #include <cstddef>
+#include <set>
+#include <utility>
 
 namespace database
 {
@@ -101,6 +105,70 @@ void HideBeginningAtTheEnd(std::string& text, const std::string& secret)
     }
 }
 
+// Whether a letter beyond ASCII, or a part of one, may have become this character on its way
+// through a driver or a driver manager.
+bool MayBeConverted(char character) noexcept
+{
+    return character == '?' || static_cast<unsigned char>(character) >= 0x80;
+}
+
+/// The ends of what the letter may stand as at `at`: itself, its three bytes of UTF-8 at most, a
+/// question mark for it or for each of these, or its code cut to a byte.
+void AddEnds(std::string_view text, std::size_t at, char letter, std::set<std::size_t>& ends)
+{
+    constexpr std::size_t kMostBytes = 3;
+    const bool isAscii = support::IsAscii(std::string_view(&letter, 1));
+    const auto cut = static_cast<char>(support::WideFromNarrow(letter) & 0xFF);
+    if (text[at] == letter || (!isAscii && text[at] == cut))
+    {
+        ends.insert(at + 1);
+    }
+    for (std::size_t end = at;
+         !isAscii && end < std::min(at + kMostBytes, text.size()) && MayBeConverted(text[end]);
+         ++end)
+    {
+        ends.insert(end + 1);
+    }
+}
+
+/// Where the secret ends that begins at `at`, however its letters were converted; the text's end
+/// where a driver may have cut it; npos when none begins there.
+std::size_t EndOfConverted(std::string_view text, std::size_t at, std::string_view secret)
+{
+    std::set<std::size_t> ends = {at};
+    for (std::size_t done = 0; done < secret.size() && !ends.empty(); ++done)
+    {
+        if (*ends.rbegin() == text.size() && done >= kShortestBeginning)
+        {
+            return text.size();
+        }
+        std::set<std::size_t> next;
+        for (const std::size_t end : ends)
+        {
+            if (end < text.size())
+            {
+                AddEnds(text, end, secret[done], next);
+            }
+        }
+        ends = std::move(next);
+    }
+    return ends.empty() ? std::string_view::npos : *ends.rbegin();
+}
+
+// A driver of narrow texts takes and tells them in a code of its own.
+void HideConverted(std::string& text, const std::string& secret)
+{
+    for (std::size_t at = 0; at < text.size(); ++at)
+    {
+        const std::size_t end = EndOfConverted(text, at, secret);
+        if (end != std::string::npos)
+        {
+            text.replace(at, end - at, kHidden);
+            at += kHidden.size() - 1;
+        }
+    }
+}
+
 } // namespace
 
 bool IsSecretKey(std::string_view key)
@@ -135,6 +203,10 @@ std::string WithoutSecrets(std::string text, const std::vector<std::string>& sec
         {
             HideAll(text, secret);
             HideBeginningAtTheEnd(text, secret);
+            if (!support::IsAscii(secret))
+            {
+                HideConverted(text, secret);
+            }
         }
     }
     for (Span value = NextSecretSetting(text, 0); value.begin != std::string_view::npos;

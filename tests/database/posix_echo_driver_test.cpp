@@ -3,10 +3,12 @@
 
 #include "database/idle_pool.h"
 #include "tests/database/sqlite_file.h"
+#include "tests/testing/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 using namespace database_tests;
@@ -77,6 +79,43 @@ INSTANTIATE_TEST_SUITE_P(Spellings, EchoedPassword,
                                          "pqopt={user=x password = sentinel sslmode=off}",
                                          "SSLPassword=sentinel", "AccessToken=sentinel",
                                          "PWD=x;sentinel=y", "PWD=x;y=sentinel"));
+
+/// The code in which the driver repeats a password with an accent, without its key.
+class BareEchoedPassword : public testing::TestWithParam<const char*>
+{
+protected:
+    static constexpr const char* kPassword = "s\xE9ntinel";
+
+    static void ExpectHidden(const std::string& driver)
+    {
+        CDatabase database;
+        const auto failure = FailureOf(
+            [&]
+            { Open(database, "DRIVER=" + driver + ";BARE=" + GetParam() + ";PWD=" + kPassword); });
+
+        ASSERT_TRUE(failure);
+        EXPECT_THAT(AllOfIt(*failure),
+                    AllOf(HasSubstr("no luck with \"***\""), Not(HasSubstr("ntinel"))));
+    }
+};
+
+TEST_P(BareEchoedPassword, StandsInNoText)
+{
+    ExpectHidden(SIGNUTILS_ECHO_DRIVER);
+}
+
+// A driver that is called so is spoken to in narrow texts.
+TEST_P(BareEchoedPassword, StandsInNoTextOfADriverOfNarrowTexts)
+{
+    const testing_support::TemporaryFolder folder;
+    const std::string driver = folder.Path("libsqlite-echo.so");
+    std::filesystem::copy_file(SIGNUTILS_ECHO_DRIVER, driver);
+
+    ExpectHidden(driver);
+}
+
+INSTANTIATE_TEST_SUITE_P(Codes, BareEchoedPassword,
+                         testing::Values("given", "1252", "utf8", "marks"));
 
 TEST(EchoingDriver, GetsNoLettersThatTheDriverManagerWouldMakeOthers)
 {

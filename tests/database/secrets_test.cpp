@@ -81,4 +81,41 @@ TEST_P(SecretMessage, IsShownWithoutIt)
 INSTANTIATE_TEST_SUITE_P(Texts, SecretMessage, testing::ValuesIn(kMessages),
                          [](const auto& each) { return std::string(each.param.name); });
 
+// What is left of "s\u00E9ntin\u20ACl", a password of letters beyond ASCII, in the code of a
+// driver.
+const Message kConverted[] = {
+    {"AsItWasGiven", "no luck with \"s\xE9ntin\x80l\"", "no luck with \"***\""},
+    {"AsUtf8", "no luck with \"s\xC3\xA9ntin\xE2\x82\xACl\"", "no luck with \"***\""},
+    {"CutToItsLowBytes", "no luck with \"s\xE9ntin\xACl\"", "no luck with \"***\""},
+    {"QuestionMarks", "no luck with \"s?ntin?l\"", "no luck with \"***\""},
+    {"QuestionMarksForBytes", "no luck with \"s??ntin???l\"", "no luck with \"***\""},
+    {"HalfOfThemConverted", "no luck with \"s\xC3\xA9ntin\xE2?\xACl\"", "no luck with \"***\""},
+    {"Twice", "s?ntin?l;s\xE9ntin\x80l", "***;***"},
+    {"CutByTheDriver", "no luck with \"s\xC3\xA9ntin\xE2", "no luck with \"***"},
+    {"CutAtOnce", "no luck with \"s??n", "no luck with \"s??n"},
+    {"AsASetting", "PWD=s?ntin?l;UID=bank", "PWD=***;UID=bank"},
+    {"AnotherWord", "no luck with \"santinel\"", "no luck with \"santinel\""},
+    {"AnotherAccentIsHiddenToo", "no luck with \"s\xE8ntin\x80l\"", "no luck with \"***\""},
+};
+
+class ConvertedSecret : public testing::TestWithParam<Message>
+{
+};
+
+TEST_P(ConvertedSecret, IsShownWithoutIt)
+{
+    EXPECT_EQ(WithoutSecrets(GetParam().text, {"s\xE9ntin\x80l"}), GetParam().shown);
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, ConvertedSecret, testing::ValuesIn(kConverted),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST(Secrets, OfManyStrangeLettersTakeNoTimeToLookFor)
+{
+    const std::string secret(60, '\xE9');
+    const std::string text(512, '?');
+
+    EXPECT_EQ(WithoutSecrets(text + "x", {secret + "y"}), text + "x");
+}
+
 } // namespace

@@ -1,7 +1,9 @@
 // An ODBC driver for tests that repeats the whole connection string in each of its messages, as
 // some drivers do, and says what a core of its process would hold. It connects when the string has
-// ECHO=CONNECT, and then refuses every statement; else it refuses to connect. It has no wide entry
-// points, so that the driver manager converts what comes in UTF-16.
+// ECHO=CONNECT, and then refuses every statement; else it refuses to connect. With BARE=… it
+// repeats the password without its key, as it came (given) or one with an accent in the code that
+// is named (1252, utf8, marks). It has no wide entry points, so that the driver manager converts
+// what comes in UTF-16.
 
 #include "tests/testing/odbc_texts.h"
 
@@ -28,11 +30,41 @@ bool StandsInTheProcessList(const std::string& text)
     return all.find(text) != std::string::npos;
 }
 
+/// The value of a setting without braces; empty when there is none.
+std::string ValueOf(const std::string& key)
+{
+    const std::size_t at = g_connectionString.find(key + "=");
+    if (at == std::string::npos)
+    {
+        return {};
+    }
+    const std::size_t begin = at + key.size() + 1;
+    return g_connectionString.substr(begin, g_connectionString.find(';', begin) - begin);
+}
+
+std::string Repeated()
+{
+    const std::string bare = ValueOf("BARE");
+    if (bare == "1252")
+    {
+        return "s\xE9ntinel";
+    }
+    if (bare == "utf8")
+    {
+        return "s\xC3\xA9ntinel";
+    }
+    if (bare == "marks")
+    {
+        return "s?ntinel";
+    }
+    return bare == "given" ? ValueOf("PWD") : g_connectionString;
+}
+
 std::string Message()
 {
     rlimit cores = {};
     getrlimit(RLIMIT_CORE, &cores);
-    return "no luck with \"" + g_connectionString + "\"" +
+    return "no luck with \"" + Repeated() + "\"" +
            " dumpable=" + std::to_string(prctl(PR_GET_DUMPABLE)) +
            " core-limit=" + std::to_string(cores.rlim_cur) +
            " listed=" + (StandsInTheProcessList(g_connectionString) ? "yes" : "no");
