@@ -74,6 +74,13 @@ const OptionSpec* FindOption(const CommandSpec& command, const std::string& name
     return found == command.options.end() ? nullptr : &*found;
 }
 
+std::string TableName(const CommandSpec& command)
+{
+    std::string name = command.name;
+    std::replace(name.begin(), name.end(), ' ', '.');
+    return name;
+}
+
 std::vector<std::string> CommandNames()
 {
     std::vector<std::string> names;

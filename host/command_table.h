@@ -75,6 +75,9 @@ const OptionSpec* FindOption(const CommandSpec& command, const std::string& name
 /// What the commands of a group have in common; null when none begins with the word.
 const CommandGroup* FindGroup(const std::string& word);
 
+/// Of the command's own table in a settings file: "rules.export" for "rules export".
+std::string TableName(const CommandSpec& command);
+
 /// Names for suggestions.
 std::vector<std::string> CommandNames();
 std::vector<std::string> OptionNames(const CommandSpec& command);

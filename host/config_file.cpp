@@ -121,16 +121,8 @@ const OptionSpec* FindInAnyCommand(const std::string& name)
                        "blank.");
 }
 
-// Of a command's own table: [rules.export] for "rules export".
-std::string TableName(const CommandSpec& command)
-{
-    std::string name = command.name;
-    std::replace(name.begin(), name.end(), ' ', '.');
-    return name;
-}
-
 void AddTable(const toml::table& table, const CommandSpec& owner, const std::string& file,
-              OptionValues* values)
+              OptionValues& values)
 {
     for (const auto& [key, node] : table)
     {
@@ -141,18 +133,13 @@ void AddTable(const toml::table& table, const CommandSpec& owner, const std::str
         {
             RefuseKey(place, name, OptionNames(owner));
         }
-        const std::string text = TextOf(node, *spec, place);
-        if (values != nullptr)
-        {
-            values->AddUnlessThere(name, {text, place.Text()});
-        }
+        values.AddUnlessThere(name, {TextOf(node, *spec, place), place.Text()});
     }
 }
 
-// A command's own table goes before the keys at the top, wherever it stands in the file. Tables of
-// grouped commands stand in the table of their group, whose word is then in `group`.
+// Tables of grouped commands stand in the table of their group, whose word is then in `group`.
 void AddCommandTables(const toml::table& tables, const std::string& group, const std::string& file,
-                      const CommandSpec& command, OptionValues& values)
+                      ConfigFile& config)
 {
     for (const auto& [key, node] : tables)
     {
@@ -170,11 +157,11 @@ void AddCommandTables(const toml::table& tables, const std::string& group, const
         }
         if (const CommandSpec* owner = FindCommand(name); owner != nullptr)
         {
-            AddTable(*table, *owner, file, owner == &command ? &values : nullptr);
+            AddTable(*table, *owner, file, config.tables[name]);
         }
         else if (group.empty() && FindGroup(word) != nullptr)
         {
-            AddCommandTables(*table, word, file, command, values);
+            AddCommandTables(*table, word, file, config);
         }
         else
         {
@@ -183,8 +170,7 @@ void AddCommandTables(const toml::table& tables, const std::string& group, const
     }
 }
 
-void AddTopKeys(const toml::table& root, const std::string& file, const CommandSpec& command,
-                OptionValues& values)
+void AddTopKeys(const toml::table& root, const std::string& file, OptionValues& values)
 {
     for (const auto& [key, node] : root)
     {
@@ -199,11 +185,7 @@ void AddTopKeys(const toml::table& root, const std::string& file, const CommandS
         {
             RefuseKey(place, name, AllOptionNames());
         }
-        const std::string text = TextOf(node, *spec, place);
-        if (FindOption(command, name) != nullptr)
-        {
-            values.AddUnlessThere(name, {text, place.Text()});
-        }
+        values.AddUnlessThere(name, {TextOf(node, *spec, place), place.Text()});
     }
 }
 
@@ -228,64 +210,100 @@ toml::table ParseConfig(const std::string& toml, const std::string& name)
     }
 }
 
-bool HoldsPassword(const toml::table& table)
+/// What others must not do with a file, for what it holds.
+enum class Guarded
+{
+    Nothing,
+    Connection, ///< others must not choose the database
+    Password,   ///< nor read it
+};
+
+Guarded GuardedByField(const toml::table& table)
 {
     const auto* db = table["db"].as_string();
-    return db != nullptr && !database::SecretSettingsIn(db->get()).empty();
+    if (db == nullptr)
+    {
+        return Guarded::Nothing;
+    }
+    return database::SecretSettingsIn(db->get()).empty() ? Guarded::Connection : Guarded::Password;
 }
 
 // At the top and in every command's table, whichever command is run: the file is what others read.
-bool HoldsPasswordAnywhere(const toml::table& root)
+Guarded GuardedAnywhere(const toml::table& root)
 {
-    return HoldsPassword(root) ||
-           std::any_of(root.begin(), root.end(),
-                       [](const auto& entry)
-                       {
-                           const toml::table* table = entry.second.as_table();
-                           return table != nullptr && HoldsPasswordAnywhere(*table);
-                       });
+    Guarded most = GuardedByField(root);
+    for (const auto& [key, node] : root)
+    {
+        if (const toml::table* table = node.as_table(); table != nullptr)
+        {
+            most = std::max(most, GuardedAnywhere(*table));
+        }
+    }
+    return most;
 }
 
-void RequireOwnersOnly(const OptionValue& path)
+void RefuseRightsOfOthers(const OptionValue& path, Guarded guarded)
 {
     const port::FileRights rights =
         port::RightsOf(ExistingFilePath(path, "the settings file").c_str());
-    if (!rights.othersMayRead && !rights.othersMayWrite)
+    const bool isPassword = guarded == Guarded::Password;
+    if (!rights.othersMayWrite && !(isPassword && rights.othersMayRead))
     {
         return;
     }
-    throw UsageRefusal(path.origin + ": the settings file " + Quoted(path.text) +
-                       " holds the password of its field db and has mode " + rights.mode +
-                       ", so that others may " + (rights.othersMayRead ? "read" : "write") +
-                       " it. Make it its owner's alone: chmod 600 " + Printable(path.text) +
-                       ", and change the password if others have seen it.");
+    const std::string held = isPassword ? "the password of its field db" : "a connection string";
+    const std::string may = isPassword && rights.othersMayRead ? "read" : "write";
+    const std::string remedy =
+        isPassword ? "Make it its owner's alone: chmod 600 " + Printable(path.text) +
+                         ", and change the password if others have seen it."
+                   : "Take that right from them: chmod go-w " + Printable(path.text) + ".";
+    throw UsageRefusal(path.origin + ": the settings file " + Quoted(path.text) + " holds " + held +
+                       " and has mode " + rights.mode + ", so that others may " + may + " it. " +
+                       remedy);
 }
 
-void AddFields(const toml::table& root, const std::string& name, const CommandSpec& command,
-               OptionValues& values)
+ConfigFile FieldsOf(const toml::table& root, const std::string& name)
 {
-    AddCommandTables(root, "", name, command, values);
-    AddTopKeys(root, name, command, values);
+    ConfigFile config;
+    AddCommandTables(root, "", name, config);
+    AddTopKeys(root, name, config.top);
+    return config;
 }
 
 } // namespace
 
-void AddFromConfigText(const std::string& toml, const std::string& name, const CommandSpec& command,
-                       OptionValues& values)
+std::vector<OptionValue> ConfigFile::AllOf(const CommandSpec& command,
+                                           const std::string& option) const
 {
-    AddFields(ParseConfig(toml, name), name, command, values);
+    std::vector<OptionValue> all;
+    const auto table = tables.find(command.name);
+    if (const OptionValue* const own = table == tables.end() ? nullptr : table->second.Find(option);
+        own != nullptr)
+    {
+        all.push_back(*own);
+    }
+    if (const OptionValue* const shared = top.Find(option); shared != nullptr)
+    {
+        all.push_back(*shared);
+    }
+    return all;
 }
 
-void AddFromConfigFile(const OptionValue& path, const CommandSpec& command, OptionValues& values)
+ConfigFile ReadConfigText(const std::string& toml, const std::string& name)
+{
+    return FieldsOf(ParseConfig(toml, name), name);
+}
+
+ConfigFile ReadConfigFile(const OptionValue& path)
 {
     const std::string name = Printable(path.text);
     const toml::table root =
         ParseConfig(ReadTextFile(path, "the settings file", kLargestFileMiB), name);
-    if (HoldsPasswordAnywhere(root))
+    if (const Guarded guarded = GuardedAnywhere(root); guarded != Guarded::Nothing)
     {
-        RequireOwnersOnly(path);
+        RefuseRightsOfOthers(path, guarded);
     }
-    AddFields(root, name, command, values);
+    return FieldsOf(root, name);
 }
 
 } // namespace host

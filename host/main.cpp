@@ -1,10 +1,10 @@
 #include "host/command_line.h"
-#include "host/config_file.h"
 #include "host/exit_status.h"
 #include "host/json_layout.h"
 #include "host/output.h"
 #include "host/output_format.h"
 #include "host/refusal.h"
+#include "host/settings/sources.h"
 #include "host/text.h"
 #include "port/program.h"
 #include "port/secrecy.h"
@@ -19,7 +19,6 @@
 namespace
 {
 
-constexpr const char* kConnectionVariable = "SIGNCHECK_DB";
 constexpr const char* kLanguageVariable = "SIGNUTILS_LANG";
 constexpr const char* kLanguages[] = {"", "en", "fr"};
 
@@ -33,20 +32,11 @@ void TellJson(host::OptionValues& values)
     }
 }
 
-// What was given first stays: command line, then environment, then file.
+// What was given first stays: command line, then environment, then files.
 void CompleteSettings(const host::CommandSpec& command, host::OptionValues& values)
 {
-    const std::string connection = port::Utf8Environment(kConnectionVariable);
-    if (!connection.empty() && host::FindOption(command, "db") != nullptr)
-    {
-        values.AddUnlessThere("db", {connection, kConnectionVariable});
-    }
-    TellJson(values); // a format of the command line goes before --json in the file
-    if (const host::OptionValue* path = values.Find(host::kConfigOption); path != nullptr)
-    {
-        const host::OptionValue copy = *path;
-        host::AddFromConfigFile(copy, command, values);
-    }
+    const host::SettingsSources sources(values.Find(host::kConfigOption));
+    sources.Complete(command, values);
     const host::OutputFormat format = host::OutputFormatFrom(command, values);
     TellJson(values);
     host::LayOutJson(format == host::OutputFormat::NdJson ? host::JsonLayout::OneLine

@@ -32,6 +32,11 @@ SIGNUTILS_PORT_API std::string StateFolder();
 /// The folder of the machine's configuration: /etc/signutils; empty where there is none.
 SIGNUTILS_PORT_API std::string SystemConfigurationFolder();
 
+/// The folder of the user's configuration, below which programs have folders of their own:
+/// $XDG_CONFIG_HOME, which counts only with a full path, else ~/.config; %APPDATA% on Windows.
+/// Empty where the user has none.
+SIGNUTILS_PORT_API std::string UserConfigurationFolder();
+
 /// Fills the bytes from the system's source of randomness.
 SIGNUTILS_PORT_API void RandomBytes(void* bytes, std::size_t size);
 

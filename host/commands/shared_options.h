@@ -10,12 +10,11 @@ namespace host
 
 inline constexpr OptionSpec kDb = {
     "db", OptionKind::Text, "CONN",
-    "ODBC connection string; else SIGNCHECK_DB, else field db of "
-    "--config, which both keep its password out of the process list"};
+    "ODBC connection string; else SIGNCHECK_DB, else field db of a settings file, which both keep "
+    "its password out of the process list"};
 inline constexpr OptionSpec kConfig = {
     kConfigOption, OptionKind::Text, "FILE",
-    "TOML file that any option can also come from; mode 600 when its db "
-    "holds a password"};
+    "settings file (TOML) in place of the user's own; mode 600 when its db holds a password"};
 inline constexpr OptionSpec kJson = {"json", OptionKind::Flag, "",
                                      "print one JSON object on standard output and nothing else"};
 inline constexpr OptionSpec kAnswerFormat = {

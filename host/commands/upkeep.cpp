@@ -3,6 +3,7 @@
 #include "host/doctor/doctor_command.h"
 #include "host/init_command.h"
 #include "host/prune/prune_command.h"
+#include "host/settings/config_command.h"
 
 namespace host
 {
@@ -40,6 +41,17 @@ CommandFamily UpkeepCommands()
               {"The same for monitoring", "signcheck doctor --json"},
               {"What did a kill leave behind, also beside the orders?",
                "signcheck doctor orders"}}},
+            {"config",
+             "Show every setting, where it comes from and what it hides",
+             {{"command", OptionKind::Text, "COMMAND",
+               "as this command takes them, \"rules export\" in quotes; else for all commands",
+               true},
+              kAnswerFormat,
+              kConfig,
+              kJson},
+             RunConfig,
+             {{"Every setting", "signcheck config"},
+              {"Those of one command", "signcheck config \"rules export\""}}},
             {"prune",
              "Archive and remove what is from before a day",
              {kDb,

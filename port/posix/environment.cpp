@@ -81,6 +81,17 @@ std::string SystemConfigurationFolder()
     return "/etc/signutils";
 }
 
+std::string UserConfigurationFolder()
+{
+    const std::string chosen = NativeVariable("XDG_CONFIG_HOME");
+    if (chosen.starts_with('/'))
+    {
+        return FromNative(chosen);
+    }
+    const std::string home = HomeFolder();
+    return home.empty() ? std::string() : FromNative(home + "/.config");
+}
+
 void RandomBytes(void* bytes, std::size_t size)
 {
     constexpr std::size_t kMostAtOnce = 256;

@@ -60,6 +60,11 @@ std::string SystemConfigurationFolder()
     return {};
 }
 
+std::string UserConfigurationFolder()
+{
+    return FromNative(NativeVariable(L"APPDATA"));
+}
+
 void RandomBytes(void* bytes, std::size_t size)
 {
     constexpr std::size_t kMostAtOnce = std::size_t{1} << 20U;

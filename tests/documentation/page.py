@@ -44,7 +44,7 @@ def make_folder(world: World) -> Path:
 
 def environment_in(folder: Path) -> Dict[str, str]:
     kept = {name: value for name, value in os.environ.items()
-            if not name.startswith(("SIGN", "LC_", "LANG"))}
+            if not name.startswith(("SIGN", "LC_", "LANG", "XDG_"))}
     return {
         **kept,
         "PATH": f"{folder / 'build/release/bin'}:/usr/bin:/bin",

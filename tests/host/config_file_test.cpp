@@ -15,8 +15,16 @@ using testing::HasSubstr;
 
 host::OptionValues ValuesOf(const std::string& toml, const std::string& command = "check")
 {
+    const host::CommandSpec& spec = *host::FindCommand(command);
+    const host::ConfigFile file = host::ReadConfigText(toml, "bank.toml");
     host::OptionValues values;
-    host::AddFromConfigText(toml, "bank.toml", *host::FindCommand(command), values);
+    for (const host::OptionSpec& option : spec.options)
+    {
+        for (const host::OptionValue& value : file.AllOf(spec, option.name))
+        {
+            values.AddUnlessThere(option.name, value);
+        }
+    }
     return values;
 }
 
@@ -68,15 +76,16 @@ TEST(SettingsFile, TopKeysOfOtherCommandsAreLeftOut)
     EXPECT_EQ(TextOf(ValuesOf("limit = 5\n", "check"), "limit"), "(none)");
 }
 
-TEST(SettingsFile, WhatWasGivenBeforeStays)
+TEST(SettingsFile, TellsWhatTheTopSaysBelowACommandsTable)
 {
-    host::OptionValues values;
-    values.AddUnlessThere("partner", {"OPTION", "option --partner"});
+    const host::ConfigFile file =
+        host::ReadConfigText("partner = \"TOP\"\n[check]\npartner = \"CHECK\"\n", "bank.toml");
 
-    host::AddFromConfigText("partner = \"FILE\"\n", "bank.toml", *host::FindCommand("check"),
-                            values);
+    const auto said = file.AllOf(*host::FindCommand("check"), "partner");
 
-    EXPECT_EQ(TextOf(values, "partner"), "OPTION");
+    ASSERT_EQ(said.size(), 2U);
+    EXPECT_EQ(said[0].text, "CHECK");
+    EXPECT_EQ(said[1].text, "TOP");
 }
 
 TEST(SettingsFile, OriginNamesFileLineAndField)

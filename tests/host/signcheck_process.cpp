@@ -3,6 +3,8 @@
 #include "schema/scripts.h"
 #include "tests/testing/platform.h"
 
+#include <filesystem>
+
 namespace testing_support
 {
 
@@ -28,6 +30,8 @@ SampleBankTest::SampleBankTest()
     : m_spool("SIGNUTILS_SPOOL", m_folder.Path("spool").c_str()),
       m_handOff("SIGNUTILS_HANDOFF", m_folder.Path("handoff").c_str()),
       m_connection("SIGNCHECK_DB", nullptr), m_language("SIGNUTILS_LANG", nullptr),
+      m_userSettings("XDG_CONFIG_HOME", m_folder.Path("config").c_str()),
+      m_applicationData("APPDATA", m_folder.Path("config").c_str()),
       m_order(m_folder.Write("order.xml", "<Document/>"))
 {
     const Answer answer = RunSigncheck({"init", "--db", Db(), "--sample"});
@@ -80,6 +84,14 @@ std::vector<std::string> SampleBankTest::With(std::vector<std::string> arguments
     arguments.push_back(option);
     arguments.push_back(value);
     return arguments;
+}
+
+std::string SampleBankTest::WriteUserSettings(const std::string& toml) const
+{
+    std::filesystem::create_directories(Utf8Path(m_folder.Path("config/signcheck")));
+    m_folder.Write("config/signcheck/config.toml", toml);
+    const auto path = Utf8Path(m_folder.Path("config")) / "signcheck" / "config.toml";
+    return path.string();
 }
 
 std::vector<std::vector<Row>> SampleBankTest::AllTables()

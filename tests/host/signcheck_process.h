@@ -45,6 +45,8 @@ protected:
                                          const std::string& option, const std::string& value);
 
     const std::string& Db() const { return m_database.ConnexionString(); }
+    /// Writes what the user's settings file says, and returns its path.
+    std::string WriteUserSettings(const std::string& toml) const;
     /// Every row of every table.
     std::vector<std::vector<Row>> AllTables();
     /// Rows of history and journal together; 0 after a refusal.
@@ -55,6 +57,8 @@ protected:
     ScopedEnvironment m_handOff;
     ScopedEnvironment m_connection;
     ScopedEnvironment m_language;
+    ScopedEnvironment m_userSettings;    ///< on POSIX
+    ScopedEnvironment m_applicationData; ///< the same on Windows
     TestDatabase m_database;
     std::string m_order;
 };

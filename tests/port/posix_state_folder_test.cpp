@@ -51,6 +51,21 @@ TEST(PosixStateFolder, HomeOfTheUserDatabaseServesWithoutAnEnvironment)
     EXPECT_EQ(port::StateFolder().front(), '/');
 }
 
+TEST(PosixStateFolder, ConfigurationOfTheUserIsBelowTheHomeFolder)
+{
+    const ScopedEnvironment home("HOME", "/home/u");
+    {
+        const ScopedEnvironment configuration("XDG_CONFIG_HOME", nullptr);
+        EXPECT_EQ(port::UserConfigurationFolder(), "/home/u/.config");
+    }
+    {
+        const ScopedEnvironment configuration("XDG_CONFIG_HOME", "/conf\xC3\xA9");
+        EXPECT_EQ(port::UserConfigurationFolder(), "/conf\xE9");
+    }
+    const ScopedEnvironment configuration("XDG_CONFIG_HOME", "without/full/path");
+    EXPECT_EQ(port::UserConfigurationFolder(), "/home/u/.config");
+}
+
 TEST(PosixStateFolder, ConfigurationOfTheMachineIsInEtc)
 {
     EXPECT_EQ(port::SystemConfigurationFolder(), "/etc/signutils");

@@ -322,5 +322,36 @@ TEST_F(PasswordOfSigncheck, IsWhatAFileIsGuardedForAndNothingElse)
     EXPECT_EQ(RunSigncheck({"history", "--config", file}).status, 0);
 }
 
+TEST_F(PasswordOfSigncheck, ApartOthersMayNotWriteAFileThatNamesTheDatabase)
+{
+    const std::string file = m_folder.Write("bank.toml", "[history]\ndb = '" + Db() + "'\n");
+    fs::permissions(file, fs::perms::owner_all | fs::perms::group_write);
+
+    const Answer answer = RunSigncheck({"history", "--config", file});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_EQ(answer.errors,
+              "signcheck: option --config: the settings file '" + file +
+                  "' holds a connection string and has mode 0720, so that others may "
+                  "write it. Take that right from them: chmod go-w " +
+                  file + ".\n");
+}
+
+TEST_F(PasswordOfSigncheck, FromTheUsersOwnFileIsGuardedAsWell)
+{
+    const std::string file = WriteUserSettings(std::string("db = \"") + kRefusing + "\"\n");
+    fs::permissions(file, fs::perms::owner_all | fs::perms::others_read);
+
+    for (const std::string command : {"history", "config"})
+    {
+        const Answer answer = RunSigncheck({command});
+        EXPECT_EQ(answer.status, 64);
+        EXPECT_THAT(answer.errors,
+                    AllOf(HasSubstr("the user's settings: the settings file '" + file +
+                                    "' holds the password of its field db and has mode 0704"),
+                          Not(HasSubstr("sentinel"))));
+    }
+}
+
 } // namespace
 } // namespace testing_support
