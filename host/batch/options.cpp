@@ -1,6 +1,7 @@
 #include "host/batch/options.h"
 
 #include "host/batch/terms.h"
+#include "host/output_format.h"
 
 #include <algorithm>
 #include <string_view>
@@ -40,6 +41,14 @@ constexpr OptionSpec kMetrics = {"metrics", OptionKind::Text, "FILE",
 constexpr OptionSpec kJsonLines = {"json", OptionKind::Flag, "",
                                    "print one JSON object a line: each order, then the summary"};
 
+constexpr OptionSpec kLinesFormat = {
+    host::kOutputFormatOption,
+    OptionKind::Text,
+    "F",
+    "table, for people; json or ndjson: an object a line, as --json",
+    false,
+    "table|json|ndjson"};
+
 // Terms and what goes with them, in the order of check.
 void AddShared(const std::vector<OptionSpec>& ofCheck, std::vector<OptionSpec>& options)
 {
@@ -58,6 +67,7 @@ std::vector<OptionSpec> BatchOptions(const std::vector<OptionSpec>& ofCheck)
     std::vector<OptionSpec> options = {kOrders,          kJobs,   kSidecar, kJournal,
                                        kRemoveLeftovers, kMetrics};
     AddShared(ofCheck, options);
+    options.push_back(kLinesFormat);
     options.push_back(kJsonLines);
     return options;
 }
@@ -67,6 +77,7 @@ std::vector<OptionSpec> WatchOptions(const std::vector<OptionSpec>& ofCheck)
     std::vector<OptionSpec> options = {kFolder, kJobs,    kSidecar,         kSettle,
                                        kRescan, kJournal, kRemoveLeftovers, kMetrics};
     AddShared(ofCheck, options);
+    options.push_back(kLinesFormat);
     options.push_back(kJsonLines);
     return options;
 }

@@ -66,6 +66,30 @@ TEST_F(ManyOrders, JudgesNoOrderASecondTime)
     EXPECT_THAT(Rows(), ElementsAre(Pair("A001.xml", 1), Pair("A002.xml", 1)));
 }
 
+TEST_F(ManyOrders, AreToldInTheOutputFormatThatIsAskedFor)
+{
+    Order("A001.xml");
+
+    for (const std::string format : {"ndjson", "json"})
+    {
+        const Answer answer =
+            Batch({"--journal", m_folder.Path(format), "--output-format", format});
+        EXPECT_EQ(answer.status, 0) << answer.errors;
+        EXPECT_EQ(Lines(answer).at("A001.xml")["verdict"], 1);
+        EXPECT_EQ(Lines(answer).at("")["summary"]["accepted"], 1);
+    }
+    EXPECT_THAT(Batch({"--journal", m_folder.Path("table"), "--output-format", "table"}).output,
+                HasSubstr("1 accepted"));
+}
+
+TEST_F(ManyOrders, HaveNoOutputFormatOfListings)
+{
+    const Answer answer = Batch({"--output-format", "csv"});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors, HasSubstr("Give one of: table, json, ndjson."));
+}
+
 TEST_F(ManyOrders, TakesAFileThatWasReplacedForAnotherOrder)
 {
     Order("A001.xml");
