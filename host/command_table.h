@@ -35,6 +35,13 @@ struct Example
     const char* line;
 };
 
+/// One way for a command to end, as host/exit_status.h has it.
+struct Ending
+{
+    int status;
+    const char* meaning; ///< a phrase without a point
+};
+
 struct CommandSpec
 {
     const char* name; ///< one word, or the word of a group and one of its own: "rules export"
@@ -42,7 +49,9 @@ struct CommandSpec
     std::vector<OptionSpec> options;
     int (*run)(const OptionValues& values);
     std::vector<Example> examples; ///< at least one
-    const char* family = "";       ///< title of the family; the table of all commands sets it
+    /// Beside done, could not be run and wrong usage; exit_status_table.h adds these.
+    std::vector<Ending> endings = {};
+    const char* family = ""; ///< title of the family; the table of all commands sets it
 };
 
 /// The first word of commands of two words.

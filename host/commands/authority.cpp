@@ -1,5 +1,6 @@
 #include "host/commands/families.h"
 #include "host/commands/shared_options.h"
+#include "host/exit_status.h"
 #include "host/explain/explain_command.h"
 #include "host/lint_command.h"
 #include "host/map_command.h"
@@ -33,12 +34,14 @@ CommandFamily AuthorityCommands()
              {kContract, kDb, kHtml, kAnswerFormat, kConfig, kJson},
              RunMap,
              {{"On the terminal", "signcheck map C-1001"},
-              {"As a page to hand out", "signcheck map C-1001 --html map.html"}}},
+              {"As a page to hand out", "signcheck map C-1001 --html map.html"}},
+             {{kFindings, "there is no such contract"}}},
             {"lint",
              "Show what the authors of rules may not have meant",
              {kContractOrAll, kDb, kAnswerFormat, kConfig, kJson},
              RunLint,
-             {{"One contract", "signcheck lint C-1001"}, {"All of them", "signcheck lint"}}},
+             {{"One contract", "signcheck lint C-1001"}, {"All of them", "signcheck lint"}},
+             {{kFindings, "there are findings, or no such contract"}}},
             {"simulate",
              "Judge an order that nobody has made",
              {kContract, kDb, kSigners, kTotal, kLargest, kCurrency, kVeu, kTypeAskedFor, kExplain,
@@ -49,7 +52,10 @@ CommandFamily AuthorityCommands()
                "--currency EUR"},
               {"And why not",
                "signcheck simulate C-1001 --signers \"Paul Martin\" --total 60000 --largest 60000 "
-               "--currency EUR --explain"}}},
+               "--currency EUR --explain"}},
+             {{kDone, "accepted"},
+              {kFindings, "refused by a rule, or no such contract"},
+              {kNoRule, "no rule of the contract concerns the signers"}}},
             {"explain",
              "Tell the checks of a trace file rule by rule",
              {{"file", OptionKind::Text, "TRACE", "a file that check --trace has written", true},
@@ -59,7 +65,8 @@ CommandFamily AuthorityCommands()
               kJson},
              RunExplain,
              {{"Every check of the trace", "signcheck explain check.trace"},
-              {"As a page", "signcheck explain check.trace --html checks.html"}}},
+              {"As a page", "signcheck explain check.trace --html checks.html"}},
+             {{kFindings, "the trace holds no check"}}},
             {"pending",
              "Show who can still complete a distributed order",
              {kContract,
@@ -79,7 +86,9 @@ CommandFamily AuthorityCommands()
              RunPending,
              {{"After the first signature",
                "signcheck pending C-1001 --signers \"Paul Martin\" --total 900 --largest 900 "
-               "--currency EUR"}}},
+               "--currency EUR"}},
+             {{kFindings,
+               "nobody is left who can complete it, or the history does not tell who signed"}}},
         },
     };
 }

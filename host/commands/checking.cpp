@@ -4,6 +4,7 @@
 #include "host/check_command.h"
 #include "host/commands/families.h"
 #include "host/commands/shared_options.h"
+#include "host/exit_status.h"
 
 namespace host
 {
@@ -69,21 +70,31 @@ CommandFamily CheckingCommands()
               {"The same with amounts given, and the decision told rule by rule",
                "signcheck check order.xml --partner DUPONTSA --service CCT --client TRESOR "
                "--protocol 9 --type 1 --signers \"Paul Martin\" --total 900.00 --largest 900.00 "
-               "--currency EUR --explain"}}},
+               "--currency EUR --explain"}},
+             {{kDone, "accepted"},
+              {kFindings, "refused by a rule"},
+              {kNoRule, "no rule of the contract concerns the signers"},
+              {kAmountsUnknown, "accepted on amounts that could not be worked out"}}},
             {"batch",
              "Judge the signatures of many order files, each once",
              batch::BatchOptions(CheckOptions()),
              batch::RunBatch,
              {{"Every order of a folder, with the same terms for all",
                "signcheck batch orders --partner DUPONTSA --service CCT --client TRESOR "
-               "--protocol 9 --type 1 --signers \"Élodie Lefèvre\" --format auto --jobs 2"}}},
+               "--protocol 9 --type 1 --signers \"Élodie Lefèvre\" --format auto --jobs 2"}},
+             {{kDone, "every order accepted, or judged before"},
+              {kFindings, "an order was refused"},
+              {kNoRule, "for an order no rule concerns the signers"},
+              {kCouldNotRun, "an order could not be judged, or some were left"},
+              {kAmountsUnknown, "an order was accepted on amounts that could not be worked out"}}},
             {"watch",
              "Judge the order files that come into a folder, each once",
              batch::WatchOptions(CheckOptions()),
              batch::RunWatch,
              {{"Orders whose terms lie beside them, until it is told to end",
                "signcheck watch orders --sidecar --partner DUPONTSA --service CCT --client TRESOR "
-               "--protocol 9 --type 1 --signers \"Élodie Lefèvre\" --format auto"}}},
+               "--protocol 9 --type 1 --signers \"Élodie Lefèvre\" --format auto"}},
+             {{kDone, "stopped by a signal"}}},
         },
     };
 }

@@ -1,6 +1,7 @@
 #include "host/commands/families.h"
 #include "host/commands/shared_options.h"
 #include "host/events_command.h"
+#include "host/exit_status.h"
 #include "host/history_command.h"
 #include "host/replay/replay_command.h"
 #include "host/reports_command.h"
@@ -153,7 +154,8 @@ CommandFamily LookingBackCommands()
               kJson},
              statusreport::RunCheck,
              {{"One of the hand-off store",
-               "signcheck report check handoff/STATUS/DUPONTSA/1.psr"}}},
+               "signcheck report check handoff/STATUS/DUPONTSA/1.psr"}},
+             {{kFindings, "the report has faults"}}},
             {"replay",
              "Judge the history again by changed rules",
              {kReplayedRules, kDb, kReplayRemove, kReplayedType, kVeuMode, kPartnerFilter,
@@ -161,7 +163,9 @@ CommandFamily LookingBackCommands()
              RunReplay,
              {{"Before a change is made", "signcheck replay --rules rules.toml"},
               {"Orders of this year that all came with type 1 and every signature",
-               "signcheck replay --rules rules.toml --since 2026-01-01 --type 1 --veu-mode off"}}},
+               "signcheck replay --rules rules.toml --since 2026-01-01 --type 1 --veu-mode off"}},
+             {{kDone, "no past order would be decided otherwise"},
+              {kFindings, "some would, or the rule file has errors"}}},
         },
         {{"report", "Look into one status report"}},
     };

@@ -3,6 +3,7 @@
 #include "host/commands/shared_options.h"
 #include "host/convert_command.h"
 #include "host/display_command.h"
+#include "host/exit_status.h"
 
 namespace host
 {
@@ -28,14 +29,16 @@ CommandFamily OrderFileCommands()
              {kOrderFile, kFormat, kOrderAnswerFormat, kConfig, kJson},
              RunAmounts,
              {{"Totals by remittance and currency", "signcheck amounts order.xml"},
-              {"The same for a program", "signcheck amounts order.xml --json"}}},
+              {"The same for a program", "signcheck amounts order.xml --json"}},
+             {{kFindings, "the order file has errors"}}},
             {"display",
              "Show the orders of one order file, as CtlVEU.INI lays them out",
              {kOrderFile, kFormat, kOrderAnswerFormat, kConfig, kJson},
              RunDisplay,
              {{"Every order, below its remittance", "signcheck display order.xml"},
               {"A file whose format is known",
-               "signcheck display order.xml --format ISO20022/pain.001"}}},
+               "signcheck display order.xml --format ISO20022/pain.001"}},
+             {{kFindings, "the order file has errors"}}},
             {"convert",
              "Convert one order file into its work files",
              {kOrderFile,
@@ -46,7 +49,8 @@ CommandFamily OrderFileCommands()
               kJson},
              RunConvert,
              {{"What the conversion makes of a file; nothing stays", "signcheck convert order.xml"},
-              {"Leave the work files", "signcheck convert order.xml --keep"}}},
+              {"Leave the work files", "signcheck convert order.xml --keep"}},
+             {{kFindings, "the order file has errors"}}},
         },
     };
 }

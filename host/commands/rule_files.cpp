@@ -1,5 +1,6 @@
 #include "host/commands/families.h"
 #include "host/commands/shared_options.h"
+#include "host/exit_status.h"
 #include "host/rulebook/apply_command.h"
 #include "host/rulebook/diff_command.h"
 #include "host/rulebook/export_command.h"
@@ -32,7 +33,8 @@ CommandFamily RuleFileCommands()
               kConfig},
              rulebook::RunExport,
              {{"The whole bank", "signcheck rules export > rules.toml"},
-              {"One contract", "signcheck rules export --contract C-1001"}}},
+              {"One contract", "signcheck rules export --contract C-1001"}},
+             {{kFindings, "there is no such contract"}}},
             {"rules validate",
              "List every problem of a rule file",
              {kRuleFile,
@@ -42,7 +44,8 @@ CommandFamily RuleFileCommands()
               kConfig,
               kJson},
              rulebook::RunValidate,
-             {{"Before anybody else sees the file", "signcheck rules validate rules.toml"}}},
+             {{"Before anybody else sees the file", "signcheck rules validate rules.toml"}},
+             {{kFindings, "the file has errors"}}},
             {"rules diff",
              "Show what a rule file would change in the database",
              {kRuleFile,
@@ -55,13 +58,15 @@ CommandFamily RuleFileCommands()
               kJson},
              rulebook::RunDiff,
              {{"Rows that would change", "signcheck rules diff rules.toml"},
-              {"And what that does to orders", "signcheck rules diff rules.toml --effect"}}},
+              {"And what that does to orders", "signcheck rules diff rules.toml --effect"}},
+             {{kFindings, "the file would change something, or has errors"}}},
             {"rules apply",
              "Make the database what a rule file says, all or nothing",
              {kRuleFile, kDb, kRemove, kYes, kAnswerFormat, kConfig, kJson},
              rulebook::RunApply,
              {{"After a question", "signcheck rules apply rules.toml"},
-              {"From a script", "signcheck rules apply rules.toml --yes"}}},
+              {"From a script", "signcheck rules apply rules.toml --yes"}},
+             {{kFindings, "the file has errors, or the question was not answered with yes"}}},
             {"rules import-holders",
              "Add holders and certificates of a CSV file",
              {{"file", OptionKind::Text, "FILE",
@@ -78,7 +83,8 @@ CommandFamily RuleFileCommands()
              {{"All of them, or none when a line is wrong",
                "signcheck rules import-holders people.csv"},
               {"What can be imported; the rest into a file",
-               "signcheck rules import-holders people.csv --rejects rejected.csv"}}},
+               "signcheck rules import-holders people.csv --rejects rejected.csv"}},
+             {{kFindings, "lines were rejected, or the file cannot be imported"}}},
         },
         {{"rules", "Keep holders, contracts and rules as files"}},
     };

@@ -1,6 +1,7 @@
 #include "host/commands/families.h"
 #include "host/commands/shared_options.h"
 #include "host/doctor/doctor_command.h"
+#include "host/exit_status.h"
 #include "host/init_command.h"
 #include "host/prune/prune_command.h"
 #include "host/settings/config_command.h"
@@ -23,7 +24,8 @@ CommandFamily UpkeepCommands()
              RunInit,
              {{"A sample bank to try signcheck on",
                "signcheck init --sample --db \"Driver=SQLite3;Database=bank.db\""},
-              {"Bring the tables up to date", "signcheck init"}}},
+              {"Bring the tables up to date", "signcheck init"}},
+             {{kFindings, "the tables are not of this version's making; nothing was changed"}}},
             {"doctor",
              "Look at everything that a check needs, and name the remedy for what is wrong",
              {{"folder", OptionKind::Text, "FOLDER",
@@ -39,8 +41,8 @@ CommandFamily UpkeepCommands()
              doctor::RunDoctor,
              {{"Is everything there that a check needs?", "signcheck doctor"},
               {"The same for monitoring", "signcheck doctor --json"},
-              {"What did a kill leave behind, also beside the orders?",
-               "signcheck doctor orders"}}},
+              {"What did a kill leave behind, also beside the orders?", "signcheck doctor orders"}},
+             {{kFindings, "something that a check needs failed"}}},
             {"config",
              "Show every setting, where it comes from and what it hides",
              {{"command", OptionKind::Text, "COMMAND",
@@ -69,7 +71,8 @@ CommandFamily UpkeepCommands()
              prune::RunPrune,
              {{"How much there is", "signcheck prune --before 2026-01-01 --dry-run"},
               {"Archive it and remove it",
-               "signcheck prune --before 2026-01-01 --export archive-2026-01-01 --yes"}}},
+               "signcheck prune --before 2026-01-01 --export archive-2026-01-01 --yes"}},
+             {{kFindings, "nothing removed: the question was not answered with yes"}}},
         },
     };
 }
