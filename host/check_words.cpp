@@ -1,5 +1,6 @@
 #include "host/check_result.h"
 
+#include "host/decision.h"
 #include "host/paragraph.h"
 
 namespace host
@@ -92,7 +93,7 @@ std::string CheckInWords(const CheckRequest& request, const CheckResult& result)
 {
     std::string words;
     AppendParagraph(words, "Order", request.fileShown);
-    AppendParagraph(words, "Decided", Decision(result));
+    AppendDecision(words, Decision(result));
     AppendParagraph(words, "Amounts", AmountsInWords(request, result.amounts));
     const auto reasons = Reasons(result);
     for (std::size_t index = 0; index < reasons.size(); ++index)

@@ -1,6 +1,7 @@
 #include "host/command_table.h"
 
 #include "host/commands/families.h"
+#include "host/palette.h"
 
 #include <algorithm>
 
@@ -9,6 +10,15 @@ namespace host
 
 namespace
 {
+
+constexpr OptionSpec kColor = {
+    kColorOption,
+    OptionKind::Text,
+    "WHEN",
+    "colour verdicts, errors and warnings: auto, as when not given, on a "
+    "terminal unless NO_COLOR is set; always; never",
+    false,
+    "auto|always|never"};
 
 std::vector<CommandFamily> MakeFamilies()
 {
@@ -24,6 +34,7 @@ std::vector<CommandSpec> MakeCommands()
         for (CommandSpec command : family.commands)
         {
             command.family = family.title;
+            command.options.push_back(kColor);
             commands.push_back(std::move(command));
         }
     }

@@ -49,7 +49,8 @@ struct CommandSpec
     std::vector<OptionSpec> options;
     int (*run)(const OptionValues& values);
     std::vector<Example> examples; ///< at least one
-    /// Beside done, could not be run and wrong usage; exit_status_table.h adds these.
+    /// Those that are not simply done, could not be run or wrong usage; exit_status_table.h adds
+    /// these.
     std::vector<Ending> endings = {};
     const char* family = ""; ///< title of the family; the table of all commands sets it
 };

@@ -3,6 +3,7 @@
 #include "host/json_layout.h"
 #include "host/output.h"
 #include "host/output_format.h"
+#include "host/palette.h"
 #include "host/refusal.h"
 #include "host/settings/sources.h"
 #include "host/text.h"
@@ -39,6 +40,7 @@ void CompleteSettings(const host::CommandSpec& command, host::OptionValues& valu
     sources.Complete(command, values);
     const host::OutputFormat format = host::OutputFormatFrom(command, values);
     TellJson(values);
+    host::SettleColours(values);
     host::LayOutJson(format == host::OutputFormat::NdJson ? host::JsonLayout::OneLine
                                                           : host::JsonLayout::Readable);
 }

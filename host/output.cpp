@@ -2,6 +2,7 @@
 
 #include "database/secrets.h"
 #include "host/json_layout.h"
+#include "host/palette.h"
 
 #include <nlohmann/json.hpp>
 
@@ -51,12 +52,13 @@ std::string WithoutPasswords(const std::string& message)
 
 void Complain(const std::string& message)
 {
-    Write(stderr, "signcheck: " + WithoutPasswords(message) + "\n");
+    Write(stderr, ForErrors(Tone::Bad, "signcheck:") + " " + WithoutPasswords(message) + "\n");
 }
 
 void Warn(const std::string& message)
 {
-    Write(stderr, "signcheck: WARNING: " + WithoutPasswords(message) + "\n");
+    Write(stderr, "signcheck: " + ForErrors(Tone::Doubtful, "WARNING:") + " " +
+                      WithoutPasswords(message) + "\n");
 }
 
 bool FlushOutput()

@@ -1,5 +1,6 @@
 #include "host/simulate_command.h"
 
+#include "host/decision.h"
 #include "host/exit_status.h"
 #include "host/explain/explanation.h"
 #include "host/html_page.h"
@@ -56,7 +57,7 @@ std::string AsText(const HypotheticalOrder& asked, const scratch::OrderKind& kin
 {
     std::string text = InWords(asked, kind);
     AppendParagraph(text, "VEU", asked.order.isDistributed ? "on" : "off");
-    AppendParagraph(text, "Decided", SentenceOf(decision.verdict));
+    AppendDecision(text, SentenceOf(decision.verdict));
     if (!decision.reasonText.empty())
     {
         AppendParagraph(text, "Why", decision.reasonText);

@@ -26,6 +26,11 @@ SIGNUTILS_PORT_API bool InputIsTerminal();
 /// Whether standard error is a terminal that a line can be drawn anew on.
 SIGNUTILS_PORT_API bool ErrorIsTerminal();
 
+/// Whether standard output, or standard error, is a terminal that takes sequences for colours. On
+/// Windows a console is asked to take them.
+SIGNUTILS_PORT_API bool OutputTakesColours();
+SIGNUTILS_PORT_API bool ErrorTakesColours();
+
 /// The machine's name in its network, UTF-8; empty when the system does not tell.
 SIGNUTILS_PORT_API std::string MachineName();
 

@@ -1,5 +1,6 @@
 #include "host/batch/progress_bar.h"
 
+#include "host/palette.h"
 #include "port/program.h"
 #include "support/format.h"
 
@@ -15,15 +16,6 @@ namespace
 constexpr std::size_t kWidth = 20;
 constexpr auto kBetween = std::chrono::milliseconds(100);
 constexpr const char* kClearLine = "\r\x1B[K";
-constexpr const char* kRed = "\x1B[31m";
-constexpr const char* kYellow = "\x1B[33m";
-constexpr const char* kPlain = "\x1B[0m";
-
-std::string Coloured(const std::string& text, const char* colour, bool isColoured)
-{
-    return isColoured ? colour + text + kPlain : text;
-}
-
 std::string Duration(double seconds)
 {
     const auto whole = static_cast<long long>(seconds + 0.5);
@@ -40,11 +32,11 @@ std::string ProgressLine(const Tally& tally, std::size_t total, double seconds, 
     const double rate = seconds > 0.0 ? static_cast<double>(done) / seconds : 0.0;
     std::string line = "[" + std::string(filled, '#') + std::string(kWidth - filled, '.') + "] " +
                        std::to_string(done) + "/" + std::to_string(total) + " files, ";
-    line += Coloured(std::to_string(tally.Refused()) + " refused",
-                     tally.Refused() > 0 ? kYellow : "", isColoured && tally.Refused() > 0) +
+    line += host::Painted(isColoured && tally.Refused() > 0, host::Tone::Doubtful,
+                          std::to_string(tally.Refused()) + " refused") +
             ", ";
-    line += Coloured(std::to_string(tally.NotJudged()) + " errors",
-                     tally.NotJudged() > 0 ? kRed : "", isColoured && tally.NotJudged() > 0);
+    line += host::Painted(isColoured && tally.NotJudged() > 0, host::Tone::Bad,
+                          std::to_string(tally.NotJudged()) + " errors");
     line += support::FormatA(", %.0f/s", rate);
     if (rate > 0.0)
     {
@@ -54,8 +46,7 @@ std::string ProgressLine(const Tally& tally, std::size_t total, double seconds, 
 }
 
 ProgressBar::ProgressBar(std::size_t total)
-    : m_total(total), m_isOn(port::ErrorIsTerminal()),
-      m_isColoured(m_isOn && port::Utf8Environment("NO_COLOR").empty())
+    : m_total(total), m_isOn(port::ErrorIsTerminal()), m_isColoured(host::AreErrorsColoured())
 {
 }
 

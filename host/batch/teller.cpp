@@ -1,5 +1,6 @@
 #include "host/batch/teller.h"
 
+#include "host/decision.h"
 #include "host/output.h"
 #include "host/text.h"
 
@@ -90,10 +91,11 @@ Json ResultAsJson(const OrderResult& result)
 std::string ResultInWords(const OrderResult& result)
 {
     constexpr std::size_t kWordWidth = 12;
-    std::string word = Word(result);
-    word.resize(kWordWidth, ' ');
+    const std::string word = Word(result);
+    const std::string gap(kWordWidth - word.size(), ' ');
     const std::string reason = host::Printable(Reason(result));
-    return word + host::Printable(result.path) + (reason.empty() ? "" : ": " + reason);
+    return host::ColouredVerdict(word) + gap + host::Printable(result.path) +
+           (reason.empty() ? "" : ": " + reason);
 }
 
 Teller::Teller(bool asJson, std::size_t total)

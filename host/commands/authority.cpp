@@ -50,9 +50,9 @@ CommandFamily AuthorityCommands()
              {{"May this holder release 900 euros?",
                "signcheck simulate C-1001 --signers \"Élodie Lefèvre\" --total 900 --largest 900 "
                "--currency EUR"},
-              {"And why not",
-               "signcheck simulate C-1001 --signers \"Paul Martin\" --total 60000 --largest 60000 "
-               "--currency EUR --explain"}},
+              {"And why not", "signcheck simulate C-1001 --signers \"Élodie Lefèvre\" --total "
+                              "60000 --largest 60000 "
+                              "--currency EUR --explain"}},
              {{kDone, "accepted"},
               {kFindings, "refused by a rule, or no such contract"},
               {kNoRule, "no rule of the contract concerns the signers"}}},
@@ -85,7 +85,7 @@ CommandFamily AuthorityCommands()
               kJson},
              RunPending,
              {{"After the first signature",
-               "signcheck pending C-1001 --signers \"Paul Martin\" --total 900 --largest 900 "
+               "signcheck pending C-2002 --signers \"Käthe Schröder\" --total 900 --largest 900 "
                "--currency EUR"}},
              {{kFindings,
                "nobody is left who can complete it, or the history does not tell who signed"}}},

@@ -69,8 +69,8 @@ CommandFamily CheckingCommands()
                "--protocol 9 --type 1 --signers \"Élodie Lefèvre\" --format auto"},
               {"The same with amounts given, and the decision told rule by rule",
                "signcheck check order.xml --partner DUPONTSA --service CCT --client TRESOR "
-               "--protocol 9 --type 1 --signers \"Paul Martin\" --total 900.00 --largest 900.00 "
-               "--currency EUR --explain"}},
+               "--protocol 9 --type 1 --signers \"Élodie Lefèvre\" --total 64200.00 "
+               "--largest 20000.00 --currency EUR --explain"}},
              {{kDone, "accepted"},
               {kFindings, "refused by a rule"},
               {kNoRule, "no rule of the contract concerns the signers"},

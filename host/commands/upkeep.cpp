@@ -25,7 +25,7 @@ CommandFamily UpkeepCommands()
              {{"A sample bank to try signcheck on",
                "signcheck init --sample --db \"Driver=SQLite3;Database=bank.db\""},
               {"Bring the tables up to date", "signcheck init"}},
-             {{kFindings, "the tables are not of this version's making; nothing was changed"}}},
+             {{kFindings, "the tables are of another version, and nothing was changed"}}},
             {"doctor",
              "Look at everything that a check needs, and name the remedy for what is wrong",
              {{"folder", OptionKind::Text, "FOLDER",

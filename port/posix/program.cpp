@@ -9,6 +9,17 @@
 namespace port
 {
 
+namespace
+{
+
+bool TakesColours(int descriptor)
+{
+    const std::string terminal = Utf8Environment("TERM");
+    return isatty(descriptor) == 1 && !terminal.empty() && terminal != "dumb";
+}
+
+} // namespace
+
 std::vector<std::string> Utf8Arguments(int count, char** values)
 {
     if (count < 2)
@@ -34,6 +45,16 @@ bool InputIsTerminal()
 bool ErrorIsTerminal()
 {
     return isatty(STDERR_FILENO) == 1;
+}
+
+bool OutputTakesColours()
+{
+    return TakesColours(STDOUT_FILENO);
+}
+
+bool ErrorTakesColours()
+{
+    return TakesColours(STDERR_FILENO);
 }
 
 std::string MachineName()

@@ -20,6 +20,15 @@ struct LocalDeleter
     void operator()(void* memory) const noexcept { LocalFree(memory); }
 };
 
+// Consoles before Windows 10 know no sequences and refuse.
+bool TakesColours(DWORD stream)
+{
+    constexpr DWORD kSequences = 0x0004; // ENABLE_VIRTUAL_TERMINAL_PROCESSING
+    const HANDLE console = GetStdHandle(stream);
+    DWORD mode = 0;
+    return GetConsoleMode(console, &mode) != 0 && SetConsoleMode(console, mode | kSequences) != 0;
+}
+
 } // namespace
 
 std::vector<std::string> Utf8Arguments(int /*count*/, char** /*values*/)
@@ -58,6 +67,16 @@ bool ErrorIsTerminal()
 {
     DWORD mode = 0;
     return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
+bool OutputTakesColours()
+{
+    return TakesColours(STD_OUTPUT_HANDLE);
+}
+
+bool ErrorTakesColours()
+{
+    return TakesColours(STD_ERROR_HANDLE);
 }
 
 std::string MachineName()
