@@ -140,6 +140,15 @@ TEST(Statements, DecisionRowHoldsEveryColumn)
                      L"1000.000000,'C:\\in\\order.xml'"));
 }
 
+TEST(Statements, NamesLongerThan8CharactersAreCutInTheRow)
+{
+    const ContractKey longer = {3, 9, "EBICS", "PARTNER1x", "SERVICE1yy", "CLIENT123", true, false};
+    const HistoryFacts facts = {longer, kOrder, L"cert one", 2};
+
+    EXPECT_NE(Decision(facts, SampleDecision()).find(L"'PARTNER1',9,'SERVICE1','CLIENT12',42,"),
+              std::wstring::npos);
+}
+
 TEST(Statements, NoRuleRowHasBlankSignersAndTheFindingAlone)
 {
     const HistoryFacts facts = {kContract, kOrder, L"cert one", 2};
