@@ -92,7 +92,6 @@ void FindingOf(const HistoryFacts& facts, const ruleSign& decision, HistoryFindi
 HistoryFinding FindingOfNoRule(const TSimpleStringW& motif)
 {
     HistoryFinding finding;
-    finding.status = kVerdictNoRule;
     PutDoubled(finding.motif, motif);
     return finding;
 }

@@ -36,7 +36,7 @@ struct HistoryFacts
 /// What a history row tells of one decision, in the form of the statement: quotes doubled.
 struct HistoryFinding
 {
-    std::uint32_t status = 0; ///< the verdict of the whole check
+    std::uint32_t status = kVerdictNoRule; ///< the verdict of the whole check
     std::int32_t controlType = 0;
     TSimpleStringW firstName1;
     TSimpleStringW lastName1;

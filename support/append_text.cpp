@@ -17,7 +17,7 @@ namespace
 
 void AppendAscii(std::wstring& target, const char* begin, const char* end)
 {
-    wchar_t wide[32];
+    wchar_t wide[kSixPlacesSize]; // the longest that is appended
     wchar_t* to = wide;
     for (const char* each = begin; each != end; ++each)
     {
@@ -29,7 +29,7 @@ void AppendAscii(std::wstring& target, const char* begin, const char* end)
 template <typename Number>
 void AppendNumber(std::wstring& target, Number number)
 {
-    char digits[16];
+    char digits[kSixPlacesSize];
     AppendAscii(target, digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 

@@ -17,7 +17,7 @@ constexpr std::uint64_t kHalf = kOne / 2;
 std::uint64_t TakeThreePlaces(std::uint64_t& fraction) noexcept
 {
     const std::uint64_t scaled = fraction * 1000; // below 2^62
-    fraction = scaled & (kOne - 1);
+    fraction = scaled % kOne;
     return scaled >> kBinaryPlaces;
 }
 
@@ -46,7 +46,7 @@ char* WriteSixPlaces(double magnitude, char* text) noexcept
     }
     // A seventh digit before the places keeps their zeros, and makes room for the point.
     char* const end = std::to_chars(text, text + kSixPlacesSize, whole).ptr;
-    std::to_chars(end, end + 7, 1'000'000 + places);
+    std::to_chars(end, text + kSixPlacesSize, 1'000'000 + places);
     *end = '.';
     return end + 7;
 }
