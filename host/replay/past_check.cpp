@@ -51,9 +51,10 @@ std::optional<std::int64_t> SecondOf(const std::string& text)
     }
     const auto number = [&moment](std::size_t at, std::size_t digits)
     { return support::ToInt32(moment.substr(at, digits).c_str()); };
-    const std::chrono::sys_days day = std::chrono::year(number(0, 4)) /
-                                      static_cast<unsigned int>(number(5, 2)) /
-                                      static_cast<unsigned int>(number(8, 2));
+    const std::chrono::sys_days day =
+        std::chrono::year_month_day(std::chrono::year(number(0, 4)),
+                                    std::chrono::month(static_cast<unsigned int>(number(5, 2))),
+                                    std::chrono::day(static_cast<unsigned int>(number(8, 2))));
     constexpr std::int64_t kHoursOfADay = 24;
     const std::int64_t hours = day.time_since_epoch().count() * kHoursOfADay + number(11, 2);
     return (hours * 60 + number(14, 2)) * 60 + number(17, 2);
