@@ -3,6 +3,7 @@
 #include "database/connection_string.h"
 #include "host/command_table.h"
 #include "host/order_path.h"
+#include "host/settings/sources.h"
 #include "host/text.h"
 #include "port/environment.h"
 #include "port/files.h"
@@ -22,23 +23,26 @@ namespace
 constexpr const char* kCheck = "settings";
 constexpr const char* kDisplayFile = "CtlVEU.INI";
 
-// A settings file with a password that others may read was refused before any command ran.
-void JudgeSettingsFile(const host::OptionValues& values, Findings& findings)
+// A settings file that names the database and that others may write was refused before any command
+// ran.
+void JudgeSettingsFiles(const host::SettingsSources& sources, Findings& findings)
 {
-    const host::OptionValue* const file = values.Find(host::kConfigOption);
-    if (file == nullptr)
+    for (const host::SettingsFile& file : sources.Files())
     {
-        return;
-    }
-    const port::FileRights rights =
-        port::RightsOf(host::ExistingFilePath(*file, "the settings file").c_str());
-    if (rights.othersMayWrite)
-    {
-        findings.push_back(
-            {kCheck, Outcome::Warning,
-             "the settings file " + host::Quoted(file->text) + " has mode " + rights.mode +
-                 ": others may name another database and other limits there",
-             "Make it its owner's: chmod go-w " + host::Printable(file->text) + "."});
+        if (!file.isThere)
+        {
+            continue;
+        }
+        const port::FileRights rights =
+            port::RightsOf(host::ExistingFilePath(file.path, "the settings file").c_str());
+        if (rights.othersMayWrite)
+        {
+            findings.push_back(
+                {kCheck, Outcome::Warning,
+                 "the settings file " + host::Quoted(file.path.text) + " has mode " + rights.mode +
+                     ": others may set limits and folders there",
+                 "Make it its owner's: chmod go-w " + host::Printable(file.path.text) + "."});
+        }
     }
 }
 
@@ -98,13 +102,18 @@ void JudgeTimeout(Findings& findings)
     }
 }
 
-std::string InWords(const host::OptionValues& values)
+std::string InWords(const host::SettingsSources& sources)
 {
-    const host::OptionValue* const file = values.Find(host::kConfigOption);
+    std::string files;
+    for (const host::SettingsFile& file : sources.Files())
+    {
+        if (file.isThere)
+        {
+            files += (files.empty() ? "settings file " : " and ") + host::Quoted(file.path.text);
+        }
+    }
     const std::string language = port::Environment("SIGNUTILS_LANG");
-    return (file == nullptr ? std::string("no settings file")
-                            : "settings file " + host::Quoted(file->text)) +
-           ", messages in " +
+    return (files.empty() ? std::string("no settings file") : files) + ", messages in " +
            (support::EqualIgnoringAsciiCase(language.c_str(), "fr") ? "French" : "English");
 }
 
@@ -112,15 +121,16 @@ std::string InWords(const host::OptionValues& values)
 
 Findings CheckSettings(const host::OptionValues& values)
 {
+    const host::SettingsSources sources(values.Find(host::kConfigOption));
     Findings findings;
-    JudgeSettingsFile(values, findings);
+    JudgeSettingsFiles(sources, findings);
     JudgePassword(values, findings);
     JudgeDisplay(findings);
     JudgeLanguage(findings);
     JudgeTimeout(findings);
     if (findings.empty())
     {
-        findings.push_back({kCheck, Outcome::Ok, InWords(values), ""});
+        findings.push_back({kCheck, Outcome::Ok, InWords(sources), ""});
     }
     return findings;
 }
