@@ -136,7 +136,7 @@ void PrintWords(const OrderSource& order, const FileAmounts& figures, Remittance
 int RunAmounts(const OptionValues& values)
 {
     const OrderSource order = ReadOrderSource(values, "amounts");
-    const Conversion conversion(order);
+    Conversion conversion(order);
     const FileAmounts figures = ReadFileAmounts(order.path);
     Remittances remittances(order.path);
     FileErrors errors(order.path);

@@ -11,6 +11,8 @@
 #include "port/files.h"
 #include "support/codepage.h"
 
+#include <algorithm>
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -39,18 +41,28 @@ OrderSource ReadOrderSource(const OptionValues& values, const std::string& comma
     order.shown = file.text;
     order.path = ExistingFilePath(file, "the order file");
     order.format = ReadOrderFormat(values, order.path);
+    order.holder = "signcheck " + command;
     return order;
 }
 
-Conversion::Conversion(std::string order) : m_order(std::move(order)) {}
+Conversion::Conversion(std::string order, const std::string& holder)
+    : m_order(std::move(order)), m_lock(m_order, holder)
+{
+}
 
 // Delegates, so that the destructor runs whatever fails behind the conversion.
-Conversion::Conversion(const OrderSource& order) : Conversion(order.path)
+Conversion::Conversion(const OrderSource& order) : Conversion(order.path, order.holder)
 {
+    RequireToBeAlone();
     RefuseExisting(order);
     Run(order);
     m_isOurs = true;
     RefuseMissing(order);
+    // A folder that cannot be written was refused by then.
+    if (!m_lock.IsTaken())
+    {
+        Warn(m_lock.Failure());
+    }
 }
 
 Conversion::~Conversion()
@@ -83,9 +95,29 @@ std::string Conversion::Path(const amounts::WorkFileKind& kind) const
     return amounts::WorkFilePath(m_order.c_str(), kind);
 }
 
-void Conversion::Remove() const
+void Conversion::Remove()
 {
     amounts::DeleteWorkFiles(m_order.c_str());
+    // Whoever takes the order now finds none of our files, and touches none that we read on.
+    if (!IsAnythingLeft())
+    {
+        m_lock.GiveBack();
+    }
+}
+
+bool Conversion::IsAnythingLeft() const
+{
+    return std::any_of(std::begin(amounts::kWorkFiles), std::end(amounts::kWorkFiles),
+                       [this](const amounts::WorkFileKind& kind)
+                       { return port::FileExists(Path(kind).c_str()); });
+}
+
+void Conversion::RequireToBeAlone() const
+{
+    if (m_lock.IsHeldByOther())
+    {
+        throw Refusal(kCouldNotRun, "argument FILE: " + m_lock.Obstacle());
+    }
 }
 
 void Conversion::RefuseExisting(const OrderSource& order) const

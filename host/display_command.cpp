@@ -49,7 +49,7 @@ int RunDisplay(const OptionValues& values)
 {
     const OrderSource order = ReadOrderSource(values, "display");
     const DisplayProfile profile = FindDisplayProfile(order.format);
-    const Conversion conversion(order);
+    Conversion conversion(order);
     OrderWalk walk(order.path);
     FileErrors errors(order.path);
     const DisplayColumns remittance(walk.Remittances(), profile.remittanceDisplay, profile.path);

@@ -26,9 +26,15 @@ struct Field
     Json (*value)(const QueryRow& row);
 };
 
+std::string Amount(const std::string& text)
+{
+    return support::Utf8FromWide(support::AmountText(support::ToDouble(text.c_str())));
+}
+
+// As the words have it: what a sum of doubles carries behind its last unit is left out.
 Json Decimal(const QueryRow& row, const char* column)
 {
-    return support::ToDouble(row.at(column).c_str());
+    return support::ToDouble(Amount(row.at(column)).c_str());
 }
 
 std::string Trimmed(std::string text)
@@ -81,11 +87,6 @@ std::string Holders(const QueryRow& row)
     const std::string first = Trimmed(row.at("SIGNER1"));
     const std::string second = Trimmed(row.at("SIGNER2"));
     return second.empty() ? first : first + ", " + second;
-}
-
-std::string Amount(const std::string& text)
-{
-    return support::Utf8FromWide(support::AmountText(support::ToDouble(text.c_str())));
 }
 
 // The rule's holders where the row has them, else whoever signed.

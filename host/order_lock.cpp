@@ -36,8 +36,9 @@ std::string OrderLock::Obstacle() const
 {
     const std::string note = Printable(port::NoteOfLock(OrderLockPath(m_order).c_str()));
     return "the order file " + Quoted(support::Utf8FromNarrow(m_order)) +
-           " is being judged by another host" + (note.empty() ? std::string() : " (" + note + ")") +
-           ". Wait until it is done; its verdict is in the history then.";
+           " is in use by another host" + (note.empty() ? std::string() : " (" + note + ")") +
+           ", which judges or converts it. Wait until it is done; a verdict is in the history "
+           "then.";
 }
 
 std::string OrderLock::Failure() const

@@ -7,8 +7,8 @@
 namespace host
 {
 
-/// Keeps two hosts from judging one order file at once: a lock file beside it, ORDER.veu.lock. The
-/// system gives it back when its holder dies.
+/// Keeps two hosts from judging or converting one order file at once: a lock file beside it,
+/// ORDER.veu.lock. The system gives it back when its holder dies.
 class OrderLock
 {
 public:
@@ -18,6 +18,9 @@ public:
     bool IsTaken() const noexcept { return m_attempt == port::LockFile::Attempt::Taken; }
     /// Somebody else judges the order now.
     bool IsHeldByOther() const noexcept { return m_attempt == port::LockFile::Attempt::Held; }
+
+    /// Ends it before the scope does.
+    void GiveBack() noexcept { m_file.GiveBack(); }
 
     /// Why the order must not be judged now, with the remedy; UTF-8. For a lock that is held.
     std::string Obstacle() const;

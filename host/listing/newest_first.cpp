@@ -1,5 +1,6 @@
 #include "host/listing/newest_first.h"
 
+#include "host/amount_columns.h"
 #include "support/numbers.h"
 
 #include <algorithm>
@@ -69,13 +70,9 @@ bool NewestFirst::OpenBand()
     host::Conditions conditions = m_conditions;
     conditions.GreaterNumber(m_table.number, lowest);
     conditions.AtMostNumber(m_table.number, *largest);
-    std::string columns;
-    for (const std::string& column : m_columns)
-    {
-        columns += (columns.empty() ? "" : ", ") + column;
-    }
-    const std::string statement = "SELECT " + columns + " FROM " + m_table.name +
-                                  conditions.Clause() + " ORDER BY " + m_table.number + " DESC";
+    const std::string statement = "SELECT " + host::SelectedColumns(m_database, m_columns) +
+                                  " FROM " + m_table.name + conditions.Clause() + " ORDER BY " +
+                                  m_table.number + " DESC";
     m_band.emplace(m_database, m_connection, statement, m_columns);
     m_upTo = lowest;
     m_width = std::min(m_width * 2, kLargestWidth);

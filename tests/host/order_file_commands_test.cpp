@@ -1,6 +1,7 @@
 // What amounts, display and convert have in common: what they refuse, and that nothing stays
 // behind.
 
+#include "host/order_lock.h"
 #include "tests/host/order_files.h"
 
 #include <gmock/gmock.h>
@@ -49,6 +50,41 @@ TEST_P(OrderFileCommand, LeavesNothingButTheOrderFile)
     EXPECT_THAT(Names(), ElementsAre("order.xml"));
     EXPECT_EQ(Run({m_folder.Path("order.xml"), "--json"}).status, 0);
     EXPECT_THAT(Names(), ElementsAre("order.xml"));
+}
+
+TEST_P(OrderFileCommand, LeavesAnOrderAloneThatAnotherHostHolds)
+{
+    const std::string order = Valid();
+    const host::OrderLock lock(order, "signcheck watch");
+    ASSERT_TRUE(lock.IsTaken());
+
+    EXPECT_THAT(RefusalOf({order}, 3),
+                AllOf(HasSubstr("is in use by another host (signcheck watch, process "),
+                      HasSubstr("Wait until it is done")));
+    EXPECT_THAT(Names(), ElementsAre("order.xml", "order.xml.veu.lock"));
+}
+
+TEST_P(OrderFileCommand, TakesOverTheLockOfADeadHost)
+{
+    const std::string order = Valid();
+    m_folder.Write("order.xml.veu.lock", "signcheck batch, process 4711 on elsewhere");
+
+    const Answer answer = Run({order});
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_EQ(answer.errors, "");
+    EXPECT_THAT(Names(), ElementsAre("order.xml"));
+}
+
+TEST_P(OrderFileCommand, TellsThatThereIsNoLockAndGoesOn)
+{
+    const std::string order = Valid();
+    std::filesystem::create_directory(Utf8Path(m_folder.Path("order.xml.veu.lock")));
+
+    const Answer answer = Run({order});
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_THAT(answer.errors, HasSubstr("order.xml.veu.lock' cannot be made"));
 }
 
 TEST_P(OrderFileCommand, EndsWithFindingsWhenTheOrderFileHasErrors)

@@ -225,7 +225,7 @@ TEST_F(ManyOrders, JudgesNoOrderThatAnotherHostJudges)
     const auto lines = Lines(answer);
     EXPECT_EQ(lines.at("A001.xml")["held"], true);
     EXPECT_THAT(lines.at("A001.xml")["error"].get<std::string>(),
-                HasSubstr("is being judged by another host (signcheck watch"));
+                HasSubstr("is in use by another host (signcheck watch"));
     EXPECT_THAT(Rows(), ElementsAre(Pair("A002.xml", 1)));
 }
 

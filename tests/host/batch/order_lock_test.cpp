@@ -29,7 +29,7 @@ TEST_F(OrderLockOfCheck, KeepsAnotherHostFromJudgingTheOrder)
 
     EXPECT_EQ(answer.status, 3);
     EXPECT_EQ(answer.Json()["outcome"], "not-run");
-    EXPECT_THAT(answer.errors, HasSubstr("is being judged by another host (signcheck watch, "
+    EXPECT_THAT(answer.errors, HasSubstr("is in use by another host (signcheck watch, "
                                          "process "));
     EXPECT_THAT(answer.errors, HasSubstr("Wait until it is done"));
     EXPECT_EQ(RecordsWritten(), 0U);

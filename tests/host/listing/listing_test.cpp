@@ -122,6 +122,22 @@ TEST_F(Listing, AmountsOfHistoryAreARangeWithBothEnds)
                 ElementsAre("A002"));
 }
 
+TEST_F(Listing, AmountsOfHistoryKeepEveryDigitInJsonAsInWords)
+{
+    m_database.Execute(L"UPDATE HST_SIGNRULES SET TOTAL = 123456789012.8125, MAXORDER = 1e0 "
+                       L"WHERE ORDERID = 'A001'");
+    m_database.Execute(L"UPDATE HST_SIGNRULES SET TOTAL = 0.1e0 + 0.2e0, MAXORDER = NULL "
+                       L"WHERE ORDERID = 'A002'");
+
+    const Answer exact = Ask({"history", "--order-id", "A001", "--json"});
+    EXPECT_THAT(exact.output, HasSubstr("\"total\": 123456789012.8125,"));
+    EXPECT_THAT(exact.output, HasSubstr("\"largestOrder\": 1.0,"));
+    EXPECT_THAT(Ask({"history", "--order-id", "A001"}).output, HasSubstr("123456789012.8125"));
+    const Answer sum = Ask({"history", "--order-id", "A002", "--json"});
+    EXPECT_THAT(sum.output, HasSubstr("\"total\": 0.3,"));
+    EXPECT_THAT(sum.output, HasSubstr("\"largestOrder\": 0.0,"));
+}
+
 TEST_F(Listing, AnAmountThatIsNoneIsRefused)
 {
     for (const std::string text :
