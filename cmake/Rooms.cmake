@@ -30,10 +30,10 @@ function(signutils_room name)
   target_link_libraries(${target} ${scope} ${ROOM_USES} ${ROOM_LINKS})
 endfunction()
 
-# signutils_tests(<room> SOURCES <files> [LINKS <libraries>])
+# signutils_tests(<room> SOURCES <files> [LINKS <libraries>] [OPTIMISED])
 # One test program a room; every test is registered under its own name.
 function(signutils_tests room)
-  cmake_parse_arguments(TESTS "" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(TESTS "OPTIMISED" "" "SOURCES;LINKS" ${ARGN})
   foreach(source IN LISTS TESTS_SOURCES)
     cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
     set_property(GLOBAL APPEND PROPERTY SIGNUTILS_LISTED_TESTS "${source}")
@@ -43,10 +43,13 @@ function(signutils_tests room)
   target_link_libraries(${target} PRIVATE
     signutils_warnings signutils_testing ${TESTS_LINKS} GTest::gmock GTest::gtest)
   set(properties TIMEOUT 300)
-  if(WIN32)
-    # What is tested is optimised; the tests themselves need not be, and are built in half the time.
+  # What is tested is optimised; the tests themselves need not be, and are built in half the time. A
+  # program whose runs are counted has other flags than the precompiled headers.
+  if(NOT TESTS_OPTIMISED AND NOT room IN_LIST SIGNUTILS_COVERAGE)
     target_compile_options(${target} PRIVATE -O0)
     target_precompile_headers(${target} REUSE_FROM signutils_testing)
+  endif()
+  if(WIN32)
     # COM finds the engine by the registry.
     list(APPEND properties FIXTURES_REQUIRED engine_registered)
   endif()
