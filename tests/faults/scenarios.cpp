@@ -40,8 +40,10 @@ public:
         session.messageName = L"pain.001.001.03";
         session.messageId = L"MSG-1";
         // A session keeps its signers, so the second check needs none.
-        session.calls = {{L"order.xml", L"Ana Ruiz", false, false, {}, {}},
-                         {L"order.xml", L"", false, false, {}, {}}};
+        session.calls.resize(2);
+        session.calls[0].fileName = L"order.xml";
+        session.calls[0].signers = L"Ana Ruiz";
+        session.calls[1].fileName = L"order.xml";
         m_scenario.world.sessions.push_back(session);
     }
 

@@ -51,11 +51,20 @@ TEST_F(FormatOption, ExcludesGivenAmounts)
                 HasSubstr("(option --largest, option --currency)"));
 }
 
-TEST_F(FormatOption, ExcludesAmountsOfTheSettingsFile)
+TEST_F(FormatOption, GoesBeforeAmountsOfTheSettingsFile)
 {
     const std::string file = m_folder.Write("bank.toml", "[check]\ntotal = \"1.00\"\n");
-    EXPECT_THAT(RefusalOf(OfFileAnd({"--config", file})),
-                HasSubstr("(" + file + ", line 2, field check.total)"));
+    const Answer answer = RunSigncheck(OfFileAnd({"--config", file}));
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    EXPECT_THAT(answer.output, HasSubstr("worked out from"));
+}
+
+TEST_F(FormatOption, ExcludesAmountsOfTheSameSettingsFile)
+{
+    const std::string file =
+        m_folder.Write("bank.toml", "[check]\nformat = \"auto\"\ntotal = \"1.00\"\n");
+    EXPECT_THAT(RefusalOf(Without(OfFileAnd({"--config", file}), "--format")),
+                HasSubstr("(" + file + ", line 3, field check.total)"));
 }
 
 TEST_F(FormatOption, OrAmountsMustBeThere)
