@@ -4,6 +4,7 @@ import json
 import os
 import subprocess
 import time
+from concurrent.futures import ThreadPoolExecutor
 
 from . import hosts
 
@@ -19,11 +20,16 @@ def rounds(build, folder, _product, amount, done):
     and of contracts with a defect."""
     program = hosts.program(build, "signutils_tests_host")
     seed = int(os.environ.get("SIGNUTILS_MAP_SEED", "20261122"))
-    for number in range(done, ROUNDS):
-        yield _round(program, folder, amount // ROUNDS, seed + 1000 * number)
+    at_once = os.cpu_count() or 1
+    with ThreadPoolExecutor(at_once) as pool:
+        for first in range(done, ROUNDS, at_once):
+            yield from pool.map(
+                lambda number: _round(program, folder / f"report-{number}.json", amount // ROUNDS,
+                                      seed + 1000 * number),
+                range(first, min(first + at_once, ROUNDS)))  # fmt: skip
 
 
-def _round(program, folder, orders, seed):
+def _round(program, report, orders, seed):
     contracts = max(1, orders // 10)
     settings = {
         "SIGNUTILS_MAP_SEED": seed,
@@ -33,7 +39,6 @@ def _round(program, folder, orders, seed):
         "SIGNUTILS_FORECASTS": orders,
         "SIGNUTILS_REMEDIES": orders,
     }
-    report = folder / "report.json"
     started = time.monotonic()
     done = subprocess.run(
         [program, "--gtest_brief=1", f"--gtest_filter={_FILTER}", f"--gtest_output=json:{report}"],
