@@ -162,11 +162,26 @@ void Prepare(const OptionValues& values, CheckRequest& request, CDatabase& datab
     WarnAndKeep(CheckSchemaVersion(database, request.connection), warnings);
 }
 
+// The check is recorded and told by now: a page that cannot be written changes its status no more.
+void WritePage(const OptionValues& values, const explain::Explanation& explanation)
+{
+    try
+    {
+        WriteHtmlPageAskedFor(
+            values, explain::AsHtml(explain::Sections(explanation), support::MessageLanguage()));
+    }
+    catch (const UsageRefusal& refusal)
+    {
+        Warn(std::string(refusal.what()) + " The check itself is recorded.");
+    }
+}
+
 } // namespace
 
 int RunCheck(const OptionValues& values)
 {
     RefuseHtmlWithoutExplain(values);
+    RequirePlaceForHtmlPage(values);
     CheckRequest request = ReadCheckRequest(values);
     std::vector<std::string> warnings;
     for (const std::string& warning : WarningsBefore(request))
@@ -214,8 +229,7 @@ int RunCheck(const OptionValues& values)
     Tell(request, result, explanation);
     if (explanation)
     {
-        WriteHtmlPageAskedFor(
-            values, explain::AsHtml(explain::Sections(*explanation), support::MessageLanguage()));
+        WritePage(values, *explanation);
     }
     return ExitStatusOf(result);
 }

@@ -9,6 +9,7 @@
 #include "support/temporary_file.h"
 
 #include <filesystem>
+#include <string_view>
 
 namespace host
 {
@@ -29,6 +30,9 @@ constexpr const char* kStyle =
     "@media print{body{font-size:10pt;max-width:none;margin:0}.wide{overflow:visible}"
     "thead{display:table-header-group}tr{break-inside:avoid}"
     "*{-webkit-print-color-adjust:exact;print-color-adjust:exact}}";
+
+// What every page of ours begins with.
+constexpr std::string_view kBeginning = "<!DOCTYPE html>\n<html lang=\"";
 
 std::string FolderOf(const std::string& path)
 {
@@ -51,6 +55,37 @@ void RefuseWhatIsNoFile(const std::string& path, const std::string& origin)
         throw UsageRefusal(origin + ": " + Quoted(utf8) +
                            " is no regular file. Give the path of a file.");
     }
+}
+
+bool IsPageOrEmpty(const std::string& path)
+{
+    port::File file;
+    char begin[kBeginning.size()];
+    if (!file.Open(path.c_str(), port::OpenMode::Read))
+    {
+        return false;
+    }
+    const auto read = file.Read(begin, sizeof begin);
+    return read == 0 ||
+           (read > 0 && std::string_view(begin, static_cast<std::size_t>(read)) == kBeginning);
+}
+
+// The path may be that of the order, the database or the rules by mistake.
+void RefuseForeignFile(const std::string& path, const std::string& origin)
+{
+    RefuseWhatIsNoFile(path, origin);
+    if (port::FileExists(path.c_str()) && !IsPageOrEmpty(path))
+    {
+        throw UsageRefusal(origin + ": " + Quoted(support::Utf8FromNarrow(path)) +
+                           " is there and no page that signcheck wrote, so it stays as it is. Give "
+                           "the path of a new file.");
+    }
+}
+
+[[noreturn]] void RefusePlace(const std::string& path, const std::string& origin)
+{
+    throw UsageRefusal(origin + ": " + Quoted(support::Utf8FromNarrow(path)) +
+                       " cannot be written. Give a file in a folder that is there and writable.");
 }
 
 } // namespace
@@ -84,7 +119,7 @@ std::string HtmlText(std::string_view utf8)
 std::string HtmlPage(const std::string& title, const std::string& style, const std::string& body,
                      const std::string& language)
 {
-    return "<!DOCTYPE html>\n<html lang=\"" + language +
+    return std::string(kBeginning) + language +
            "\">\n<head>\n<meta charset=\"utf-8\">\n"
            "<meta name=\"viewport\" content=\"width=device-width,initial-scale=1\">\n<title>" +
            HtmlText(title) + "</title>\n<style>" + kStyle + style +
@@ -102,6 +137,23 @@ void RefuseHtmlWithoutExplain(const OptionValues& values)
     }
 }
 
+void RequirePlaceForHtmlPage(const OptionValues& values)
+{
+    const std::string path = OptionalNarrowText(values, "html");
+    if (path.empty())
+    {
+        return;
+    }
+    const std::string& origin = values.Find("html")->origin;
+    RefuseForeignFile(path, origin);
+    const std::string trial = support::TemporaryPath(FolderOf(path).c_str(), "part");
+    if (!support::WriteNewFile(trial, ""))
+    {
+        RefusePlace(path, origin);
+    }
+    DeleteFileA(trial.c_str());
+}
+
 void WriteHtmlPageAskedFor(const OptionValues& values, const std::string& page)
 {
     const std::string path = OptionalNarrowText(values, "html");
@@ -113,7 +165,7 @@ void WriteHtmlPageAskedFor(const OptionValues& values, const std::string& page)
 
 void WriteHtmlPage(const std::string& path, const std::string& origin, const std::string& page)
 {
-    RefuseWhatIsNoFile(path, origin);
+    RefuseForeignFile(path, origin);
     // A reader sees the old page or the new one, never half of it.
     const std::string unfinished = support::TemporaryPath(FolderOf(path).c_str(), "part");
     if (support::WriteNewFile(unfinished, page))
@@ -124,8 +176,7 @@ void WriteHtmlPage(const std::string& path, const std::string& origin, const std
         }
         DeleteFileA(unfinished.c_str());
     }
-    throw UsageRefusal(origin + ": " + Quoted(support::Utf8FromNarrow(path)) +
-                       " cannot be written. Give a file in a folder that is there and writable.");
+    RefusePlace(path, origin);
 }
 
 } // namespace host

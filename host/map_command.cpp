@@ -16,6 +16,7 @@ namespace host
 
 int RunMap(const OptionValues& values)
 {
+    RequirePlaceForHtmlPage(values);
     const std::string cuid = Required(values, "contract", "signcheck map CONTRACT --db CONN").text;
     const Connection connection = ConnectionFrom(values);
     CDatabase database;

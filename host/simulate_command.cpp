@@ -86,6 +86,7 @@ Json AsJson(const scratch::OrderKind& kind, const scratch::Decision& decision)
 int RunSimulate(const OptionValues& values)
 {
     RefuseHtmlWithoutExplain(values);
+    RequirePlaceForHtmlPage(values);
     const HypotheticalOrder asked = ReadHypotheticalOrder(values);
     Json object = {{"contract", asked.cuid},
                    {"signers", asked.order.signers},

@@ -16,6 +16,7 @@ namespace host
 
 int RunExplain(const OptionValues& values)
 {
+    RequirePlaceForHtmlPage(values);
     const OptionValue& file = Required(values, "file", "signcheck explain TRACE");
     const auto text = FileText(ExistingFilePath(file, "the trace"));
     if (!text)

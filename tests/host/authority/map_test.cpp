@@ -227,6 +227,17 @@ TEST_F(Map, PutsNoPageInThePlaceOfWhatIsNoFile)
     EXPECT_THAT(answer.errors, HasSubstr("is no regular file"));
 }
 
+TEST_F(Map, PutsNoPageInThePlaceOfTheDatabase)
+{
+    const std::string file = m_folder.Write("bank.copy", "SQLite format 3");
+
+    const Answer answer = RunMap("C-7001", {"--html", file});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors, HasSubstr("no page that signcheck wrote"));
+    EXPECT_EQ(ReadWholeFile(file), "SQLite format 3");
+}
+
 TEST_F(Map, RefusesAPageThatCannotBeWritten)
 {
     const Answer answer = RunMap("C-7001", {"--html", m_folder.Path("missing/map.html")});

@@ -13,7 +13,9 @@ namespace
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
+using testing::StartsWith;
 
 class Explain : public SampleBankTest
 {
@@ -159,6 +161,38 @@ TEST_F(Explain, RefusesAPageWithoutAnExplanation)
     EXPECT_EQ(answer.status, 64);
     EXPECT_THAT(answer.errors, AllOf(HasSubstr("option --html"), HasSubstr("--explain")));
     EXPECT_EQ(RecordsWritten(), 0U);
+}
+
+TEST_F(Explain, ACheckWhosePageHasNoPlaceIsNotBegun)
+{
+    const Answer answer =
+        Run(CheckOf("Hélène Garçon"), {"--explain", "--html", m_folder.Path("missing/page.html")});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("option --html"), HasSubstr("cannot be written")));
+    EXPECT_THAT(answer.output, IsEmpty());
+    EXPECT_EQ(RecordsWritten(), 0U);
+}
+
+TEST_F(Explain, PutsAPageInThePlaceOfAPageOnly)
+{
+    const std::string words = "limits of the year\n";
+    const std::string kept = m_folder.Write("limits.toml", words);
+    const Answer checked = Run(CheckOf("Hélène Garçon"), {"--explain", "--html", kept});
+    const Answer simulated =
+        Run(Simulated("C-1001", "Élodie Lefèvre", "64200.00", "900.00"), {"--html", kept});
+
+    for (const Answer& answer : {checked, simulated})
+    {
+        EXPECT_EQ(answer.status, 64);
+        EXPECT_THAT(answer.errors, HasSubstr("no page that signcheck wrote"));
+    }
+    EXPECT_EQ(ReadWholeFile(kept), words);
+    EXPECT_EQ(RecordsWritten(), 0U);
+
+    const std::string empty = m_folder.Write("empty.html", "");
+    Run(CheckOf("Hélène Garçon"), {"--explain", "--html", empty});
+    EXPECT_THAT(ReadWholeFile(empty), StartsWith("<!DOCTYPE html>"));
 }
 
 TEST_F(Explain, RefusesAFileWithoutATrace)
