@@ -1,6 +1,7 @@
 #include "tests/testing/temporary_folder.h"
 
 #include "tests/testing/platform.h"
+#include "tests/testing/temporary_folder_name.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,7 @@ TemporaryFolder::TemporaryFolder()
     for (int attempt = 0; attempt < 100; ++attempt)
     {
         std::ostringstream name;
-        name << "signutils-test-" << std::hex << random() << random();
+        name << kTemporaryFolderPrefix << std::hex << random() << random();
         if (std::filesystem::create_directory(base / name.str()))
         {
             m_path = PathForDrivers((base / name.str()).string());

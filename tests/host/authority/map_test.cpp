@@ -1,6 +1,7 @@
 // The map of the sample bank's contracts, as a user sees it.
 
 #include "support/codepage.h"
+#include "tests/host/authority/temporary_files_in.h"
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
@@ -152,13 +153,12 @@ TEST_F(Map, NotesTheRulesOfAnotherContractOfTheSameKey)
 TEST_F(Map, WritesNothingToTheDatabaseAndLeavesNoCopyBehind)
 {
     const TemporaryFolder copies;
-    const ScopedEnvironment folder("TMPDIR", copies.Path().c_str());
-    const ScopedEnvironment folderOfWindows("TMP", copies.Path().c_str());
+    const TemporaryFilesIn folder(copies.Path());
 
     EXPECT_EQ(RunMap("C-7001").status, 0);
 
     EXPECT_EQ(RecordsWritten(), 0U);
-    EXPECT_TRUE(std::filesystem::is_empty(Utf8Path(copies.Path())));
+    EXPECT_THAT(folder.Left(), IsEmpty());
 }
 
 TEST_F(Map, RefusesAContractThatIsNotThere)

@@ -17,6 +17,7 @@ using database::Product;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
@@ -51,7 +52,7 @@ TEST_F(DoctorDatabase, IsOnlyLookedAt)
     EXPECT_EQ(AllTables(), before);
     EXPECT_TRUE(std::filesystem::is_empty(Utf8Path(m_folder.Path("spool"))));
     EXPECT_TRUE(std::filesystem::is_empty(Utf8Path(m_folder.Path("handoff"))));
-    EXPECT_TRUE(std::filesystem::is_empty(Utf8Path(m_temporaryFolder.Path())));
+    EXPECT_THAT(m_temporary.Left(), IsEmpty());
 }
 
 TEST_F(DoctorDatabase, OfADriverThatIsNotInstalledIsNotLookedAt)

@@ -3,7 +3,6 @@
 #include "tests/host/authority/temporary_files_in.h"
 #include "tests/host/rulebook/rule_file_run.h"
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -54,17 +53,6 @@ protected:
     {
         more.emplace_back("--json");
         return Replay(toml, more).Json();
-    }
-
-    /// Copies in files that are still there; what the tests keep for themselves lies beside them.
-    int CopiesLeft() const
-    {
-        int copies = 0;
-        for (const auto& entry : std::filesystem::directory_iterator(Utf8Path(m_copies.Path())))
-        {
-            copies += entry.path().extension() == ".db" ? 1 : 0;
-        }
-        return copies;
     }
 
     TemporaryFolder m_copies; ///< where copies in files lie

@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
 #include <sstream>
 
 namespace testing_support
@@ -15,6 +14,7 @@ namespace
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 
 constexpr const char* kLimitOfLefevre =
@@ -79,7 +79,7 @@ TEST_F(Replays, ByUnchangedRulesGiveNoChangeAndWriteNothing)
     EXPECT_EQ(json["rows"], 10);
     ExpectNoChange(json);
     EXPECT_EQ(AllTables(), before);
-    EXPECT_EQ(CopiesLeft(), 0);
+    EXPECT_THAT(m_temporary.Left(), IsEmpty());
 }
 
 TEST_F(Replays, TellWhatALowerLimitWouldRefuse)

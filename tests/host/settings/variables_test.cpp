@@ -24,12 +24,12 @@ TEST(SettingVariables, AreNamedAfterTheirOptions)
 
 TEST(SettingVariables, GiveAnOptionItsValue)
 {
-    const ScopedEnvironment partner("SIGNCHECK_PARTNER", "DEPOT");
+    const ScopedEnvironment partner("SIGNCHECK_PARTNER", "DÉPÔT");
 
     const auto value = host::FromEnvironment(SpecOf("partner"));
 
     ASSERT_TRUE(value);
-    EXPECT_EQ(value->text, "DEPOT");
+    EXPECT_EQ(value->text, "DÉPÔT");
     EXPECT_EQ(value->origin, "SIGNCHECK_PARTNER");
 }
 

@@ -87,8 +87,8 @@ bool Start(const std::wstring& command, STARTUPINFOW& start, PROCESS_INFORMATION
 
 void SetVariable(const std::string& name, const char* value)
 {
-    // Both of the runtime and, by it, of the process.
-    _putenv_s(name.c_str(), value == nullptr ? "" : value);
+    // Both of the runtime and, by it, of the process; the narrow call would take another code page.
+    _wputenv_s(Wide(name).c_str(), value == nullptr ? L"" : Wide(value).c_str());
 }
 
 int RunProgram(const std::string& program, const std::vector<std::string>& arguments,
