@@ -39,7 +39,9 @@ CommandFamily RuleFileCommands()
              "List every problem of a rule file",
              {kRuleFile,
               {"db", OptionKind::Text, "CONN",
-               "database whose holders rules may name as well as those of the file"},
+               "database to compare with: rules may name its holders, and nothing may collide with "
+               "what "
+               "the file leaves there"},
               kAnswerFormat,
               kConfig,
               kJson},

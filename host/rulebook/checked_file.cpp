@@ -27,24 +27,14 @@ const host::OptionValue& RuleFileArgument(const host::OptionValues& values)
     return *path;
 }
 
-CheckedFile CheckRuleFile(const host::OptionValue& path, const std::set<std::string>& knownHolders)
+CheckedFile CheckRuleFile(const host::OptionValue& path, const RuleBook* database)
 {
     CheckedFile checked;
     checked.name = host::Printable(path.text);
     const std::string toml = host::ReadTextFile(path, "the rule file", kLargestFileMiB);
     checked.file = ReadRuleFile(toml, checked.problems);
-    Validate(checked.file, knownHolders, checked.problems);
+    Validate(checked.file, database, checked.problems);
     return checked;
-}
-
-std::set<std::string> HolderIds(const RuleBook& book)
-{
-    std::set<std::string> ids;
-    for (const Holder& holder : book.holders)
-    {
-        ids.insert(holder.huid);
-    }
-    return ids;
 }
 
 void RefuseProblems(const CheckedFile& checked, const std::string& consequence)

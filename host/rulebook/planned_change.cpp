@@ -24,9 +24,8 @@ void Plan(const host::OptionValues& values, const host::OptionValue& file,
     const bool removesOthers = values.IsOn("remove");
     OpenRuleTables(database, connection);
     planned.database = ReadBook(database, connection);
-    // Holders who go cannot be named by rules that stay.
-    planned.checked =
-        CheckRuleFile(file, removesOthers ? std::set<std::string>() : HolderIds(planned.database));
+    // What goes cannot be named by rules that stay, nor collide with them.
+    planned.checked = CheckRuleFile(file, removesOthers ? nullptr : &planned.database);
     RefuseProblems(planned.checked, "nothing was compared or changed.");
     planned.change = Compare(planned.database, planned.checked.file.book, removesOthers);
 }

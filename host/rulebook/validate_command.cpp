@@ -8,6 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <optional>
+
 namespace rulebook
 {
 
@@ -16,17 +18,16 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
-// Rules of a part of the bank may name holders whom only the database has.
-std::set<std::string> HoldersOfDatabase(const host::OptionValues& values)
+std::optional<RuleBook> DatabaseAskedFor(const host::OptionValues& values)
 {
     if (values.Find("db") == nullptr)
     {
-        return {};
+        return std::nullopt;
     }
     const host::Connection connection = host::ConnectionFrom(values);
     CDatabase database;
     OpenRuleTables(database, connection);
-    return HolderIds(ReadBook(database, connection));
+    return ReadBook(database, connection);
 }
 
 std::size_t RulesOf(const RuleBook& book)
@@ -39,7 +40,16 @@ std::size_t RulesOf(const RuleBook& book)
     return count;
 }
 
-Json AsJson(const CheckedFile& checked)
+Json AsJson(const std::optional<RuleBook>& database)
+{
+    if (!database)
+    {
+        return nullptr;
+    }
+    return {{"holders", database->holders.size()}, {"contracts", database->contracts.size()}};
+}
+
+Json AsJson(const CheckedFile& checked, const std::optional<RuleBook>& database)
 {
     const RuleBook& book = checked.file.book;
     Json list = Json::array();
@@ -55,12 +65,23 @@ Json AsJson(const CheckedFile& checked)
             {"holders", book.holders.size()},
             {"contracts", book.contracts.size()},
             {"rules", RulesOf(book)},
+            {"comparedWith", AsJson(database)},
             {"problems", checked.problems.Errors()},
             {"warnings", checked.problems.Warnings()},
             {"findings", list}};
 }
 
-std::string AsText(const CheckedFile& checked)
+std::string InWords(const std::optional<RuleBook>& database)
+{
+    if (!database)
+    {
+        return "Only the file was looked at. With --db it is compared with a database, too.\n";
+    }
+    return "Compared with " + Counted(database->holders.size(), "holder") + " and " +
+           Counted(database->contracts.size(), "contract") + " of the database.\n";
+}
+
+std::string AsText(const CheckedFile& checked, const std::optional<RuleBook>& database)
 {
     std::string text;
     for (const Problem& problem : checked.problems.InOrder())
@@ -70,21 +91,23 @@ std::string AsText(const CheckedFile& checked)
     const RuleBook& book = checked.file.book;
     return text + checked.name + ": " + Counted(book.holders.size(), "holder") + ", " +
            Counted(book.contracts.size(), "contract") + ", " + Counted(RulesOf(book), "rule") +
-           "; " + CountsOf(checked.problems) + ".\n";
+           "; " + CountsOf(checked.problems) + ".\n" + InWords(database);
 }
 
 } // namespace
 
 int RunValidate(const host::OptionValues& values)
 {
-    const CheckedFile checked = CheckRuleFile(RuleFileArgument(values), HoldersOfDatabase(values));
+    const std::optional<RuleBook> database = DatabaseAskedFor(values);
+    const CheckedFile checked =
+        CheckRuleFile(RuleFileArgument(values), database ? &*database : nullptr);
     if (values.IsOn("json"))
     {
-        host::PrintJson(AsJson(checked));
+        host::PrintJson(AsJson(checked, database));
     }
     else
     {
-        host::Print(AsText(checked));
+        host::Print(AsText(checked, database));
     }
     return checked.problems.Errors() == 0 ? host::kDone : host::kFindings;
 }

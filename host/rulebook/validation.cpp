@@ -1,13 +1,15 @@
 #include "host/rulebook/validation.h"
 
+#include "host/rulebook/holder_validation.h"
+#include "host/rulebook/key_checker.h"
+#include "host/rulebook/neighbours.h"
 #include "host/rulebook/rule_file_fields.h"
 #include "host/rulebook/text_checks.h"
 #include "host/suggestion.h"
 #include "host/text.h"
 
-#include <algorithm>
 #include <map>
-#include <tuple>
+#include <vector>
 
 namespace rulebook
 {
@@ -22,114 +24,93 @@ constexpr std::size_t kKeyLength = 8;
 class ShortNames
 {
 public:
+    void AddOfDatabase(const std::string& name, const Contract& contract)
+    {
+        m_ofDatabase.try_emplace(host::CutTo(name, kKeyLength),
+                                 First{name, "of " + InDatabase(contract)});
+    }
+
     void Check(FileChecker& checker, const std::string& path, const std::string& name)
     {
-        const auto [first, isNew] =
-            m_seen.try_emplace(host::CutTo(name, kKeyLength), name, checker.LineOf(path));
-        const auto& [other, line] = first->second;
-        if (!isNew && other != name)
+        const std::string cut = host::CutTo(name, kKeyLength);
+        const std::string line = "of line " + std::to_string(checker.LineOf(path));
+        Compare(checker, path, name, m_seen.try_emplace(cut, First{name, line}).first->second);
+        if (const auto found = m_ofDatabase.find(cut); found != m_ofDatabase.end())
+        {
+            Compare(checker, path, name, found->second);
+        }
+    }
+
+private:
+    struct First
+    {
+        std::string name;
+        std::string place;
+    };
+
+    static void Compare(FileChecker& checker, const std::string& path, const std::string& name,
+                        const First& first)
+    {
+        if (first.name != name)
         {
             checker.Wrong(path,
-                          host::Quoted(name) + " is the same as " + host::Quoted(other) +
-                              " of line " + std::to_string(line) +
+                          host::Quoted(name) + " is the same as " + host::Quoted(first.name) + " " +
+                              first.place +
                               " in its first 8 characters, and a check compares no more.",
                           "Give it a name that differs within 8 characters.");
         }
     }
 
-private:
-    std::map<std::string, std::pair<std::string, std::size_t>> m_seen;
+    std::map<std::string, First> m_seen;
+    std::map<std::string, First> m_ofDatabase;
 };
 
 class Validator
 {
 public:
-    Validator(const RuleFile& file, const std::set<std::string>& knownHolders, Problems& problems)
-        : m_book(file.book), m_known(knownHolders), m_checker(file.places, problems)
+    Validator(const RuleFile& file, const Neighbours& neighbours, Problems& problems)
+        : m_book(file.book), m_neighbours(neighbours), m_known(neighbours.Huids()),
+          m_checker(file.places, problems)
     {
     }
 
     void Run()
     {
-        CheckHolders();
+        ValidateHolders(m_book, m_neighbours, m_checker);
         for (const Holder& holder : m_book.holders)
         {
             m_known.insert(holder.huid);
         }
         m_knownList.assign(m_known.begin(), m_known.end());
+        for (const Contract* const contract : m_neighbours.Contracts())
+        {
+            AddNames(*contract);
+        }
         CheckContracts();
     }
 
 private:
-    using Lines = std::map<std::string, std::size_t>; // where a name stood first
-
-    void CheckHolders()
+    void AddNames(const Contract& contract)
     {
-        Lines holders;
-        std::map<std::u32string, std::pair<std::string, std::size_t>> certificates;
-        for (std::size_t index = 0; index < m_book.holders.size(); ++index)
+        const auto add = [&](const ContractKey& key)
         {
-            const Holder& holder = m_book.holders[index];
-            const std::string path = Places::Item(kHolderTable, index);
-            m_checker.CheckText(path + "." + kHuid, holder.huid, kHuidColumn);
-            RefuseSecond(holders, path + "." + kHuid, holder.huid, "holder");
-            m_checker.CheckText(path + "." + kPartner, holder.vpname, kHolderPartnerColumn);
-            m_checker.CheckText(path + "." + kFirstName, holder.firstName, kFirstNameColumn);
-            m_checker.CheckText(path + "." + kLastName, holder.lastName, kLastNameColumn);
-            m_checker.CheckOpposition(path + "." + kOpposition, holder.opposition);
-            for (std::size_t each = 0; each < holder.certificates.size(); ++each)
-            {
-                const std::string item = Places::Item(path + "." + kCertificates, each);
-                m_checker.CheckCertificate(item, holder.certificates[each]);
-                CheckOwner(certificates, item + "." + kCommonName,
-                           holder.certificates[each].commonName, holder.huid);
-            }
-        }
-    }
-
-    void RefuseSecond(Lines& seen, const std::string& path, const std::string& name,
-                      const std::string& what)
-    {
-        const auto [first, isNew] = seen.emplace(name, m_checker.LineOf(path));
-        if (!isNew && !name.empty())
+            m_partners.AddOfDatabase(key.vpname, contract);
+            m_services.AddOfDatabase(key.vfname, contract);
+            m_clients.AddOfDatabase(key.vcname, contract);
+        };
+        for (const ContractTerms& terms : contract.terms)
         {
-            m_checker.Wrong(path,
-                            "the " + what + " " + host::Quoted(name) + " stands in line " +
-                                std::to_string(first->second) + " already.",
-                            "Keep one of the two.");
+            add(terms.key);
         }
-    }
-
-    // Letter case makes no other certificate.
-    void CheckOwner(std::map<std::u32string, std::pair<std::string, std::size_t>>& seen,
-                    const std::string& path, const std::string& name, const std::string& huid)
-    {
-        const auto [first, isNew] =
-            seen.try_emplace(InLowerCase(name), huid, m_checker.LineOf(path));
-        const auto& [owner, line] = first->second;
-        if (isNew || name.empty())
+        if (contract.entry)
         {
-            return;
+            add(contract.entry->key);
         }
-        if (owner == huid)
-        {
-            m_checker.Wrong(path,
-                            "the holder has the certificate " + host::Quoted(name) + " in line " +
-                                std::to_string(line) + " already.",
-                            "Keep one of the two.");
-            return;
-        }
-        m_checker.Doubtful(
-            path,
-            "the certificate " + host::Quoted(name) + " is also that of holder " +
-                host::Quoted(owner) + " in line " + std::to_string(line) +
-                ": who signs with it counts as either.",
-            "Give each holder a certificate of his own, unless they are to share it.");
     }
 
     void CheckContracts()
     {
-        Lines contracts;
+        KeyChecker keys(m_checker, kContractTable, m_neighbours.Cuids());
         for (std::size_t index = 0; index < m_book.contracts.size(); ++index)
         {
             const Contract& contract = m_book.contracts[index];
@@ -137,7 +118,7 @@ private:
             if (contract.cuid)
             {
                 m_checker.CheckText(path + "." + kCuid, *contract.cuid, kCuidColumn);
-                RefuseSecond(contracts, path + "." + kCuid, *contract.cuid, "contract");
+                keys.Check(path + "." + kCuid, *contract.cuid);
             }
             if (contract.entry)
             {
@@ -158,18 +139,14 @@ private:
             const std::string item = Places::Item(path + "." + kTerms, index);
             CheckKey(item, path, terms.key);
             m_checker.CheckOpposition(item + "." + kOpposition, terms.opposition);
-            const auto [first, isNew] =
-                m_terms.emplace(std::tuple(terms.key.vpname, terms.key.vfname, terms.key.vcname,
-                                           terms.key.protocol, terms.key.server, terms.type),
-                                m_checker.LineOf(item));
+            if (const Contract* const other = m_neighbours.WithTerms(terms); other != nullptr)
+            {
+                TellSameTerms(item, InDatabase(*other));
+            }
+            const auto [first, isNew] = m_terms.emplace(KeyOf(terms), m_checker.LineOf(item));
             if (!isNew)
             {
-                m_checker.Doubtful(item,
-                                   "line " + std::to_string(first->second) +
-                                       " has terms for the same partner, service, client, "
-                                       "protocol, side and type: a check judges the rules of both, "
-                                       "in whichever order the database gives them.",
-                                   "Keep one of the two, unless both are to be judged.");
+                TellSameTerms(item, "line " + std::to_string(first->second));
             }
         }
         if (contract.terms.empty() && !contract.rules.empty())
@@ -178,6 +155,15 @@ private:
                                "the contract has rules but no terms: no check reads its rules.",
                                "Add terms = [ { type = 1, … } ], a line for each order type.");
         }
+    }
+
+    void TellSameTerms(const std::string& path, const std::string& other)
+    {
+        m_checker.Doubtful(path,
+                           other + " has terms for the same partner, service, client, protocol, "
+                                   "side and type: a check judges the rules of both, in whichever "
+                                   "order the database gives them.",
+                           "Keep one of the two, unless both are to be judged.");
     }
 
     // Where a table takes a name over from its contract, the name stands in a line of the contract.
@@ -235,6 +221,7 @@ private:
     }
 
     const RuleBook& m_book;
+    const Neighbours& m_neighbours;
     std::set<std::string> m_known;
     std::vector<std::string> m_knownList;
     FileChecker m_checker;
@@ -242,17 +229,16 @@ private:
     ShortNames m_services;
     ShortNames m_clients;
     std::set<std::pair<std::string, std::string>> m_checkedNames;
-    std::map<
-        std::tuple<std::string, std::string, std::string, std::int64_t, std::int64_t, std::int64_t>,
-        std::size_t>
-        m_terms;
+    std::map<TermsKey, std::size_t> m_terms;
 };
 
 } // namespace
 
-void Validate(const RuleFile& file, const std::set<std::string>& knownHolders, Problems& problems)
+void Validate(const RuleFile& file, const RuleBook* database, Problems& problems)
 {
-    Validator(file, knownHolders, problems).Run();
+    const Neighbours neighbours =
+        database == nullptr ? Neighbours() : Neighbours(*database, file.book);
+    Validator(file, neighbours, problems).Run();
 }
 
 } // namespace rulebook

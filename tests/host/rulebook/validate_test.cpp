@@ -73,7 +73,9 @@ TEST_F(RulesValidate, AGoodFileHasNoProblem)
 
     EXPECT_EQ(answer.status, 0);
     EXPECT_THAT(answer.output, testing::EndsWith("rules.toml: 1 holder, 1 contract, 1 rule; "
-                                                 "0 problems, 0 warnings.\n"));
+                                                 "0 problems, 0 warnings.\nOnly the file was "
+                                                 "looked at. With --db it is compared with a "
+                                                 "database, too.\n"));
     EXPECT_EQ(answer.errors, "");
 }
 
@@ -182,6 +184,18 @@ TEST_F(RulesValidate, HoldersAndContractsTwice)
                                 "same partner, service, client, protocol, side and type")));
 }
 
+TEST_F(RulesValidate, KeysThatDifferInLetterCaseOnly)
+{
+    EXPECT_THAT(FindingOf("[[holder]]\nhuid = \"É1\"\n[[holder]]\nhuid = \"é1\"\n"),
+                HasSubstr("line 4, holder.huid: 'é1' differs from holder 'É1' of line 2 in letter "
+                          "case only"));
+    std::string other = kContract;
+    other.replace(other.find("C1"), 2, "c1");
+    other.replace(other.find("type = 1"), 8, "type = 2");
+    EXPECT_THAT(FindingOf(kContract + other),
+                HasSubstr("line 10, contract.cuid: 'c1' differs from contract 'C1' of line 2"));
+}
+
 TEST_F(RulesValidate, AnUnknownHolderInARule)
 {
     EXPECT_THAT(OfRule("holder1 = \"H2\""),
@@ -279,32 +293,6 @@ TEST_F(RulesValidate, AFileThatIsNotThereIsRefused)
     EXPECT_EQ(RunSigncheck({"rules", "validate", m_folder.Path()}).status, 64);
     EXPECT_THAT(RunSigncheck({"rules", "validate"}).errors,
                 HasSubstr("argument FILE is missing. Give the path of a rule file"));
-}
-
-using RulesValidateWithDatabase = SampleBankTest;
-
-TEST_F(RulesValidateWithDatabase, HoldersOfTheDatabaseAreKnown)
-{
-    const std::string file =
-        m_folder.Write("part.toml", std::string(kContract) + "rules = [ { holder1 = \"FR-0001\" "
-                                                             "} ]\n");
-
-    EXPECT_EQ(RunSigncheck({"rules", "validate", file}).status, 1);
-    EXPECT_EQ(RunSigncheck({"rules", "validate", file, "--db", Db()}).status, 0);
-}
-
-TEST_F(RulesValidateWithDatabase, TheExportOfTheSampleBankIsValid)
-{
-    const Answer exported = RunSigncheck({"rules", "export", "--db", Db()});
-    const std::string file = m_folder.Write("bank.toml", exported.output);
-
-    const Answer answer = RunSigncheck({"rules", "validate", file, "--json"});
-
-    EXPECT_EQ(answer.status, 0);
-    EXPECT_EQ(answer.Json()["holders"], 12);
-    EXPECT_EQ(answer.Json()["rules"], 12);
-    // Two certificates of the bank are shared on purpose.
-    EXPECT_EQ(answer.Json()["warnings"], 2);
 }
 
 } // namespace
