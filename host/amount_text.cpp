@@ -138,6 +138,13 @@ double ReadAmount(const OptionValue& value, const AmountForm& form)
     return amount;
 }
 
+std::string WarningOfLargest(double total, double largest)
+{
+    return largest > total ? "option --largest is above option --total; the rules are judged on "
+                             "both as given."
+                           : "";
+}
+
 std::string ShownAmount(double amount, const std::string& currency)
 {
     constexpr std::size_t kUsualDecimals = 2;

@@ -21,6 +21,10 @@ AmountForm FormOf(const OptionValue& currency);
 /// Raises UsageRefusal, which shows the accepted form.
 double ReadAmount(const OptionValue& value, const AmountForm& form);
 
+/// What to warn of where the options say a largest order above the total of its file; empty where
+/// they do not. Rules are judged on both all the same.
+std::string WarningOfLargest(double total, double largest);
+
 /// An amount in the main unit for people: with the currency's decimals (two where the currency is
 /// unknown) and with more, up to four, where it has them.
 std::string ShownAmount(double amount, const std::string& currency);

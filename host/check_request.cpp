@@ -262,10 +262,10 @@ std::vector<std::string> WarningsBefore(const CheckRequest& request)
         warnings.emplace_back("option --signers names nobody; the rules are judged without a "
                               "signer.");
     }
-    if (request.largest > request.total)
+    if (const std::string warning = WarningOfLargest(request.total, request.largest);
+        !warning.empty())
     {
-        warnings.emplace_back("option --largest is above option --total; the rules are judged on "
-                              "both as given.");
+        warnings.push_back(warning);
     }
     if (request.orderId.size() > kOrderIdKept)
     {

@@ -5,6 +5,7 @@
 #include "host/check_request.h"
 #include "host/connection.h"
 #include "host/option_readers.h"
+#include "host/output.h"
 #include "host/paragraph.h"
 
 namespace host
@@ -64,7 +65,20 @@ HypotheticalOrder ReadHypotheticalOrder(const OptionValues& values)
     asked.order.largest = ReadAmount(largest, form);
     asked.currency = form.currency;
     asked.order.isDistributed = values.IsOn("veu");
+    if (const std::string warning = WarningOfLargest(asked.order.total, asked.order.largest);
+        !warning.empty())
+    {
+        asked.warnings.push_back(warning);
+    }
     return asked;
+}
+
+void TellWarnings(const HypotheticalOrder& asked)
+{
+    for (const std::string& warning : asked.warnings)
+    {
+        Warn(warning);
+    }
 }
 
 void ForEachKind(const OptionValues& values, const HypotheticalOrder& asked,

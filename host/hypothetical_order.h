@@ -20,7 +20,8 @@ struct HypotheticalOrder
     std::optional<std::int64_t> type; ///< every one that the contract has terms for when not given
     std::optional<rulebook::ContractKey> key; ///< every one of the contract when not given
     scratch::Order order;
-    std::string currency; ///< may be empty where no amount was given in one
+    std::vector<std::string> warnings; ///< of the options
+    std::string currency;              ///< may be empty where no amount was given in one
 };
 
 /// Reads contract, signers, amounts and mode. Raises UsageRefusal.
@@ -40,6 +41,9 @@ struct AskedKind
 /// Hands every kind of order to `take`, on a copy of its rules. Raises Refusal.
 void ForEachKind(const OptionValues& values, const HypotheticalOrder& asked,
                  const std::function<void(const AskedKind& each)>& take);
+
+/// Warns of what the options hardly mean.
+void TellWarnings(const HypotheticalOrder& asked);
 
 /// Contract, signers and amounts as lines for people.
 std::string InWords(const HypotheticalOrder& asked, const scratch::OrderKind& kind);

@@ -150,10 +150,11 @@ int RunPending(const OptionValues& values)
                                   ? FromHistory(values)
                                   : Question{ReadHypotheticalOrder(values), {}};
     const HypotheticalOrder& asked = question.asked;
+    TellWarnings(asked);
     Json object = {{"contract", asked.cuid},     {"signers", asked.order.signers},
                    {"total", asked.order.total}, {"largest", asked.order.largest},
-                   {"history", nullptr},         {"provenance", ""},
-                   {"forecasts", Json::array()}};
+                   {"history", nullptr},         {"warnings", asked.warnings},
+                   {"provenance", ""},           {"forecasts", Json::array()}};
     if (question.found)
     {
         object["history"] = {{"rows", question.found->rows},

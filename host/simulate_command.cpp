@@ -88,11 +88,13 @@ int RunSimulate(const OptionValues& values)
     RefuseHtmlWithoutExplain(values);
     RequirePlaceForHtmlPage(values);
     const HypotheticalOrder asked = ReadHypotheticalOrder(values);
+    TellWarnings(asked);
     Json object = {{"contract", asked.cuid},
                    {"signers", asked.order.signers},
                    {"total", asked.order.total},
                    {"largest", asked.order.largest},
                    {"distributed", asked.order.isDistributed},
+                   {"warnings", asked.warnings},
                    {"provenance", ""},
                    {"decisions", Json::array()}};
     std::string text;

@@ -51,6 +51,14 @@ protected:
     }
 };
 
+TEST_F(Pending, WarnsAsACheckDoesOfALargestOrderAboveTheTotal)
+{
+    const Answer answer = RunAsJson(Order("C-2002", "Käthe Schröder", "0.99"));
+
+    EXPECT_THAT(answer.errors, HasSubstr("option --largest is above option --total"));
+    EXPECT_THAT(answer.Json()["warnings"], SizeIs(1));
+}
+
 TEST_F(Pending, NamesWhoCanCompleteTheOrder)
 {
     const auto before = AllTables();

@@ -52,6 +52,20 @@ TEST_F(Simulate, EndsWithTheStatusOfACheck)
     EXPECT_EQ(RunSigncheck(Order("C-7001", "Somebody", "5000.001", "9.00")).status, 64);
 }
 
+TEST_F(Simulate, WarnsAsACheckDoesOfALargestOrderAboveTheTotal)
+{
+    const std::string warning = "option --largest is above option --total; the rules are judged on "
+                                "both as given.";
+
+    const Answer answer = Run(Order("C-7001", "Björn Weiß", "9.00", "9.01"), "--json");
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_THAT(answer.errors, HasSubstr(warning));
+    EXPECT_EQ(answer.Json()["warnings"], nlohmann::json::array({warning}));
+    EXPECT_TRUE(
+        Run(Order("C-7001", "Björn Weiß", "9.00", "9.00"), "--json").Json()["warnings"].empty());
+}
+
 TEST_F(Simulate, TellsTheDecisionInWords)
 {
     const Answer answer = RunSigncheck(Order("C-7001", "Björn Weiß", "20000.00", "9000.00"));
