@@ -66,7 +66,8 @@ private:
         }
         if (record.fault.empty() && !host::IsUtf8(record.text))
         {
-            record.fault = "The line is no UTF-8 text.";
+            record.fault = "The line is no UTF-8 text. Save the file as UTF-8 (\"CSV UTF-8\" in a "
+                           "spreadsheet).";
         }
         return record;
     }

@@ -24,26 +24,43 @@ constexpr const char* kComment = "# rejected, line ";
 const std::vector<std::string> kColumns = {kHuid,       kPartner,     kFirstName, kLastName,
                                            kOpposition, kCertificate, kSerial,    kExpires};
 
+// Spreadsheets and people write headings in capitals.
+std::string ColumnCalled(const std::string& heading)
+{
+    const auto found = std::find_if(kColumns.begin(), kColumns.end(),
+                                    [lower = InLowerCase(heading)](const std::string& column)
+                                    { return InLowerCase(column) == lower; });
+    return found == kColumns.end() ? std::string() : *found;
+}
+
 /// The columns of a file, in its order.
 std::vector<std::string> ColumnsOf(const CsvRecord& heading, const std::string& name)
 {
     const std::string place = name + ", line " + std::to_string(heading.line);
+    if (!heading.fault.empty())
+    {
+        throw host::Refusal(host::kFindings,
+                            place + ": " + heading.fault + " Nothing was imported.");
+    }
     std::string known;
     for (const std::string& column : kColumns)
     {
         known += (known.empty() ? "" : ", ") + column;
     }
     std::set<std::string> seen;
-    for (const std::string& column : heading.fields)
+    std::vector<std::string> columns;
+    for (const std::string& written : heading.fields)
     {
-        if (std::find(kColumns.begin(), kColumns.end(), column) == kColumns.end())
+        const std::string column = ColumnCalled(written);
+        if (column.empty())
         {
-            throw host::Refusal(host::kFindings, place + ": " + host::Quoted(column) +
+            throw host::Refusal(host::kFindings, place + ": " + host::Quoted(written) +
                                                      " is no column of holders." +
-                                                     host::DidYouMean(column, kColumns, "") +
+                                                     host::DidYouMean(written, kColumns, "") +
                                                      " The first line names the columns: " + known +
                                                      ". Nothing was imported.");
         }
+        columns.push_back(column);
         if (!seen.insert(column).second)
         {
             throw host::Refusal(host::kFindings, place + ": the column " + host::Quoted(column) +
@@ -58,7 +75,7 @@ std::vector<std::string> ColumnsOf(const CsvRecord& heading, const std::string& 
                                                  "names the columns: " +
                                                  known + ". Nothing was imported.");
     }
-    return heading.fields;
+    return columns;
 }
 
 /// A line as a holder with at most one certificate; empty fields have no value.
@@ -263,11 +280,25 @@ private:
     std::vector<Line> m_lines;
 };
 
+// Plain letters of UTF-16 are UTF-8 with a NUL beside each.
+void RefuseUtf16(std::string_view csv, const std::string& name)
+{
+    const std::string_view first = csv.substr(0, csv.find('\n'));
+    if (first.starts_with("\xFF\xFE") || first.starts_with("\xFE\xFF") ||
+        first.find('\0') != std::string_view::npos)
+    {
+        throw host::Refusal(host::kFindings,
+                            name + ", line 1: the file is UTF-16 text. Save it as UTF-8 (\"CSV "
+                                   "UTF-8\" in a spreadsheet). Nothing was imported.");
+    }
+}
+
 } // namespace
 
 HolderImport ReadHolders(std::string_view csv, const std::string& name,
                          const std::vector<Holder>& there)
 {
+    RefuseUtf16(csv, name);
     const std::vector<CsvRecord> records = ReadCsv(csv, SeparatorOf(csv), kComment);
     if (records.empty())
     {

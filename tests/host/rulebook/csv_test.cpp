@@ -82,7 +82,9 @@ TEST(Csv, WhatIsNoUtf8IsToldInItsLine)
 {
     const auto records = Read("a;\xE9\nb;c\n");
 
-    EXPECT_EQ(records[0].fault, "The line is no UTF-8 text.");
+    EXPECT_EQ(records[0].fault,
+              "The line is no UTF-8 text. Save the file as UTF-8 (\"CSV UTF-8\" in "
+              "a spreadsheet).");
     EXPECT_EQ(records[1].fault, "");
 }
 

@@ -135,6 +135,51 @@ TEST_F(RulesImportHolders, OneRejectedLineRejectsAllOfItsHolder)
                       HasSubstr("line 3: certificate.expires: '2027-02-30' is no date.")));
 }
 
+TEST_F(RulesImportHolders, HeadingsInCapitalsAreTheSameColumns)
+{
+    const Answer answer = Import("\"HUID\";Last-Name;CERTIFICATE\nN-1;A;B\n");
+
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    EXPECT_THAT(Exported(), HasSubstr("huid = \"N-1\"\nlast-name = \"A\"\n"));
+}
+
+TEST_F(RulesImportHolders, AColumnInTwoLetterCasesStandsThereTwice)
+{
+    EXPECT_THAT(Import("huid;last-name;LAST-NAME\nN-1;A;B\n").errors,
+                AllOf(HasSubstr("holders.csv, line 1: the column 'last-name' stands there twice"),
+                      HasSubstr("Nothing was imported")));
+}
+
+TEST_F(RulesImportHolders, AHeadingInAnotherEncodingIsToldWithWhatToDo)
+{
+    const std::string before = Exported();
+
+    EXPECT_THAT(Import("huid;pr\xE9nom\nN-1;A\n").errors,
+                HasSubstr("holders.csv, line 1: The line is no UTF-8 text. Save the file as UTF-8 "
+                          "(\"CSV UTF-8\" in a spreadsheet). Nothing was imported."));
+    for (const std::string& start : {std::string("\xFF\xFEh\0u\0", 6), std::string("h\0u\0", 4),
+                                     std::string("\xFE\xFF\0h\0u", 6)})
+    {
+        const Answer answer = Import(start);
+        EXPECT_EQ(answer.status, 1);
+        EXPECT_THAT(answer.errors, HasSubstr("holders.csv, line 1: the file is UTF-16 text. Save "
+                                             "it as UTF-8"));
+    }
+    EXPECT_EQ(Exported(), before);
+}
+
+TEST_F(RulesImportHolders, AHeadingThatCannotBeTakenApartIsToldAsThat)
+{
+    EXPECT_THAT(Import("\"huid;last-name\nN-1;A\n").errors,
+                HasSubstr("line 1: A double quote is not closed. Nothing was imported."));
+}
+
+TEST_F(RulesImportHolders, ALineInAnotherEncodingIsToldWithWhatToDo)
+{
+    EXPECT_THAT(ReasonOf("N-1;;;\xE9;;A;;"),
+                HasSubstr("line 2: The line is no UTF-8 text. Save the file as UTF-8"));
+}
+
 TEST_F(RulesImportHolders, LinesThatCannotBeImported)
 {
     EXPECT_THAT(ReasonOf(";;;A;;A;;"), HasSubstr("The huid is empty"));
