@@ -23,11 +23,11 @@ public:
 
     void Check(const std::string& path, const Holder& holder)
     {
-        m_checker.CheckText(path + "." + kHuid, holder.huid, kHuidColumn);
+        m_checker.CheckName(path + "." + kHuid, holder.huid, kHuidColumn);
         m_keys.Check(path + "." + kHuid, holder.huid);
-        m_checker.CheckText(path + "." + kPartner, holder.vpname, kHolderPartnerColumn);
-        m_checker.CheckText(path + "." + kFirstName, holder.firstName, kFirstNameColumn);
-        m_checker.CheckText(path + "." + kLastName, holder.lastName, kLastNameColumn);
+        m_checker.CheckName(path + "." + kPartner, holder.vpname, kHolderPartnerColumn);
+        m_checker.CheckName(path + "." + kFirstName, holder.firstName, kFirstNameColumn);
+        m_checker.CheckName(path + "." + kLastName, holder.lastName, kLastNameColumn);
         m_checker.CheckOpposition(path + "." + kOpposition, holder.opposition);
         for (std::size_t each = 0; each < holder.certificates.size(); ++each)
         {

@@ -168,11 +168,34 @@ Contract ReadContract(TableReader& table, Problems& problems, const Places& plac
     return contract;
 }
 
+// 0 when all are.
+std::size_t FirstLineThatIsNoUtf8(std::string_view text)
+{
+    if (host::IsUtf8(text))
+    {
+        return 0;
+    }
+    std::size_t line = 1;
+    for (std::size_t end = text.find('\n');
+         end != std::string_view::npos && host::IsUtf8(text.substr(0, end)); end = text.find('\n'))
+    {
+        text.remove_prefix(end + 1);
+        ++line;
+    }
+    return line;
+}
+
 } // namespace
 
 RuleFile ReadRuleFile(std::string_view toml, Problems& problems)
 {
     RuleFile file;
+    if (const std::size_t line = FirstLineThatIsNoUtf8(toml); line != 0)
+    {
+        problems.Add({line, "", "the line is no UTF-8 text.",
+                      "Save the file as UTF-8, then check again: nothing was read."});
+        return file;
+    }
     if (const std::size_t line = host::LineOfKeyWithTooManyParts(toml); line != 0)
     {
         problems.Add({line, "",

@@ -148,7 +148,7 @@ std::vector<TableReader> TableReader::Tables(const char* field)
     const toml::array* const items = node->as_array();
     if (items == nullptr)
     {
-        WrongType(*node, field, "a list of tables", "[ { … }, { … } ]");
+        WrongListType(*node, field);
         return readers;
     }
     for (const toml::node& item : *items)
@@ -247,6 +247,19 @@ void TableReader::WrongType(const toml::node& node, const char* field, const std
     Add(LineOf(node.source()), field,
         "expected " + expected + ", found " + host::KindOf(node) + ".",
         std::string("Write ") + field + " = " + example + ".");
+}
+
+void TableReader::WrongListType(const toml::node& node, const char* field)
+{
+    const toml::table* const table = node.as_table();
+    if (table == nullptr || table->is_inline())
+    {
+        WrongType(node, field, "a list of tables", "[ { … }, { … } ]");
+        return;
+    }
+    const std::string name = Places::FieldOf(m_path.empty() ? field : m_path + "." + field);
+    Add(LineOf(node.source()), field, "[" + name + "] is one table, and a list is expected.",
+        "Did you mean [[" + name + "]]? Double brackets begin each item of a list.");
 }
 
 void TableReader::Add(std::size_t line, const std::string& field, const std::string& what,

@@ -55,6 +55,8 @@ private:
     std::optional<std::int64_t> NumberOf(const toml::node& node, const char* field);
     void WrongType(const toml::node& node, const char* field, const std::string& expected,
                    const std::string& example);
+    /// A list of tables is expected. Single brackets in place of double ones get a hint.
+    void WrongListType(const toml::node& node, const char* field);
     void Add(std::size_t line, const std::string& field, const std::string& what,
              const std::string& remedy) const;
 

@@ -37,6 +37,11 @@ bool IsBlank(char letter)
     return letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n';
 }
 
+bool HasBlankEnd(const std::string& text)
+{
+    return !text.empty() && (IsBlank(text.front()) || IsBlank(text.back()));
+}
+
 } // namespace
 
 std::u32string InLowerCase(const std::string& utf8)
@@ -100,6 +105,29 @@ void FileChecker::CheckText(const std::string& path, const std::optional<std::st
     }
 }
 
+void FileChecker::CheckName(const std::string& path, const std::string& text,
+                            const TextColumn& column)
+{
+    CheckText(path, text, column);
+    if (HasBlankEnd(text))
+    {
+        Doubtful(path,
+                 host::Quoted(text) +
+                     " has a blank at an end: databases do not agree on whether it "
+                     "counts, and nobody sees it.",
+                 "Remove the blank.");
+    }
+}
+
+void FileChecker::CheckName(const std::string& path, const std::optional<std::string>& text,
+                            const TextColumn& column)
+{
+    if (text)
+    {
+        CheckName(path, *text, column);
+    }
+}
+
 void FileChecker::CheckCertificate(const std::string& path, const Certificate& certificate)
 {
     const std::string& name = certificate.commonName;
@@ -113,7 +141,7 @@ void FileChecker::CheckCertificate(const std::string& path, const Certificate& c
                                    "nobody can sign with it.",
               "Write it without semicolons.");
     }
-    if (!name.empty() && (IsBlank(name.front()) || IsBlank(name.back())))
+    if (HasBlankEnd(name))
     {
         Wrong(namePath,
               host::Quoted(name) + " has a blank at an end, which the signers of a check have "

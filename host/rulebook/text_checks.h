@@ -50,6 +50,11 @@ public:
     void CheckText(const std::string& path, const std::optional<std::string>& text,
                    const TextColumn& column);
 
+    /// The same of a text that names somebody or something: blanks at its ends are hardly meant.
+    void CheckName(const std::string& path, const std::string& text, const TextColumn& column);
+    void CheckName(const std::string& path, const std::optional<std::string>& text,
+                   const TextColumn& column);
+
     void CheckCertificate(const std::string& path, const Certificate& certificate);
     /// The number that a check makes of it must be the one that stands there.
     void CheckOpposition(const std::string& path, const std::optional<std::string>& opposition);

@@ -3,6 +3,7 @@
 #include "host/rulebook/holder_validation.h"
 #include "host/rulebook/key_checker.h"
 #include "host/rulebook/neighbours.h"
+#include "host/rulebook/rule_doubts.h"
 #include "host/rulebook/rule_file_fields.h"
 #include "host/rulebook/text_checks.h"
 #include "host/suggestion.h"
@@ -117,7 +118,7 @@ private:
             const std::string path = Places::Item(kContractTable, index);
             if (contract.cuid)
             {
-                m_checker.CheckText(path + "." + kCuid, *contract.cuid, kCuidColumn);
+                m_checker.CheckName(path + "." + kCuid, *contract.cuid, kCuidColumn);
                 keys.Check(path + "." + kCuid, *contract.cuid);
             }
             if (contract.entry)
@@ -178,7 +179,7 @@ private:
             {
                 return;
             }
-            m_checker.CheckText(path, name, column);
+            m_checker.CheckName(path, name, column);
             names.Check(m_checker, path, name);
         };
         check(kPartner, key.vpname, kPartnerColumn, m_partners);
@@ -207,11 +208,12 @@ private:
                 m_checker.CheckAmount(item + "." + kAmount, *rule.amount);
             }
         }
+        DoubtRules(path, contract, m_checker);
     }
 
     void CheckHolder(const std::string& path, const std::optional<std::string>& huid)
     {
-        m_checker.CheckText(path, huid, kHuidColumn);
+        m_checker.CheckName(path, huid, kHuidColumn);
         if (huid && !huid->empty() && m_known.find(*huid) == m_known.end())
         {
             m_checker.Wrong(path, "the holder " + host::Quoted(*huid) + " is not known.",
@@ -239,6 +241,13 @@ void Validate(const RuleFile& file, const RuleBook* database, Problems& problems
     const Neighbours neighbours =
         database == nullptr ? Neighbours() : Neighbours(*database, file.book);
     Validator(file, neighbours, problems).Run();
+    if (file.book == RuleBook() && problems.Errors() == 0)
+    {
+        problems.Add({1, "", "the file has neither holders nor contracts.",
+                      "Write [[holder]] and [[contract]] tables, such as signcheck rules export "
+                      "prints.",
+                      true});
+    }
 }
 
 } // namespace rulebook

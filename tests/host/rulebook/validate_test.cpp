@@ -21,6 +21,9 @@ constexpr const char* kContract = "[[contract]]\ncuid = \"C1\"\npartner = \"P\"\
                                   "client = \"C\"\nprotocol = 9\nside = \"server\"\n"
                                   "terms = [ { type = 1 } ]\n";
 
+constexpr std::pair<const char*, const char*> kGoodRule[] = {
+    {"holder1 = ", "\"H1\""}, {"alone = ", "true"}, {"amount = ", "\"1.00\""}};
+
 class RulesValidate : public testing::Test
 {
 protected:
@@ -56,7 +59,19 @@ protected:
         return FindingOf(std::string(kHolder) + "certificates = [ { " + fields + " } ]\n");
     }
 
+    // Of a rule that is good but for these fields.
     std::string OfRule(const std::string& fields)
+    {
+        std::string rule = fields;
+        for (const auto& [field, value] : kGoodRule)
+        {
+            rule +=
+                fields.find(field) == std::string::npos ? std::string(", ") + field + value : "";
+        }
+        return OfExactRule(rule);
+    }
+
+    std::string OfExactRule(const std::string& fields)
     {
         return FindingOf(std::string(kHolder) + kContract + "rules = [ { " + fields + " } ]\n");
     }
@@ -211,6 +226,8 @@ TEST_F(RulesValidate, AmountsThatACheckReadsOtherwise)
     EXPECT_THAT(OfRule("amount = \"1.234.567\""),
                 HasSubstr("says 1234567.00, but a check reads it as 1234.567"));
     EXPECT_THAT(OfRule("amount = \"1e5\""), HasSubstr("is no amount; a check reads it as 15.00"));
+    EXPECT_THAT(OfExactRule("holder1 = 1, alone = true, amount = \"1.00\""),
+                HasSubstr("rules.holder1: expected text in quotes, found a whole number"));
     EXPECT_THAT(OfRule("amount = 1000.5"),
                 HasSubstr("expected text in quotes, found a number with decimals"));
 }
@@ -282,9 +299,86 @@ TEST_F(RulesValidate, AKeyOfManyPartsIsRefusedBeforeItExhaustsTheStack)
     EXPECT_THAT(FindingOf("[" + key + "]\n"), HasSubstr("line 1, : a key has more"));
 }
 
-TEST_F(RulesValidate, AnEmptyFileHasNoProblem)
+TEST_F(RulesValidate, AnEmptyFileIsToldThatItIs)
 {
-    EXPECT_EQ(Validate("").status, 0);
+    EXPECT_THAT(FindingOf(""), HasSubstr("line 1, : the file has neither holders nor contracts"));
+    EXPECT_THAT(FindingOf("# nobody\n"), HasSubstr("neither holders nor contracts"));
+}
+
+TEST_F(RulesValidate, SingleBracketsAboveAnItemOfAList)
+{
+    const Answer answer = Validate("\n[holder]\nhuid = \"H1\"\n");
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("line 2, field holder: [holder] is one table, and a list is "
+                                "expected. Did you mean [[holder]]?"),
+                      HasSubstr("1 problem, 0 warnings")));
+    const std::string terms = "\n[contract.terms]\ntype = 1\n";
+    std::string contract = kContract;
+    contract.replace(contract.find("terms ="), std::string::npos, terms);
+    EXPECT_THAT(Validate(contract).output, HasSubstr("Did you mean [[contract.terms]]?"));
+    EXPECT_THAT(FindingOf("holder = { huid = \"H1\" }\n"),
+                HasSubstr("expected a list of tables, found a table"));
+}
+
+TEST_F(RulesValidate, ATextInAnotherEncoding)
+{
+    EXPECT_THAT(FindingOf(std::string(kHolder) + "last-name = \"Lef\xE8vre\"\n"),
+                HasSubstr("line 3, : the line is no UTF-8 text"));
+    EXPECT_THAT(FindingOf(std::string("\xFF\xFE[\0[\0", 6)),
+                HasSubstr("line 1, : the line is no UTF-8 text"));
+    EXPECT_THAT(FindingOf("\n\n# \xE8"), HasSubstr("line 3, : the line is no UTF-8 text"));
+}
+
+TEST_F(RulesValidate, BlanksAtTheEndsOfTexts)
+{
+    EXPECT_THAT(FindingOf(std::string(kHolder) + "last-name = \"Ruiz \"\n"),
+                HasSubstr("line 3, holder.last-name: 'Ruiz ' has a blank at an end"));
+    EXPECT_THAT(FindingOf("[[holder]]\nhuid = \"\\tH1\"\n"), HasSubstr("line 2, holder.huid: "));
+    std::string contract = kContract;
+    contract.replace(contract.find("\"S\""), 3, "\"S \"");
+    EXPECT_THAT(FindingOf(contract), HasSubstr("line 4, contract.service: 'S ' has a blank"));
+    contract = kContract;
+    contract.replace(contract.find("C1"), 2, "C1 ");
+    EXPECT_THAT(FindingOf(contract), HasSubstr("line 2, contract.cuid: 'C1 ' has a blank"));
+}
+
+TEST_F(RulesValidate, RulesThatLimitNothing)
+{
+    EXPECT_THAT(OfRule("level = 7"),
+                HasSubstr("line 11, contract.rules.level: level 7 limits no amount"));
+    EXPECT_THAT(OfExactRule("holder1 = \"H1\", alone = true, level = 2"),
+                HasSubstr("level 2 limits no amount"));
+}
+
+TEST_F(RulesValidate, RulesThatRefuseEverything)
+{
+    EXPECT_THAT(OfExactRule("holder1 = \"H1\", alone = true"),
+                HasSubstr("line 11, contract.rules.amount: it is missing; a check takes that for "
+                          "0.00"));
+    EXPECT_THAT(OfRule("amount = \"-5.00\", level = \"largest-order\""),
+                HasSubstr("contract.rules.amount: '-5.00' is below zero"));
+}
+
+TEST_F(RulesValidate, RulesThatConcernNobody)
+{
+    EXPECT_THAT(OfExactRule("amount = \"1.00\""),
+                HasSubstr("line 11, contract.rules: the rule names no holder"));
+    EXPECT_THAT(OfExactRule("holder1 = \"\", holder2 = \"\", amount = \"1.00\""),
+                HasSubstr("the rule names no holder"));
+    EXPECT_THAT(OfExactRule("holder2 = \"H1\", alone = true, amount = \"1.00\""),
+                HasSubstr("contract.rules.holder2: a rule for one alone looks for its holder1"));
+    const std::string second = "rules = [ { holder2 = \"H1\", amount = \"1.00\" } ]\n";
+    EXPECT_THAT(Validate(std::string(kHolder) + kContract + second).output,
+                HasSubstr("0 problems, 0 warnings"));
+}
+
+TEST_F(RulesValidate, RulesBelowTermsThatAdmitEverybodyAreNotDoubted)
+{
+    std::string contract = kContract;
+    contract.replace(contract.find("type = 1"), 8, "type = 1, all-holders = true");
+    EXPECT_THAT(Validate(contract + "rules = [ {} ]\n").output,
+                HasSubstr("0 problems, 0 warnings"));
 }
 
 TEST_F(RulesValidate, AFileThatIsNotThereIsRefused)
