@@ -1,5 +1,6 @@
 #include "host/order_in_history.h"
 
+#include "host/amount_columns.h"
 #include "host/check_request.h"
 #include "host/option_readers.h"
 #include "host/query.h"
@@ -25,14 +26,10 @@ const std::vector<std::string> kColumns = {"DATETIME", "SERVER",   "VPNAME",  "T
                                            "VFNAME",   "VCNAME",   "ORDERID", "CNS",
                                            "TOTAL",    "MAXORDER", "FILENAME"};
 
-std::string Statement(const Conditions& conditions)
+std::string Statement(CDatabase& database, const Conditions& conditions)
 {
-    std::string columns;
-    for (const std::string& column : kColumns)
-    {
-        columns += (columns.empty() ? "" : ", ") + column;
-    }
-    return "SELECT " + columns + " FROM HST_SIGNRULES" + conditions.Clause() + " ORDER BY ROWNO";
+    return "SELECT " + SelectedColumns(database, kColumns) + " FROM HST_SIGNRULES" +
+           conditions.Clause() + " ORDER BY ROWNO";
 }
 
 rulebook::ContractKey KeyOf(const QueryRow& row)
@@ -137,7 +134,7 @@ OrderInHistory FindInHistory(CDatabase& database, const Connection& connection,
     FilterBy(values, "order-id", "ORDERID", conditions);
     FilterBy(values, "file", "FILENAME", conditions);
     std::vector<OrderInHistory> found;
-    ForEachRow(database, connection, Statement(conditions), kColumns,
+    ForEachRow(database, connection, Statement(database, conditions), kColumns,
                [&](const QueryRow& row)
                {
                    const rulebook::ContractKey key = KeyOf(row);

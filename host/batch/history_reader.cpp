@@ -1,5 +1,6 @@
 #include "host/batch/history_reader.h"
 
+#include "host/amount_columns.h"
 #include "host/query.h"
 #include "host/refusal.h"
 #include "support/codepage.h"
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace batch
@@ -34,11 +36,11 @@ double AmountIn(const host::QueryRow& row, const char* column)
     return support::ToDouble(row.at(column).c_str());
 }
 
-// The row has six decimals, and may have gone through a text of fifteen digits.
+// The row has six decimals, and databases do not all read a literal to the last bit.
 bool IsSameAmount(double recorded, double given)
 {
     constexpr double kDecimals = 1e-6;
-    constexpr double kDigits = 1e-14;
+    constexpr double kDigits = 2 * std::numeric_limits<double>::epsilon();
     return std::abs(recorded - given) <= std::max(kDecimals, kDigits * std::abs(given));
 }
 
@@ -123,9 +125,8 @@ std::optional<RecordedDecision> HistoryReader::DecisionOn(const host::CheckReque
     conditions.Equal("FILENAME", request.fileShown);
     std::optional<RecordedDecision> decision;
     host::ForEachRow(*m_database, m_connection,
-                     "SELECT SERVER, STATUT, VPNAME, TYPE_PTC, VFNAME, VCNAME, ORDERID, MOTIF, "
-                     "CNS, TOTAL, MAXORDER, FILENAME FROM HST_SIGNRULES" +
-                         conditions.Clause() + " ORDER BY ROWNO",
+                     "SELECT " + host::SelectedColumns(*m_database, kColumns) +
+                         " FROM HST_SIGNRULES" + conditions.Clause() + " ORDER BY ROWNO",
                      kColumns,
                      [&](const host::QueryRow& row)
                      {

@@ -1,24 +1,10 @@
 #include "host/replay/history_walk.h"
 
+#include "host/amount_columns.h"
 #include "host/history_row.h"
 
 namespace replay
 {
-
-namespace
-{
-
-std::string Listed(const std::vector<std::string>& columns)
-{
-    std::string list;
-    for (const std::string& column : columns)
-    {
-        list += (list.empty() ? "" : ", ") + column;
-    }
-    return list;
-}
-
-} // namespace
 
 HistoryWalk::HistoryWalk(CDatabase& database, const host::Connection& connection,
                          const host::Conditions& conditions)
@@ -51,8 +37,9 @@ std::optional<PastCheck> ReadAgain(CDatabase& database, const host::Connection& 
     CheckGrouper grouper;
     bool isOne = true;
     host::ForEachRow(database, connection,
-                     "SELECT " + Listed(PastCheckColumns()) + " FROM " + host::kHistoryTable.name +
-                         conditions.Clause() + " ORDER BY " + number + " DESC",
+                     "SELECT " + host::SelectedColumns(database, PastCheckColumns()) + " FROM " +
+                         host::kHistoryTable.name + conditions.Clause() + " ORDER BY " + number +
+                         " DESC",
                      PastCheckColumns(),
                      [&](const host::QueryRow& row)
                      {

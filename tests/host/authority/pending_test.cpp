@@ -125,6 +125,18 @@ TEST_F(Pending, TakesSignaturesAndAmountsFromTheHistory)
     EXPECT_EQ(AllTables(), before);
 }
 
+TEST_F(Pending, TakesEveryDigitOfTheAmountsFromTheHistory)
+{
+    ASSERT_EQ(Check("Käthe Schröder", "R-1", m_order), 0);
+    m_database.Execute(
+        L"UPDATE HST_SIGNRULES SET TOTAL = 123456789012.98754, MAXORDER = 98765432109.876543");
+
+    const auto json = Run({"--order-id", "R-1", "--json"}).Json();
+
+    EXPECT_EQ(json["total"], 123456789012.98754);
+    EXPECT_EQ(json["largest"], 98765432109.876543);
+}
+
 TEST_F(Pending, JoinsTheSignaturesOfAllChecksOfTheOrder)
 {
     // One host hands on every signature so far, another one the newest alone.

@@ -254,6 +254,38 @@ TEST_F(ResumedBatch, TakesNoDecisionOnOtherAmountsThanThoseThatAreGiven)
     EXPECT_FALSE(history.DecisionOn(request, before));
 }
 
+TEST_F(ResumedBatch, TellsEveryDigitOfTheAmountsThatTheHistoryHas)
+{
+    Order("A001.xml");
+    Begin("A001.xml", Newest());
+    AddRow(Named("A001.xml"), L"2", L"123456789012.98754", {{L"MAXORDER", L"98765432109.876543"}});
+
+    const auto line = Lines(Batch({"--json"})).at("A001.xml");
+
+    EXPECT_EQ(line["recovered"], true);
+    EXPECT_EQ(line["total"], 123456789012.98754);
+    EXPECT_EQ(line["largestOrder"], 98765432109.876543);
+}
+
+TEST_F(ResumedBatch, TellsGivenAmountsOfManyDigitsApartByTheLastOne)
+{
+    Order("A001.xml");
+    host::CheckRequest request = Request("A001.xml");
+    request.amountsFromFile = false;
+    request.total = 9876543210987.6543;
+    request.largest = 20.0;
+    const long long before = Newest();
+    AddRow(Named("A001.xml"), L"2", L"9876543210987.6643");
+    batch::HistoryReader history(request.connection);
+    history.Newest();
+
+    EXPECT_FALSE(history.DecisionOn(request, before));
+    AddRow(Named("A001.xml"), L"2", L"9876543210987.6543");
+    const auto decision = history.DecisionOn(request, before);
+    ASSERT_TRUE(decision.has_value());
+    EXPECT_EQ(decision->total, request.total);
+}
+
 TEST_F(ResumedBatch, WaitsForNoOtherRunOfTheSameFolder)
 {
     Order("A001.xml");

@@ -143,6 +143,25 @@ TEST_F(Arbiters, ReadAnOrderAgainOnlyWhileItsRowsAreThere)
     EXPECT_FALSE(replay::ReadAgain(m_source, m_where, older->oldestRow, older->newestRow));
 }
 
+TEST_F(Arbiters, ReadAnOrderAgainWithEveryDigitOfItsAmounts)
+{
+    Check(kDupont, "Élodie Lefèvre", "900.00", "A1");
+    m_database.Execute(
+        L"UPDATE HST_SIGNRULES SET TOTAL = 123456789012.98754, MAXORDER = 98765432109.876543");
+    host::Conditions all;
+    const auto walked = replay::HistoryWalk(m_source, m_where, all).Next();
+    ASSERT_TRUE(walked.has_value());
+
+    const auto again = replay::ReadAgain(m_source, m_where, walked->oldestRow, walked->newestRow);
+
+    ASSERT_TRUE(again.has_value());
+    for (const replay::PastCheck& check : {*walked, *again})
+    {
+        EXPECT_EQ(check.total, 123456789012.98754);
+        EXPECT_EQ(check.largest, 98765432109.876543);
+    }
+}
+
 /// Two changed orders, of which the first is told.
 struct Told
 {

@@ -121,6 +121,25 @@ TEST_F(Replays, CompareTheLimitItselfAsTheLibraryDoes)
     EXPECT_EQ(json["changes"][0]["orderId"], "A2");
 }
 
+// Fifteen digits of this total are the limit itself, which would be accepted.
+TEST_F(Replays, CompareEveryDigitOfALargeTotalWithTheLimit)
+{
+    Check(kDupont, "Élodie Lefèvre", "12500.00", "A1");
+    m_database.Execute(L"UPDATE HST_SIGNRULES SET TOTAL = 123456789012.98042");
+
+    const std::string before = Limited(kLimitOfLefevre, "123456789012.99");
+    ASSERT_EQ(RunSigncheck(
+                  {"rules", "apply", m_folder.Write("before.toml", before), "--yes", "--db", Db()})
+                  .status,
+              0);
+    const auto json = ReplayedJson(Replaced(before, "\"123456789012.99\"", "\"123456789012.98\""));
+
+    EXPECT_EQ(json["refused"], 1);
+    ASSERT_EQ(json["changes"].size(), 1U);
+    EXPECT_EQ(json["changes"][0]["total"], 123456789012.98042);
+    EXPECT_EQ(json["changes"][0]["ways"][0]["after"], "refused");
+}
+
 TEST_F(Replays, TellWhatAHigherLimitWouldAccept)
 {
     Check(kBodensee, "Björn Weiß", "20000.00", "B1");
