@@ -11,6 +11,7 @@
 #include "host/batch/teller.h"
 #include "host/option_readers.h"
 #include "host/output.h"
+#include "host/output_format.h"
 #include "host/refusal.h"
 #include "host/scratch/interruption.h"
 #include "port/files.h"
@@ -151,7 +152,7 @@ int RunBatch(const OptionValues& values)
 
     const std::size_t skipped = LeaveOutDone(source.orders, journal);
     const scratch::Interruption interruption;
-    Teller teller(values.IsOn("json"), source.orders.size());
+    Teller teller(host::OutputFormatFrom(values), source.orders.size());
     teller.Counts().AddSkipped(skipped);
     OrderQueue queue;
     for (Order& order : source.orders)

@@ -45,9 +45,10 @@ constexpr OptionSpec kLinesFormat = {
     host::kOutputFormatOption,
     OptionKind::Text,
     "F",
-    "table, for people; json or ndjson: an object a line, as --json",
+    "table, for people; json or ndjson: an object a line, as --json; csv: a line of names, then a "
+    "row an order",
     false,
-    "table|json|ndjson"};
+    "table|json|ndjson|csv"};
 
 // Terms and what goes with them, in the order of check.
 void AddShared(const std::vector<OptionSpec>& ofCheck, std::vector<OptionSpec>& options)

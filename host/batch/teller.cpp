@@ -1,5 +1,6 @@
 #include "host/batch/teller.h"
 
+#include "host/batch/result_csv.h"
 #include "host/decision.h"
 #include "host/output.h"
 #include "host/text.h"
@@ -25,10 +26,16 @@ double Milliseconds(double seconds)
     return std::round(seconds * 1000.0) / 1000.0;
 }
 
+// At once, for whoever reads along.
+void PrintNow(const std::string& text)
+{
+    host::Print(text);
+    host::FlushOutput();
+}
+
 void PrintLine(const Json& object)
 {
-    host::Print(object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
-    host::FlushOutput();
+    PrintNow(object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
 std::string Word(const OrderResult& result)
@@ -98,25 +105,39 @@ std::string ResultInWords(const OrderResult& result)
            (reason.empty() ? "" : ": " + reason);
 }
 
-Teller::Teller(bool asJson, std::size_t total)
-    : m_asJson(asJson), m_hasTotal(!asJson && total > 0), m_bar(total)
+Teller::Teller(host::OutputFormat format, std::size_t total)
+    : m_format(format), m_hasTotal(format == host::OutputFormat::Table && total > 0), m_bar(total)
 {
+    if (m_format == host::OutputFormat::Csv)
+    {
+        PrintNow(ResultNamesAsCsv());
+    }
 }
 
 void Teller::Tell(const OrderResult& result)
 {
     m_tally.Add(result);
-    if (m_asJson)
+    switch (m_format)
     {
+    case host::OutputFormat::Json:
+    case host::OutputFormat::NdJson:
         PrintLine(ResultAsJson(result));
         return;
+    case host::OutputFormat::Csv:
+        PrintNow(ResultAsCsv(result));
+        return;
+    case host::OutputFormat::Table:
+        TellInWords(result);
     }
+}
+
+void Teller::TellInWords(const OrderResult& result)
+{
     // In a run that nobody knows the end of every order is told.
     if (result.status != host::kDone || !m_hasTotal)
     {
         m_bar.Clear();
-        host::Print(host::WithoutPasswords(ResultInWords(result)) + "\n");
-        host::FlushOutput();
+        PrintNow(host::WithoutPasswords(ResultInWords(result)) + "\n");
     }
     for (const std::string& warning : result.check.warnings)
     {
@@ -134,12 +155,18 @@ void Teller::Sum()
     m_bar.Clear();
     const double seconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
-    if (m_asJson)
+    switch (m_format)
     {
+    case host::OutputFormat::Json:
+    case host::OutputFormat::NdJson:
         PrintLine({{"summary", m_tally.AsJson(Milliseconds(seconds))}});
         return;
+    case host::OutputFormat::Csv: // a file of rows has no place for it
+        host::Complain(m_tally.InWords(seconds));
+        return;
+    case host::OutputFormat::Table:
+        host::Print(m_tally.InWords(seconds) + "\n");
     }
-    host::Print(m_tally.InWords(seconds) + "\n");
 }
 
 } // namespace batch

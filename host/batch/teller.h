@@ -3,6 +3,7 @@
 #include "host/batch/order_result.h"
 #include "host/batch/progress_bar.h"
 #include "host/batch/tally.h"
+#include "host/output_format.h"
 
 #include <chrono>
 #include <cstddef>
@@ -11,13 +12,13 @@
 namespace batch
 {
 
-/// Tells what becomes of the orders of a run as it goes: JSON lines, or a line for what was not
-/// accepted and a bar at a terminal. One thread at a time.
+/// Tells what becomes of the orders of a run as it goes: JSON lines, rows of CSV, or a line for
+/// what was not accepted and a bar at a terminal. One thread at a time.
 class Teller
 {
 public:
     /// `total`: orders of the run; 0 where nobody knows, and then there is no bar.
-    Teller(bool asJson, std::size_t total);
+    Teller(host::OutputFormat format, std::size_t total);
 
     void Tell(const OrderResult& result);
     /// Ends the run with its counts.
@@ -26,7 +27,9 @@ public:
     Tally& Counts() noexcept { return m_tally; }
 
 private:
-    bool m_asJson;
+    void TellInWords(const OrderResult& result);
+
+    host::OutputFormat m_format;
     bool m_hasTotal;
     Tally m_tally;
     ProgressBar m_bar;

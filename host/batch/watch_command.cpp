@@ -11,6 +11,7 @@
 #include "host/batch/teller.h"
 #include "host/option_readers.h"
 #include "host/output.h"
+#include "host/output_format.h"
 #include "host/refusal.h"
 #include "host/scratch/interruption.h"
 #include "host/text.h"
@@ -112,7 +113,7 @@ int RunWatch(const OptionValues& values)
     TellLeftovers(path, values);
 
     const scratch::Interruption interruption;
-    Teller teller(values.IsOn("json"), 0);
+    Teller teller(host::OutputFormatFrom(values), 0);
     AwayTeller away;
     OrderQueue queue;
     DropFolder folder(path, times, run.isTermsBeside, journal, queue);

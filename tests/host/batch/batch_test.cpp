@@ -82,12 +82,12 @@ TEST_F(ManyOrders, AreToldInTheOutputFormatThatIsAskedFor)
                 HasSubstr("1 accepted"));
 }
 
-TEST_F(ManyOrders, HaveNoOutputFormatOfListings)
+TEST_F(ManyOrders, RefuseAnOutputFormatThatIsNone)
 {
-    const Answer answer = Batch({"--output-format", "csv"});
+    const Answer answer = Batch({"--output-format", "xml"});
 
     EXPECT_EQ(answer.status, 64);
-    EXPECT_THAT(answer.errors, HasSubstr("Give one of: table, json, ndjson."));
+    EXPECT_THAT(answer.errors, HasSubstr("Give one of: table, json, ndjson, csv."));
 }
 
 TEST_F(ManyOrders, TakesAFileThatWasReplacedForAnotherOrder)

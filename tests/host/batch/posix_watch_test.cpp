@@ -84,11 +84,17 @@ private:
 class PosixWatch : public BatchTest
 {
 protected:
-    Child Start(const std::vector<std::string>& more = {})
+    Child Start(std::vector<std::string> more = {})
+    {
+        more.emplace_back("--json");
+        return StartWith(more);
+    }
+
+    Child StartWith(const std::vector<std::string>& more)
     {
         auto arguments = CheckOfFile(m_orders.Path(), "auto", "Élodie Lefèvre");
         arguments[0] = "watch";
-        arguments.insert(arguments.end(), {"--settle", "1", "--jobs", "2", "--json"});
+        arguments.insert(arguments.end(), {"--settle", "1", "--jobs", "2"});
         arguments.insert(arguments.end(), more.begin(), more.end());
         return {arguments, m_folder.Path("told"), m_folder.Path("errors")};
     }
@@ -136,6 +142,22 @@ TEST_F(PosixWatch, JudgesEachOrderOnceAndEndsCleanly)
     EXPECT_EQ(ReadWholeFile(m_folder.Path("errors")), "");
     EXPECT_THAT(Rows(), ElementsAre(Pair("A001.xml", 1), Pair("A002.xml", 1)));
     EXPECT_THAT(NamesInFolder(), ElementsAre("A001.xml", "A002.xml"));
+}
+
+TEST_F(PosixWatch, TellsRowsOfCsvAsTheyCome)
+{
+    Child watch = StartWith({"--output-format", "csv"});
+    ASSERT_TRUE(WaitUntil([this] { return LinesTold() >= 1; })); // the names, before any order
+    Order("A001.xml");
+    ASSERT_TRUE(WaitUntil([this] { return LinesTold() >= 2; }));
+
+    EXPECT_EQ(watch.End(SIGTERM), 0);
+
+    const std::string told = ReadWholeFile(m_folder.Path("told"));
+    EXPECT_THAT(told, testing::StartsWith("file,signers,verdict,outcome,"));
+    EXPECT_THAT(told, HasSubstr("\r\n" + Named("A001.xml") + ","));
+    EXPECT_THAT(ReadWholeFile(m_folder.Path("errors")),
+                testing::StartsWith("signcheck: 1 accepted, 0 refused"));
 }
 
 TEST_F(PosixWatch, WritesItsMeasuresFromTheBeginningAndAtTheEnd)

@@ -1,0 +1,113 @@
+#include "host/batch/result_csv.h"
+
+#include "host/batch/teller.h"
+#include "host/listing/csv_line.h"
+
+#include <nlohmann/json.hpp>
+
+#include <string_view>
+#include <vector>
+
+namespace batch
+{
+
+namespace
+{
+
+using Json = nlohmann::ordered_json;
+
+struct Column
+{
+    const char* name;
+    const char* between = " "; ///< the elements of a list
+};
+
+constexpr Column kColumns[] = {
+    {"file"},
+    {"signers", ";"},
+    {"verdict"},
+    {"outcome"},
+    {"format"},
+    {"total"},
+    {"largestOrder"},
+    {"orders"},
+    {"currency"},
+    {"amounts"},
+    {"amountsProblem"},
+    {"fileErrors"},
+    {"reasonCode"},
+    {"reasonText"},
+    {"rulesComplete"},
+    {"lookupsComplete"},
+    {"problem"},
+    {"contract.partner"},
+    {"contract.service"},
+    {"contract.client"},
+    {"contract.protocol"},
+    {"contract.protocolName"},
+    {"contract.type"},
+    {"contract.side"},
+    {"contract.distributed"},
+    {"orderId"},
+    {"rows.due"},
+    {"rows.written"},
+    {"journal"},
+    {"extraInfo"},
+    {"reportFile.fileId"},
+    {"reportFile.path"},
+    {"warnings"},
+    {"held"},
+    {"recovered"},
+    {"seconds"},
+    {"status"},
+    {"error"},
+};
+
+// Null where the object has no such field.
+Json ValueOf(const Json& object, std::string_view name)
+{
+    const std::size_t point = name.find('.');
+    const auto field = object.find(name.substr(0, point));
+    if (field == object.end() || point == std::string_view::npos)
+    {
+        return field == object.end() ? Json() : *field;
+    }
+    return field->is_object() ? ValueOf(*field, name.substr(point + 1)) : Json();
+}
+
+Json Joined(const Json& list, const char* between)
+{
+    std::string text;
+    for (const Json& each : list)
+    {
+        text += (text.empty() ? "" : between) + each.get<std::string>();
+    }
+    return text;
+}
+
+} // namespace
+
+std::string ResultNamesAsCsv()
+{
+    std::vector<std::string> names;
+    for (const Column& column : kColumns)
+    {
+        names.emplace_back(column.name);
+    }
+    return listing::CsvLine(names);
+}
+
+std::string ResultAsCsv(const OrderResult& result)
+{
+    const Json object = ResultAsJson(result);
+    std::vector<std::string> fields;
+    for (const Column& column : kColumns)
+    {
+        const Json value = ValueOf(object, column.name);
+        fields.push_back(
+            listing::CsvField(value.is_array() ? Joined(value, column.between) : value));
+    }
+    return listing::CsvLine(fields);
+}
+
+} // namespace batch
