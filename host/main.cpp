@@ -6,6 +6,7 @@
 #include "host/palette.h"
 #include "host/refusal.h"
 #include "host/settings/sources.h"
+#include "host/settings/unknown_variables.h"
 #include "host/text.h"
 #include "port/program.h"
 #include "port/secrecy.h"
@@ -81,6 +82,7 @@ int Run(const std::vector<std::string>& arguments)
             return host::kDone;
         }
         WarnOfUnknownLanguage();
+        host::WarnOfUnknownVariables();
         CompleteSettings(*line.command, line.values);
         asJson = line.values.IsOn("json");
         return line.command->run(line.values);

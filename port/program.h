@@ -18,6 +18,10 @@ SIGNUTILS_PORT_API std::vector<std::string> Utf8Arguments(int count, char** valu
 /// Value of an environment variable in UTF-8, empty when it is not set; it may be malformed.
 SIGNUTILS_PORT_API std::string Utf8Environment(const char* name);
 
+/// The names of all environment variables, UTF-8; they may be malformed. In capital letters where
+/// the system takes Path and PATH for the same.
+SIGNUTILS_PORT_API std::vector<std::string> Utf8EnvironmentNames();
+
 /// Lets bytes pass through standard output and error as they are, UTF-8 on a console too.
 SIGNUTILS_PORT_API void UseUtf8Output();
 

@@ -4,6 +4,7 @@
 #include "host/command_table.h"
 #include "host/order_path.h"
 #include "host/settings/sources.h"
+#include "host/settings/unknown_variables.h"
 #include "host/text.h"
 #include "port/environment.h"
 #include "port/files.h"
@@ -89,6 +90,19 @@ void JudgeLanguage(Findings& findings)
     }
 }
 
+void JudgeVariables(Findings& findings)
+{
+    for (const host::UnknownVariable& variable : host::UnknownVariables())
+    {
+        if (variable.IsMistake())
+        {
+            findings.push_back({kCheck, Outcome::Warning,
+                                "variable " + host::Printable(variable.name) + " has no effect",
+                                host::InWords(variable)});
+        }
+    }
+}
+
 void JudgeTimeout(Findings& findings)
 {
     const std::string seconds = port::Environment("SIGNUTILS_DB_TIMEOUT");
@@ -128,6 +142,7 @@ Findings CheckSettings(const host::OptionValues& values)
     JudgeDisplay(findings);
     JudgeLanguage(findings);
     JudgeTimeout(findings);
+    JudgeVariables(findings);
     if (findings.empty())
     {
         findings.push_back({kCheck, Outcome::Ok, InWords(sources), ""});

@@ -3,6 +3,7 @@
 #include "host/output.h"
 #include "host/paragraph.h"
 #include "host/settings/setting_report.h"
+#include "host/settings/unknown_variables.h"
 #include "host/table.h"
 #include "host/text.h"
 #include "port/program.h"
@@ -107,6 +108,20 @@ void AppendOtherVariables(std::string& text)
     }
 }
 
+void AppendUnknownVariables(std::string& text)
+{
+    std::string told;
+    for (const UnknownVariable& variable : UnknownVariables())
+    {
+        told += (told.empty() ? "" : " ") + InWords(variable);
+    }
+    if (!told.empty())
+    {
+        text += "\n";
+        AppendParagraph(text, "Unknown", told);
+    }
+}
+
 Json OrNull(const std::string& text)
 {
     return text.empty() ? Json(nullptr) : Json(text);
@@ -143,13 +158,16 @@ std::string SettingsAsText(const std::vector<SettingReport>& settings,
     AppendSet(text, settings, sources);
     AppendUnset(text, settings);
     AppendOtherVariables(text);
+    AppendUnknownVariables(text);
     return text;
 }
 
 Json SettingsAsJson(const std::vector<SettingReport>& settings, const SettingsSources& sources)
 {
-    Json object = {
-        {"files", Json::array()}, {"settings", Json::array()}, {"variables", Json::array()}};
+    Json object = {{"files", Json::array()},
+                   {"settings", Json::array()},
+                   {"variables", Json::array()},
+                   {"unknownVariables", Json::array()}};
     for (const SettingsFile& file : sources.Files())
     {
         object["files"].push_back(
@@ -164,6 +182,12 @@ Json SettingsAsJson(const std::vector<SettingReport>& settings, const SettingsSo
         object["variables"].push_back(
             {{"variable", variable},
              {"value", OrNull(Printable(WithoutPasswords(port::Utf8Environment(variable))))}});
+    }
+    for (const UnknownVariable& variable : UnknownVariables())
+    {
+        object["unknownVariables"].push_back({{"variable", Printable(variable.name)},
+                                              {"meant", OrNull(variable.meant)},
+                                              {"told", InWords(variable)}});
     }
     return object;
 }

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <limits>
+#include <string_view>
 #include <unistd.h>
 
 namespace port
@@ -33,6 +34,17 @@ std::string Utf8Environment(const char* name)
 {
     const char* const value = std::getenv(name);
     return value == nullptr ? std::string() : std::string(value);
+}
+
+std::vector<std::string> Utf8EnvironmentNames()
+{
+    std::vector<std::string> names;
+    for (const char* const* entry = environ; entry != nullptr && *entry != nullptr; ++entry)
+    {
+        const std::string_view text = *entry;
+        names.emplace_back(text.substr(0, text.find('=')));
+    }
+    return names;
 }
 
 void UseUtf8Output() {}

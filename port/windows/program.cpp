@@ -3,11 +3,14 @@
 #include "port/kernel.h"
 #include "port/windows/native_text.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
 #include <io.h>
 #include <memory>
 #include <shellapi.h>
+#include <string_view>
+#include <utility>
 
 namespace port
 {
@@ -19,6 +22,16 @@ struct LocalDeleter
 {
     void operator()(void* memory) const noexcept { LocalFree(memory); }
 };
+
+struct EnvironmentDeleter
+{
+    void operator()(wchar_t* variables) const noexcept { FreeEnvironmentStringsW(variables); }
+};
+
+char ToCapital(char letter)
+{
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - ('a' - 'A')) : letter;
+}
 
 // Consoles before Windows 10 know no sequences and refuse.
 bool TakesColours(DWORD stream)
@@ -47,6 +60,25 @@ std::vector<std::string> Utf8Arguments(int /*count*/, char** /*values*/)
 std::string Utf8Environment(const char* name)
 {
     return Utf8FromNative(NativeVariable(ToNative(name).c_str()));
+}
+
+std::vector<std::string> Utf8EnvironmentNames()
+{
+    const std::unique_ptr<wchar_t, EnvironmentDeleter> variables(GetEnvironmentStringsW());
+    std::vector<std::string> names;
+    for (const wchar_t* entry = variables.get(); entry != nullptr && *entry != L'\0';)
+    {
+        const std::wstring_view text = entry;
+        // The folders of drives stand among them with names that begin with the sign itself.
+        if (const std::size_t end = text.find(L'='); end != 0)
+        {
+            std::string name = Utf8FromNative(text.substr(0, end));
+            std::transform(name.begin(), name.end(), name.begin(), ToCapital);
+            names.push_back(std::move(name));
+        }
+        entry += text.size() + 1;
+    }
+    return names;
 }
 
 void UseUtf8Output()

@@ -2,11 +2,16 @@
 
 #include "port/class_advice.h"
 #include "port/kernel.h"
+#include "tests/testing/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace
 {
+
+using testing_support::ScopedEnvironment;
 
 TEST(RunningProcess, IsThisOne)
 {
@@ -20,6 +25,35 @@ TEST(RunningProcess, IsNoneOfANumberThatNoProcessHas)
     {
         EXPECT_FALSE(port::IsProcessRunning(process)) << process;
     }
+}
+
+TEST(EnvironmentNames, HaveEveryVariableOnceWithoutItsValue)
+{
+    const ScopedEnvironment variable("SIGNUTILS_PORT_TEST", "a=b");
+    const ScopedEnvironment other("SIGNUTILS_PORT_TEST_2", nullptr);
+
+    const auto names = port::Utf8EnvironmentNames();
+
+    EXPECT_EQ(std::count(names.begin(), names.end(), "SIGNUTILS_PORT_TEST"), 1);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "SIGNUTILS_PORT_TEST_2"), 0);
+    for (const std::string& name : names)
+    {
+        EXPECT_EQ(name.find('='), std::string::npos) << name;
+        EXPECT_NE(name, "");
+    }
+}
+
+// Where the system tells Path from PATH each keeps its letters.
+TEST(EnvironmentNames, AreWrittenAsTheSystemComparesThem)
+{
+    const ScopedEnvironment variable("SIGNUTILS_Port_Test", "x");
+    const bool isOneName = !port::Utf8Environment("SIGNUTILS_PORT_TEST").empty();
+
+    const auto names = port::Utf8EnvironmentNames();
+
+    EXPECT_EQ(std::count(names.begin(), names.end(),
+                         isOneName ? "SIGNUTILS_PORT_TEST" : "SIGNUTILS_Port_Test"),
+              1);
 }
 
 TEST(ClassRegistry, NamesNoModuleOfAClassThatNobodyRegistered)

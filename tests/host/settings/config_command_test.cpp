@@ -130,6 +130,38 @@ TEST_F(ConfigCommand, MasksAPasswordInTheWrongSetting)
     EXPECT_THAT(RunSigncheck({"config"}).output, Not(HasSubstr("sentinel")));
 }
 
+TEST_F(ConfigCommand, TellsVariablesThatNothingReadsButNotTheirValues)
+{
+    const ScopedEnvironment misspelt("SIGNCHECK_PARNTER", "sentinel");
+    const ScopedEnvironment strange("SIGNCHECK_QUITE_ANOTHER", "sentinel");
+
+    const Answer answer = RunSigncheck({"config"});
+    const auto json = RunSigncheck({"config", "--json"}).Json();
+
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("Unknown   SIGNCHECK_PARNTER is not known; did you mean"),
+                      HasSubstr("SIGNCHECK_QUITE_ANOTHER is not known."),
+                      Not(HasSubstr("sentinel"))));
+    ASSERT_EQ(json["unknownVariables"].size(), 2U);
+    EXPECT_EQ(json["unknownVariables"][0]["variable"], "SIGNCHECK_PARNTER");
+    EXPECT_EQ(json["unknownVariables"][0]["meant"], "SIGNCHECK_PARTNER");
+    EXPECT_TRUE(json["unknownVariables"][1]["meant"].is_null());
+    EXPECT_THAT(json.dump(), Not(HasSubstr("sentinel")));
+}
+
+TEST_F(ConfigCommand, AnyCommandWarnsOfAMisspeltVariableAndGoesOn)
+{
+    const ScopedEnvironment misspelt("SIGNCHECK_PARNTER", "DUPONTSA");
+    const ScopedEnvironment strange("SIGNCHECK_QUITE_ANOTHER", "x");
+
+    const Answer answer = RunSigncheck({"history", "--db", Db(), "--json"});
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_TRUE(answer.Json()["rows"].empty());
+    EXPECT_EQ(answer.errors, "signcheck: WARNING: SIGNCHECK_PARNTER is not known; did you mean "
+                             "SIGNCHECK_PARTNER?\n");
+}
+
 TEST_F(ConfigCommand, RefusesAnUnknownCommand)
 {
     const Answer answer = RunSigncheck({"config", "histroy"});
