@@ -5,6 +5,7 @@
 #include "host/text.h"
 #include "port/file_identity.h"
 #include "port/files.h"
+#include "port/secrecy.h"
 #include "services/sha256.h"
 #include "support/codepage.h"
 #include "support/folders.h"
@@ -18,7 +19,6 @@ namespace
 {
 
 constexpr std::size_t kLongestLead = 40;
-constexpr const char* kEnding = ".progress";
 
 bool IsPlain(char character)
 {
@@ -77,8 +77,29 @@ std::string JournalPath(const host::OptionValues& values, const std::string& jud
         throw host::Refusal(host::kCouldNotRun,
                             host::Quoted(judged) + " is gone. Put it back and start again.");
     }
-    const std::string name = Lead(real) + "-" + services::Sha256Hex(real) + kEnding;
+    const std::string name = Lead(real) + "-" + services::Sha256Hex(real) + kJournalEnding;
     return AbsolutePath(support::Utf8FromNarrow(port::JoinPath(OwnFolder(), name)));
+}
+
+std::string JournalLockPath(const std::string& journal)
+{
+    return journal + ".lock";
+}
+
+std::string FaultOfJournalFile(const std::string& journal)
+{
+    if (port::IsLink(journal.c_str()))
+    {
+        return "is a link";
+    }
+    if (port::BelongsToOther(journal.c_str()))
+    {
+        return "belongs to another user";
+    }
+    const port::FileRights rights = port::RightsOf(journal.c_str());
+    return rights.othersMayWrite
+               ? "has mode " + rights.mode + ", so that others may have written into it"
+               : std::string();
 }
 
 } // namespace batch

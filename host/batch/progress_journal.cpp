@@ -1,5 +1,6 @@
 #include "host/batch/progress_journal.h"
 
+#include "host/batch/journal_place.h"
 #include "host/batch/order_path.h"
 #include "host/file_text.h"
 #include "host/option_readers.h"
@@ -8,9 +9,8 @@
 #include "host/text.h"
 #include "port/secrecy.h"
 
-#include <nlohmann/json.hpp>
-
 #include <chrono>
+#include <utility>
 
 namespace batch
 {
@@ -18,28 +18,7 @@ namespace batch
 namespace
 {
 
-using nlohmann::ordered_json;
-
-constexpr const char* kFirstLine = R"({"signcheck":"progress","version":1})";
 constexpr std::size_t kSpareLines = 1000;
-
-std::string LineOfBegun(const std::string& key, const Progress& progress)
-{
-    return ordered_json({{"begun", key},
-                         {"file", progress.version},
-                         {"asked", progress.asked},
-                         {"after", progress.after}})
-        .dump();
-}
-
-std::string LineOfDone(const std::string& key, const Progress& progress, const std::string& outcome)
-{
-    return ordered_json({{"done", key},
-                         {"file", progress.version},
-                         {"outcome", outcome},
-                         {"at", progress.at}})
-        .dump();
-}
 
 } // namespace
 
@@ -82,7 +61,7 @@ void ProgressJournal::RequireOwnFolder() const
 
 void ProgressJournal::TakeLock(const std::string& holder)
 {
-    const std::string lock = m_narrow + ".lock";
+    const std::string lock = JournalLockPath(m_narrow);
     switch (m_lock.TryTake(lock.c_str(), host::LockNote(holder)))
     {
     case port::LockFile::Attempt::Taken:
@@ -101,18 +80,9 @@ void ProgressJournal::RequireOwnFile() const
 {
     const std::string remedy = "Remove it, or name another with --journal; what was judged is in "
                                "the history (signcheck history).";
-    if (port::IsLink(m_narrow.c_str()))
+    if (const std::string fault = FaultOfJournalFile(m_narrow); !fault.empty())
     {
-        Refuse("is a link", remedy);
-    }
-    if (port::BelongsToOther(m_narrow.c_str()))
-    {
-        Refuse("belongs to another user", remedy);
-    }
-    const port::FileRights rights = port::RightsOf(m_narrow.c_str());
-    if (rights.othersMayWrite)
-    {
-        Refuse("has mode " + rights.mode + ", so that others may have written into it", remedy);
+        Refuse(fault, remedy);
     }
 }
 
@@ -138,52 +108,16 @@ void ProgressJournal::Read()
     {
         Refuse("cannot be read", "Check the disk, or name another with --journal.");
     }
-    const std::string& text = *found;
-    std::size_t begin = 0;
-    for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin))
+    JournalContent content = ReadJournalLines(*found);
+    if (content.faulty != 0)
     {
-        ReadLine(text.substr(begin, end - begin), ++m_lines);
-        begin = end + 1;
+        Refuse("cannot be read: line " + std::to_string(content.faulty) + " is none of it",
+               "Remove that line, or name another journal with --journal; what was judged is in "
+               "the history (signcheck history).");
     }
-    m_whole = begin;
-}
-
-void ProgressJournal::ReadLine(const std::string& line, std::size_t number)
-{
-    if (number == 1 && line == kFirstLine)
-    {
-        return;
-    }
-    try
-    {
-        const auto object = ordered_json::parse(line);
-        if (number > 1 && object.contains("begun"))
-        {
-            m_known[object.at("begun").get<std::string>()] = {
-                object.at("file").get<std::string>(), false, object.at("after").get<long long>(), 0,
-                object.at("asked").get<std::string>()};
-            return;
-        }
-        if (number > 1 && object.contains("done"))
-        {
-            m_known[object.at("done").get<std::string>()] = {object.at("file").get<std::string>(),
-                                                             true, 0,
-                                                             object.at("at").get<long long>(), ""};
-            return;
-        }
-        if (number > 1 && object.contains("givenUp"))
-        {
-            m_known.erase(object.at("givenUp").get<std::string>());
-            return;
-        }
-    }
-    catch (const ordered_json::exception&)
-    {
-        // Told below.
-    }
-    Refuse("cannot be read: line " + std::to_string(number) + " is none of it",
-           "Remove that line, or name another journal with --journal; what was judged is in the "
-           "history (signcheck history).");
+    m_known = std::move(content.known);
+    m_lines = content.lines;
+    m_whole = content.bytes;
 }
 
 // What a kill cut short was not acknowledged: it goes.
@@ -196,7 +130,7 @@ void ProgressJournal::CutOff()
     }
     if (m_lines == 0)
     {
-        Write(kFirstLine, false);
+        Write(kFirstJournalLine, false);
     }
 }
 
@@ -250,7 +184,7 @@ void ProgressJournal::Done(const std::string& key, const std::string& version,
 void ProgressJournal::GiveUp(const std::string& key)
 {
     const std::lock_guard guard(m_mutex);
-    Write(ordered_json({{"givenUp", key}}).dump(), false);
+    Write(LineOfGivenUp(key), false);
     m_known.erase(key);
 }
 
@@ -275,7 +209,7 @@ void ProgressJournal::RewriteIfLong()
     {
         Refuse("cannot be written", "Its folder must be writable by this user.");
     }
-    Write(kFirstLine, false);
+    Write(kFirstJournalLine, false);
     for (const auto& [key, progress] : m_known)
     {
         Write(progress.isDone ? LineOfDone(key, progress, "") : LineOfBegun(key, progress), false);

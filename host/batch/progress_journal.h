@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/batch/journal_lines.h"
 #include "port/files.h"
 #include "port/lock_file.h"
 
@@ -11,16 +12,6 @@
 
 namespace batch
 {
-
-/// What is known of the judgement of one file. Texts are UTF-8.
-struct Progress
-{
-    std::string version; ///< of the file, see VersionOf
-    bool isDone = false; ///< else it was begun, and nobody knows how it ended
-    long long after = 0; ///< number of the newest history row before it was begun
-    long long at = 0;    ///< seconds since 1970 when it was done
-    std::string asked;   ///< of what was begun: its contents and terms, see DigestOfAsked
-};
 
 /// Which orders were judged, over the ends of processes: a file of JSON lines, one when an order is
 /// begun, on disk before the library is asked, and one when it is done. So a file that was begun
@@ -74,7 +65,6 @@ private:
     void RequireOwnFile() const;
     void Open();
     void Read();
-    void ReadLine(const std::string& line, std::size_t number);
     void CutOff();
     void Write(const std::string& line, bool isFlushed);
     void RewriteIfLong();

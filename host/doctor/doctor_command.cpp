@@ -125,6 +125,7 @@ Findings LookAtEverything(const host::OptionValues& values)
     AddGuarded(all, "store", [&] { return CheckStore(values); });
     AddGuarded(all, "spool",
                [&] { return CheckSpool(connection ? connection->text : std::string()); });
+    AddGuarded(all, "progress", CheckProgress);
     AddGuarded(all, "engine", CheckEngine);
     AddGuarded(all, "settings", [&] { return CheckSettings(values); });
     AddGuarded(all, "copies", [&] { return CheckCopies(open, removalAge); });

@@ -18,6 +18,11 @@ Findings CheckStore(const host::OptionValues& values);
 /// Windows-1252; empty without one.
 Findings CheckSpool(const std::string& connexionString);
 
+/// The folder of progress journals of batch and watch: its rights, and the journals that no running
+/// process holds. None is ever removed: without it every order that still lies in its folder would
+/// be judged again, and it does not name that folder.
+Findings CheckProgress();
+
 /// The conversion engine: found, loaded, and an order file of its own converted to the last cent.
 Findings CheckEngine();
 

@@ -83,14 +83,14 @@ Findings JudgeFolder(const ServiceFolder& folder)
     if (port::BelongsToOther(folder.path.c_str()))
     {
         return {{folder.check, Outcome::Failed,
-                 words + " belongs to another user, so that the library refuses it",
+                 words + " belongs to another user, so that " + folder.keeper + " refuses it",
                  "Give it to the user of the host: chown USER " + Shown(folder.path) + "."}};
     }
     if (rights.everybodyMayWrite && rights.isSticky)
     {
         return {{folder.check, Outcome::Failed,
-                 words + " is shared by everybody (mode " + rights.mode +
-                     "), so that the library refuses it",
+                 words + " is shared by everybody (mode " + rights.mode + "), so that " +
+                     folder.keeper + " refuses it",
                  "Name a folder of the host's own."}};
     }
     if (!port::IsWritableFolder(folder.path.c_str()))
@@ -101,8 +101,8 @@ Findings JudgeFolder(const ServiceFolder& folder)
     if (rights.everybodyMayWrite)
     {
         return {{folder.check, Outcome::Warning,
-                 words + " may be written by every user (mode " + rights.mode +
-                     "); the library takes that back when it next writes there",
+                 words + " may be written by every user (mode " + rights.mode + "); " +
+                     folder.keeper + " takes that back when it next writes there",
                  "Take it back: chmod o-w " + Shown(folder.path) +
                      ", and see who else has put files there."}};
     }

@@ -9,18 +9,19 @@
 namespace doctor
 {
 
-/// A folder that the library makes where it is missing and keeps for itself.
+/// A folder that is made where it is missing and kept for its maker.
 struct ServiceFolder
 {
     const char* check;  ///< "store"
     std::string path;   ///< Windows-1252
     std::string origin; ///< what named it, such as "SIGNUTILS_SPOOL"; empty for the usual place
+    const char* keeper = "the library"; ///< who makes it
 };
 
 /// What is wrong with the folder, or that it is not there yet; nothing for one that can be used.
 Findings JudgeFolder(const ServiceFolder& folder);
 
-/// Whether one of them says that the library would not use the folder, whose content is not looked
+/// Whether one of them says that its keeper would not use the folder, whose content is not looked
 /// at then.
 bool IsRefused(const Findings& findings);
 

@@ -6,15 +6,12 @@
 #include "host/batch/order_path.h"
 #include "host/doctor/folder.h"
 #include "host/doctor/local_time.h"
+#include "host/doctor/lock_holder.h"
 #include "host/option_readers.h"
 #include "host/order_lock.h"
 #include "host/sentence.h"
 #include "host/text.h"
 #include "port/files.h"
-#include "port/lock_file.h"
-#include "port/program.h"
-#include "support/codepage.h"
-#include "support/numbers.h"
 
 #include <algorithm>
 #include <map>
@@ -26,27 +23,6 @@ namespace
 {
 
 constexpr const char* kCheck = "orders";
-
-/// Who holds a lock, as its note says.
-struct Holder
-{
-    std::string note;
-    bool isGone = false; ///< of this machine, and its process does not run any more
-};
-
-Holder HolderOf(const std::string& lock)
-{
-    constexpr std::string_view kProcess = ", process ";
-    const std::string note =
-        port::NoteOfLock(support::NarrowFromWide(support::WideFromUtf8(lock)).c_str());
-    const std::size_t at = note.rfind(kProcess);
-    const std::size_t machine = note.rfind(" on ");
-    const bool isOfThisMachine = at != std::string::npos && machine != std::string::npos &&
-                                 machine > at && note.substr(machine + 4) == port::MachineName();
-    const auto process =
-        isOfThisMachine ? support::ToInt64(note.c_str() + at + kProcess.size()) : std::int64_t{0};
-    return {note, isOfThisMachine && !port::IsProcessRunning(static_cast<std::uint32_t>(process))};
-}
 
 /// What lies in the folder of one order.
 struct OfOrder
@@ -86,8 +62,8 @@ Left LeftIn(const std::string& folder, const std::vector<std::string>& names)
     Left left;
     for (const auto& [order, files] : ByOrder(names))
     {
-        const Holder holder =
-            files.lock.empty() ? Holder{} : HolderOf(port::JoinPath(folder, files.lock));
+        const LockHolder holder =
+            files.lock.empty() ? LockHolder{} : HolderOf(port::JoinPath(folder, files.lock));
         if (!files.lock.empty() && !holder.isGone)
         {
             continue; // being judged, as far as can be seen from here

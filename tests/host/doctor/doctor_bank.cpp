@@ -11,9 +11,10 @@ namespace testing_support
 
 DoctorBank::DoctorBank()
     : m_temporary(m_temporaryFolder.Path()),
-      m_config("SIGNUTILS_CONFIG", SIGNUTILS_SOURCES "/amounts")
+      m_config("SIGNUTILS_CONFIG", SIGNUTILS_SOURCES "/amounts"),
+      m_progress("SIGNCHECK_PROGRESS", m_folder.Path("progress").c_str())
 {
-    for (const char* const name : {"spool", "handoff"})
+    for (const char* const name : {"spool", "handoff", "progress"})
     {
         EXPECT_TRUE(port::CreatePrivateFolder(m_folder.Path(name).c_str()));
     }

@@ -10,7 +10,7 @@
 namespace testing_support
 {
 
-/// A sample bank with nothing to complain of: store and spool are there for their owner only, no
+/// A sample bank with nothing to complain of: store, spool and progress are their owner's only, no
 /// copies lie in the folder for temporary files, which is its own.
 class DoctorBank : public SampleBankTest
 {
@@ -33,6 +33,7 @@ protected:
     TemporaryFolder m_temporaryFolder;
     TemporaryFilesIn m_temporary;
     ScopedEnvironment m_config;
+    ScopedEnvironment m_progress;
 
 private:
     database::Product m_product;

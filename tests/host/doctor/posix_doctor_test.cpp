@@ -94,6 +94,71 @@ TEST_F(PosixDoctor, AStoreOfAnotherUserFails)
                                   HasSubstr("chown USER"))));
 }
 
+TEST_F(PosixDoctor, AProgressFolderThatAGroupMayWriteFails)
+{
+    for (const mode_t mode : {0770U, 0777U})
+    {
+        SetMode(m_folder.Path("progress"), mode);
+
+        const Answer answer = Doctor();
+
+        EXPECT_EQ(answer.status, 1);
+        EXPECT_THAT(Told(answer, "progress"),
+                    ElementsAre(AllOf(StartsWith("failed: the folder "),
+                                      HasSubstr("may be written by others (mode 077"),
+                                      HasSubstr("chmod 700 "))));
+    }
+}
+
+TEST_F(PosixDoctor, AProgressFolderThatIsSharedByEverybodyFails)
+{
+    SetMode(m_folder.Path("progress"), 01777);
+
+    EXPECT_THAT(
+        Told(Doctor(), "progress"),
+        ElementsAre(AllOf(StartsWith("failed: "), HasSubstr("so that signcheck refuses it"))));
+}
+
+TEST_F(PosixDoctor, AProgressFolderThatOthersMayReadIsTold)
+{
+    SetMode(m_folder.Path("progress"), 0755);
+
+    EXPECT_THAT(Told(Doctor(), "progress"),
+                ElementsAre(AllOf(StartsWith("warning: the folder "), HasSubstr("(mode 0755)"),
+                                  HasSubstr("chmod 700 "))));
+}
+
+TEST_F(PosixDoctor, AProgressFolderThatCannotBeWrittenFails)
+{
+    SetMode(m_folder.Path("progress"), 0500);
+
+    const Answer answer = Doctor();
+
+    if (geteuid() == 0) // may write everywhere
+    {
+        EXPECT_THAT(Told(answer, "progress"), ElementsAre(StartsWith("ok: ")));
+        return;
+    }
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(Told(answer, "progress"),
+                ElementsAre(AllOf(StartsWith("failed: "), HasSubstr("cannot be written"),
+                                  HasSubstr("chmod u+rwx"))));
+}
+
+TEST_F(PosixDoctor, AJournalThatOthersMayHaveWrittenFails)
+{
+    SetMode(m_folder.Write("progress/in-1.progress", ""), 0666);
+    ASSERT_EQ(symlink("elsewhere", m_folder.Path("progress/in-2.progress").c_str()), 0);
+
+    const Answer answer = Doctor();
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(Told(answer, "progress"),
+                ElementsAre(AllOf(StartsWith("failed: the journal 'in-1.progress' has mode 0666"),
+                                  HasSubstr("signcheck history")),
+                            StartsWith("failed: the journal 'in-2.progress' is a link")));
+}
+
 TEST_F(PosixDoctor, ADatabaseFileThatOthersMayReadIsTold)
 {
     if (DatabaseFile().empty())
