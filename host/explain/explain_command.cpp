@@ -1,5 +1,6 @@
 #include "host/explain/explain_command.h"
 
+#include "host/explain/origin.h"
 #include "host/explain/words.h"
 #include "host/file_text.h"
 #include "host/html_page.h"
@@ -37,11 +38,17 @@ int RunExplain(const OptionValues& values)
     const support::Language language = support::MessageLanguage();
     std::vector<explain::Section> sections;
     std::string words;
+    std::size_t number = 0;
     for (const explain::TracedCheck& check : checks)
     {
-        const auto told = explain::Sections(check, language);
+        std::vector<explain::Section> told = {
+            explain::OriginOf(check, ++number, checks.size(), language)};
+        const auto judged = explain::Sections(check, language);
+        told.insert(told.end(), judged.begin(), judged.end());
         sections.insert(sections.end(), told.begin(), told.end());
-        object["checks"].push_back(explain::AsJson(check));
+        nlohmann::ordered_json json = explain::OriginAsJson(check);
+        json.update(explain::AsJson(check));
+        object["checks"].push_back(std::move(json));
         words += (words.empty() ? "" : "\n\n") + explain::AsText(told);
     }
     WriteHtmlPageAskedFor(values, explain::AsHtml(sections, language));

@@ -21,7 +21,7 @@ std::string AsText(const std::vector<Section>& sections)
     for (const Section& section : sections)
     {
         const bool isTitled = !section.title.empty();
-        text += isTitled || wasTitled ? "\n" : "";
+        text += (isTitled || wasTitled) && !text.empty() ? "\n" : "";
         text += isTitled ? section.title + "\n" : std::string();
         for (const Told& told : section.lines)
         {

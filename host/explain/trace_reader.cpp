@@ -9,7 +9,7 @@ namespace explain
 namespace
 {
 
-/// A line of a trace: the title of a section, or label and value.
+/// A line of a trace: title and moment of a section, or label and value.
 struct Line
 {
     bool isTitle = false;
@@ -30,6 +30,7 @@ Line Read(std::string_view text)
     {
         line.isTitle = true;
         line.label = TrimmedRight(text.substr(stamp + 5));
+        line.value = text.substr(1, std::min(text.rfind(" +", stamp), stamp) - 1);
         return line;
     }
     const std::size_t colon = text.find(": ");
@@ -110,7 +111,7 @@ private:
     {
         if (line.isTitle)
         {
-            TakeTitle(line.label);
+            TakeTitle(line.label, line.value);
         }
         else if (!m_checks.empty())
         {
@@ -118,11 +119,11 @@ private:
         }
     }
 
-    void TakeTitle(std::string_view title)
+    void TakeTitle(std::string_view title, std::string_view moment)
     {
         if (title == "CHECK SIGNATURES RULES")
         {
-            m_checks.emplace_back();
+            m_checks.emplace_back().begun = moment;
             m_judged = 0;
         }
         if (m_checks.empty())
@@ -171,6 +172,14 @@ private:
         else if (line.label == "Client")
         {
             check.client = value;
+        }
+        else if (line.label == "Protocol")
+        {
+            check.protocol = value;
+        }
+        else if (line.label == "Mode")
+        {
+            check.mode = value;
         }
         else if (line.label == "VEU")
         {

@@ -55,10 +55,13 @@ struct TracedRule
 struct TracedCheck
 {
     std::string file;
+    std::string begun; ///< local time of the machine, as the trace has it
     std::vector<std::string> signers;
     std::string partner;
     std::string service;
     std::string client;
+    std::string protocol; ///< its name
+    std::string mode;     ///< "SRV" on the bank's side, "DEM" on the requester's
     bool isDistributed = false;
     std::vector<TracedRule> rules;
     std::optional<unsigned int> verdict; ///< none: not run, or the trace ends before

@@ -4,7 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <ostream>
+#include <regex>
 
 namespace testing_support
 {
@@ -12,10 +14,17 @@ namespace
 {
 
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
+
+// With one blank for every line end and indentation: where lines are wrapped does not matter.
+std::string Squeezed(const std::string& text)
+{
+    return std::regex_replace(text, std::regex("[ \n]+"), " ");
+}
 
 class Explain : public SampleBankTest
 {
@@ -127,6 +136,76 @@ TEST_F(Explain, ReadsTheTraceThatACheckHasWritten)
     EXPECT_EQ(checks[0]["verdict"], 1);
     EXPECT_EQ(checks[1]["verdict"], 2);
     EXPECT_EQ(checks[0]["rules"][0]["ending"], "accepted");
+}
+
+TEST_F(Explain, TellsWhichFileMomentAndContractEachCheckOfATraceBelongsTo)
+{
+    const std::string trace = m_folder.Path("trace.txt");
+    const std::string page = m_folder.Path("page.html");
+    Run(CheckOf("Élodie Lefèvre"), {"--trace", trace});
+    Run(With(CheckOf("Somebody"), "--service", "CCU"), {"--trace", trace, "--requester"});
+
+    const Answer answer = RunSigncheck({"explain", trace, "--html", page});
+
+    const std::string moment = R"([0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}\.[0-9]{3})";
+    EXPECT_THAT(answer.output, StartsWith("Check 1 of 2\n  File    "));
+    EXPECT_THAT(Squeezed(answer.output),
+                AllOf(HasSubstr(" Under C-1001: partner DUPONTSA, service CCT, client TRESOR, "
+                                "protocol EBICS"),
+                      HasSubstr(", bank's side Signed Élodie Lefèvre "),
+                      HasSubstr(" Check 2 of 2 "),
+                      HasSubstr(" Under partner DUPONTSA, service CCU, client TRESOR, protocol "),
+                      HasSubstr(", requester's side Signed Somebody ")));
+    EXPECT_TRUE(std::regex_search(answer.output, std::regex("\n  Begun   " + moment + "\n")))
+        << answer.output;
+    EXPECT_THAT(ReadWholeFile(page), AllOf(HasSubstr("<h2>Check 1 of 2</h2>"),
+                                           HasSubstr("<dd>C-1001: partner DUPONTSA, service CCT"),
+                                           HasSubstr("<h2>Check 2 of 2</h2>")));
+
+    const auto checks = RunSigncheck({"explain", trace, "--json"}).Json()["checks"];
+    EXPECT_THAT(checks[0]["file"].get<std::string>(),
+                EndsWith(std::filesystem::path(m_order).filename().string()));
+    EXPECT_TRUE(std::regex_match(checks[0]["begun"].get<std::string>(), std::regex(moment)));
+    EXPECT_EQ(checks[0]["contracts"], nlohmann::json::array({"C-1001"}));
+    EXPECT_EQ(checks[0]["partner"], "DUPONTSA");
+    EXPECT_EQ(checks[0]["service"], "CCT");
+    EXPECT_EQ(checks[0]["client"], "TRESOR");
+    EXPECT_EQ(checks[0]["side"], "server");
+    EXPECT_EQ(checks[0]["signers"][0], "Élodie Lefèvre");
+    EXPECT_TRUE(checks[1]["contracts"].empty());
+    EXPECT_EQ(checks[1]["side"], "requester");
+}
+
+TEST_F(Explain, TellsInFrenchWhichCheckItWas)
+{
+    const ScopedEnvironment language("SIGNUTILS_LANG", "fr");
+    const std::string trace = m_folder.Path("trace.txt");
+    Run(CheckOf("Élodie Lefèvre"), {"--trace", trace});
+
+    const Answer answer = RunSigncheck({"explain", trace});
+
+    EXPECT_THAT(answer.output,
+                AllOf(StartsWith("Contrôle 1 sur 1\n  Fichier "), HasSubstr("\n  Début   2"),
+                      HasSubstr("\n  Contrat C-1001 : partenaire DUPONTSA, ")));
+    EXPECT_THAT(Squeezed(answer.output), HasSubstr(", côté banque Signé Élodie Lefèvre "));
+}
+
+TEST_F(Explain, OfATraceThatEndsEarlyTellsWhatItHolds)
+{
+    const std::string trace =
+        m_folder.Write("trace.txt", "[2026-11-22 17:27:19.994 +0 ms] CHECK SIGNATURES RULES\n"
+                                    "FileName: order.xml\n");
+
+    const Answer answer = RunSigncheck({"explain", trace, "--json"});
+
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    const auto check = answer.Json()["checks"][0];
+    EXPECT_EQ(check["file"], "order.xml");
+    EXPECT_EQ(check["begun"], "2026-11-22 17:27:19.994");
+    EXPECT_TRUE(check["side"].is_null());
+    EXPECT_THAT(RunSigncheck({"explain", trace}).output,
+                StartsWith("Check 1 of 1\n  File    order.xml\n  Begun   2026-11-22 "
+                           "17:27:19.994\n\nSigned    nobody\n"));
 }
 
 TEST_F(Explain, WritesAPageThatNeedsNothingElse)
