@@ -85,7 +85,7 @@ void Tell(const CheckRequest& request, const CheckResult& result,
 // The check stands whatever becomes of its explanation.
 std::optional<explain::Explanation> Explained(const CheckRequest& request,
                                               const CheckResult& result, CDatabase& database,
-                                              const std::string& trace)
+                                              const explain::TraceKeeper& keeper)
 {
     std::optional<authority::Amounts> amounts;
     if (result.amounts.AreKnown())
@@ -94,11 +94,11 @@ std::optional<explain::Explanation> Explained(const CheckRequest& request,
     }
     try
     {
-        return explain::ExplainCheck(database, request, amounts, trace);
+        return explain::ExplainCheck(database, request, amounts, keeper.Text());
     }
     catch (const Refusal& refusal)
     {
-        Warn(std::string("the check cannot be explained: ") + refusal.what());
+        Warn(std::string("the check is done, but cannot be explained: ") + refusal.what());
         return std::nullopt;
     }
 }
@@ -224,7 +224,7 @@ int RunCheck(const OptionValues& values)
     std::optional<explain::Explanation> explanation;
     if (keeper)
     {
-        explanation = Explained(request, result, database, keeper->Text());
+        explanation = Explained(request, result, database, *keeper);
     }
     Tell(request, result, explanation);
     if (explanation)

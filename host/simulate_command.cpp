@@ -101,28 +101,36 @@ int RunSimulate(const OptionValues& values)
     const bool isExplained = values.IsOn("explain");
     std::vector<explain::Section> sections;
     int status = kDone;
-    ForEachKind(values, asked,
-                [&](const AskedKind& each)
-                {
-                    std::string trace;
-                    const scratch::Decision decision =
-                        scratch::Judge(each.copy, each.kind).AskTraced(asked.order, trace);
-                    status = Graver(status, StatusOf(decision.verdict));
-                    const std::string provenance = each.copy.Provenance();
-                    text +=
-                        (text.empty() ? "" : "\n") + AsText(asked, each.kind, decision, provenance);
-                    object["provenance"] = provenance;
-                    object["decisions"].push_back(AsJson(each.kind, decision));
-                    if (isExplained)
-                    {
-                        const auto explanation =
-                            explain::Explain(each.copy, {each.book, each.kind, asked.order}, trace);
-                        const auto told = explain::Sections(explanation);
-                        sections.insert(sections.end(), told.begin(), told.end());
-                        text += "\n" + explain::AsText(told);
-                        object["decisions"].back()["explanation"] = explain::AsJson(explanation);
-                    }
-                });
+    const auto take = [&](const AskedKind& each)
+    {
+        std::string trace;
+        const scratch::Decision decision =
+            scratch::Judge(each.copy, each.kind).AskTraced(asked.order, trace);
+        status = Graver(status, StatusOf(decision.verdict));
+        const std::string provenance = each.copy.Provenance();
+        text += (text.empty() ? "" : "\n") + AsText(asked, each.kind, decision, provenance);
+        object["provenance"] = provenance;
+        object["decisions"].push_back(AsJson(each.kind, decision));
+        if (isExplained)
+        {
+            const auto explanation =
+                explain::Explain(each.copy, {each.book, each.kind, asked.order}, trace);
+            const auto told = explain::Sections(explanation);
+            sections.insert(sections.end(), told.begin(), told.end());
+            text += "\n" + explain::AsText(told);
+            object["decisions"].back()["explanation"] = explain::AsJson(explanation);
+        }
+    };
+    try
+    {
+        ForEachKind(values, asked, take);
+    }
+    catch (const scratch::Interrupted&)
+    {
+        // The order types that were judged are told; that others were not, the status says.
+        Print(values.IsOn("json") ? std::string() : text);
+        throw;
+    }
     WriteHtmlPageAskedFor(values, explain::AsHtml(sections, support::MessageLanguage()));
     if (values.IsOn("json"))
     {

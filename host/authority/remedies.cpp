@@ -36,18 +36,18 @@ using Places = std::vector<std::size_t>;
 class Search
 {
 public:
-    Search(scratch::Copy& copy, const RemedyTask& task)
+    Search(scratch::Copy& copy, const RemedyTask& task, std::vector<Remedy>& remedies)
         : m_copy(copy), m_task(task), m_judge(copy, task.kind), m_parties(PartiesOf(task.book)),
-          m_limits(LimitsOf(task.book, task.kind))
+          m_limits(LimitsOf(task.book, task.kind)), m_remedies(remedies)
     {
         ListChanges();
     }
 
-    std::vector<Remedy> Run()
+    void Run()
     {
         if (m_judge.Ask(m_task.order).verdict == scratch::kAccepted)
         {
-            return {};
+            return;
         }
         for (std::size_t size = 1; size <= kMostChanges; ++size)
         {
@@ -58,7 +58,6 @@ public:
         {
             m_copy.Replace(m_task.book);
         }
-        return std::move(m_remedies);
     }
 
 private:
@@ -245,17 +244,17 @@ private:
     scratch::Judge m_judge;
     std::vector<Party> m_parties;
     Limits m_limits;
+    std::vector<Remedy>& m_remedies;
     std::vector<Change> m_changes;
     std::vector<Places> m_found;
-    std::vector<Remedy> m_remedies;
     bool m_isChanged = false; ///< the copy holds a changed book
 };
 
 } // namespace
 
-std::vector<Remedy> FindRemedies(scratch::Copy& copy, const RemedyTask& task)
+void FindRemedies(scratch::Copy& copy, const RemedyTask& task, std::vector<Remedy>& found)
 {
-    return Search(copy, task).Run();
+    Search(copy, task, found).Run();
 }
 
 scratch::Order Changed(scratch::Order order, const Remedy& remedy)

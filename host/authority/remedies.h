@@ -32,10 +32,10 @@ struct RemedyTask
     scratch::Order order;
 };
 
-/// The smallest remedies, of at most three changes: the library accepts each on the copy, and no
-/// part of one is accepted. Amounts are the greatest limits that do. The copy holds the book again
-/// at the end.
-std::vector<Remedy> FindRemedies(scratch::Copy& copy, const RemedyTask& task);
+/// Adds the smallest remedies, of at most three changes, to `found`: the library accepts each on
+/// the copy, and no part of one is accepted. Amounts are the greatest limits that do. The copy
+/// holds the book again at the end. Raises host::Refusal; what was found before stands.
+void FindRemedies(scratch::Copy& copy, const RemedyTask& task, std::vector<Remedy>& found);
 
 /// The order and the book with the changes made.
 scratch::Order Changed(scratch::Order order, const Remedy& remedy);

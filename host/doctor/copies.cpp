@@ -26,14 +26,9 @@ std::int64_t AgeOf(const Leftover& copy)
     return made ? ClockSecondsNow() - *made : 0;
 }
 
-bool IsFile(const Leftover& copy)
-{
-    return copy.kind == scratch::kKindOfFile;
-}
-
 bool Remove(const Bank* bank, const Leftover& copy)
 {
-    if (IsFile(copy))
+    if (copy.IsFile())
     {
         return DeleteFileA(support::NarrowFromWide(support::WideFromUtf8(copy.name)).c_str()) != 0;
     }
@@ -48,7 +43,7 @@ Finding Told(const Leftover& copy)
             copy.kind + " " + copy.name + ", " + AgeInWords(AgeOf(copy)) + " old: its process " +
                 std::to_string(copy.parts.process) + " of user " + copy.parts.user +
                 " does not run on this machine",
-            (IsFile(copy) ? "Delete the file" : "Run " + copy.remedy) +
+            (copy.IsFile() ? "Delete the file" : "Run " + copy.remedy) +
                 ", or signcheck doctor --remove-leftovers 1d."};
 }
 
@@ -84,7 +79,7 @@ Findings CheckCopies(const Bank* bank, std::optional<std::chrono::seconds> remov
     }
     if (findings.empty())
     {
-        std::string words = "no copy of rules was left behind";
+        std::string words = "no copy of rules and no trace was left behind";
         words += removed == 0 ? "" : "; " + host::Counted(removed, "was", "were") + " removed";
         words += inUse == 0 ? "" : "; " + host::Counted(inUse, "is", "are") + " in use";
         findings.push_back({kCheck, Outcome::Ok, words, ""});

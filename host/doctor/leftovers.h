@@ -14,8 +14,8 @@ namespace doctor
 // machine; a command of another machine, or in another container, looks as if it were dead, so that
 // nothing is removed but what is older than the age that was given.
 
-/// Copies of the rules that map, lint, simulate and pending make for their time. `bank` may be
-/// null: then only those that are files are found.
+/// Copies of the rules that map, lint, simulate and pending make for their time, and traces that
+/// --explain does. `bank` may be null: then only those that are files are found.
 Findings CheckCopies(const Bank* bank, std::optional<std::chrono::seconds> removalAge);
 
 /// Work files and locks in a folder of order files, as argument FOLDER names it. Raises

@@ -2,11 +2,12 @@
 
 #include "database/cdatabase.h"
 #include "host/file_text.h"
+#include "host/refusal.h"
 #include "host/rulebook/book_reading.h"
+#include "host/scratch/interruption.h"
+#include "host/text.h"
 #include "port/files.h"
-#include "port/kernel.h"
 #include "support/codepage.h"
-#include "support/temporary_file.h"
 
 #include <nlohmann/json.hpp>
 
@@ -26,20 +27,50 @@ scratch::OrderKind KindOf(const host::CheckRequest& request)
             request.contractType};
 }
 
-} // namespace
-
-Explanation Explain(scratch::Copy& copy, const authority::RemedyTask& task,
-                    const std::string& trace)
+Explanation OfTrace(const std::string& trace)
 {
     Explanation explanation;
     if (auto checks = ReadTrace(trace); !checks.empty())
     {
         explanation.check = std::move(checks.back());
     }
-    if (explanation.check.verdict && *explanation.check.verdict != scratch::kAccepted)
+    return explanation;
+}
+
+bool WasNotAccepted(const Explanation& explanation)
+{
+    return explanation.check.verdict && *explanation.check.verdict != scratch::kAccepted;
+}
+
+// What was decided stands, and is told, whatever becomes of the search.
+template <typename Search>
+void LookForRemedies(Explanation& explanation, Search&& search)
+{
+    auto& found = explanation.remedies.emplace();
+    try
     {
-        explanation.remedies = authority::FindRemedies(copy, task);
-        explanation.provenance = copy.Provenance();
+        search(found);
+    }
+    catch (const scratch::Interrupted&)
+    {
+        explanation.obstacle = InterruptedSearch(support::MessageLanguage());
+    }
+    catch (const host::Refusal& refusal)
+    {
+        explanation.obstacle = refusal.what();
+    }
+}
+
+} // namespace
+
+Explanation Explain(scratch::Copy& copy, const authority::RemedyTask& task,
+                    const std::string& trace)
+{
+    Explanation explanation = OfTrace(trace);
+    if (WasNotAccepted(explanation))
+    {
+        LookForRemedies(explanation,
+                        [&](auto& found) { authority::FindRemedies(copy, task, found); });
     }
     return explanation;
 }
@@ -50,7 +81,7 @@ std::vector<Section> Sections(const Explanation& explanation)
     std::vector<Section> sections = Sections(explanation.check, language);
     if (explanation.remedies)
     {
-        sections.push_back(SectionOf(*explanation.remedies, language));
+        sections.push_back(SectionOf(*explanation.remedies, explanation.obstacle, language));
     }
     return sections;
 }
@@ -59,61 +90,68 @@ nlohmann::ordered_json AsJson(const Explanation& explanation)
 {
     nlohmann::ordered_json object = AsJson(explanation.check);
     object["acceptedIf"] = nullptr;
-    if (explanation.remedies)
+    // An empty list says that nothing would do.
+    if (explanation.remedies && (explanation.obstacle.empty() || !explanation.remedies->empty()))
     {
         object["acceptedIf"] = AsJson(*explanation.remedies);
+    }
+    if (!explanation.obstacle.empty())
+    {
+        object["acceptedIfObstacle"] = explanation.obstacle;
     }
     return object;
 }
 
-TraceKeeper::TraceKeeper(host::CheckRequest& request)
-    : m_path(request.traceFile), m_isOwn(request.traceFile.empty()), m_before(0)
+TraceKeeper::TraceKeeper(host::CheckRequest& request) : m_path(request.traceFile)
 {
-    if (m_isOwn)
-    {
-        m_path = support::TemporaryPath(nullptr, "trace");
-        request.traceFile = m_path;
-    }
-    else
+    if (!m_path.empty())
     {
         m_before = port::FileSize(m_path.c_str());
+        return;
     }
-}
-
-TraceKeeper::~TraceKeeper()
-{
-    if (m_isOwn)
-    {
-        DeleteFileA(m_path.c_str());
-    }
+    m_path = m_own.emplace().Path();
+    request.traceFile = m_path;
 }
 
 std::string TraceKeeper::Text() const
 {
-    return host::FileText(m_path, m_before).value_or(std::string());
+    if (m_path.empty())
+    {
+        throw host::Refusal(host::kCouldNotRun, scratch::OwnTrace::Failure());
+    }
+    std::string text = host::FileText(m_path, m_before).value_or(std::string());
+    if (text.empty())
+    {
+        throw host::Refusal(host::kCouldNotRun,
+                            "nothing of it can be read from the trace " +
+                                host::Quoted(support::Utf8FromNarrow(m_path)) +
+                                ". Give a file that can be written and read with --trace.");
+    }
+    return text;
 }
 
 Explanation ExplainCheck(CDatabase& database, const host::CheckRequest& request,
                          const std::optional<authority::Amounts>& amounts, const std::string& trace)
 {
-    const scratch::OrderKind kind = KindOf(request);
-    if (!amounts)
+    Explanation explanation = OfTrace(trace);
+    if (amounts && WasNotAccepted(explanation))
     {
-        Explanation explanation;
-        if (auto checks = ReadTrace(trace); !checks.empty())
-        {
-            explanation.check = std::move(checks.back());
-        }
-        return explanation;
+        LookForRemedies(explanation,
+                        [&](auto& found)
+                        {
+                            const scratch::OrderKind kind = KindOf(request);
+                            const rulebook::RuleBook book = rulebook::ReadBook(
+                                database, request.connection, {std::nullopt, kind.contract});
+                            scratch::Copy copy(database, request.connection, book);
+                            authority::FindRemedies(copy,
+                                                    {book,
+                                                     kind,
+                                                     {request.signerNames, amounts->total,
+                                                      amounts->largest, request.isDistributed}},
+                                                    found);
+                        });
     }
-    const rulebook::RuleBook book =
-        rulebook::ReadBook(database, request.connection, {std::nullopt, kind.contract});
-    scratch::Copy copy(database, request.connection, book);
-    return Explain(copy,
-                   {book,
-                    kind,
-                    {request.signerNames, amounts->total, amounts->largest, request.isDistributed}},
-                   trace);
+    return explanation;
 }
 
 } // namespace explain

@@ -5,6 +5,7 @@
 #include "host/explain/trace_reader.h"
 #include "host/explain/words.h"
 #include "host/scratch/copy.h"
+#include "host/scratch/own_trace.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -23,10 +24,11 @@ struct Explanation
     TracedCheck check;
     /// None where the check was accepted or its amounts are not known.
     std::optional<std::vector<authority::Remedy>> remedies;
-    std::string provenance; ///< of the remedies
+    std::string obstacle; ///< why there may be other remedies; empty when all are told
 };
 
-/// What the traced check did, and the smallest changes that the library accepts on the copy.
+/// What the traced check did, and the smallest changes that the library accepts on the copy, as far
+/// as they could be found.
 Explanation Explain(scratch::Copy& copy, const authority::RemedyTask& task,
                     const std::string& trace);
 
@@ -38,23 +40,22 @@ nlohmann::ordered_json AsJson(const Explanation& explanation);
 class TraceKeeper
 {
 public:
-    /// Where the request names no trace file, it is given one for the time of this object.
+    /// Where the request names no trace file, it is given one for the time of this object. Signals
+    /// do not end the process in that time.
     explicit TraceKeeper(host::CheckRequest& request);
-    ~TraceKeeper();
-    TraceKeeper(const TraceKeeper&) = delete;
-    TraceKeeper& operator=(const TraceKeeper&) = delete;
 
-    /// What was traced since, once the trace is closed.
+    /// What was traced since, once the trace is closed. Raises host::Refusal when it cannot be
+    /// read.
     std::string Text() const;
 
 private:
+    std::optional<scratch::OwnTrace> m_own;
     std::string m_path;
-    bool m_isOwn;
-    std::int64_t m_before;
+    std::int64_t m_before = 0;
 };
 
 /// Explains a check that was run on the database, with the amounts that it was judged on; without
-/// them no remedies are looked for. Raises host::Refusal.
+/// them no remedies are looked for.
 Explanation ExplainCheck(CDatabase& database, const host::CheckRequest& request,
                          const std::optional<authority::Amounts>& amounts,
                          const std::string& trace);

@@ -147,6 +147,15 @@ constexpr Both kNoRemedy = {"by no three changes of further signers, smaller amo
                             "par aucun ensemble de trois changements : signataires de plus, "
                             "montants moindres, oppositions levées."};
 
+constexpr Both kNotLookedFor = {"not found out: ", "non recherché : "};
+constexpr Both kMayBeMore = {"or otherwise, which was not found out: ",
+                             "ou autrement, ce qui n'a pas été recherché : "};
+constexpr Both kInterrupted = {"the search was interrupted.", "la recherche a été interrompue."};
+constexpr Both kLookAgain = {" The decision stands. signcheck simulate --explain looks for it "
+                             "again, and records nothing.",
+                             " La décision demeure. signcheck simulate --explain recommence la "
+                             "recherche et n'enregistre rien."};
+
 const EndingWords& WordsOf(Ending ending)
 {
     return *std::find_if(std::begin(kEndings), std::end(kEndings),
@@ -310,10 +319,16 @@ std::vector<Section> Sections(const TracedCheck& check, Language language)
     return sections;
 }
 
-Section SectionOf(const std::vector<authority::Remedy>& remedies, Language language)
+const char* InterruptedSearch(Language language)
+{
+    return kInterrupted.In(language);
+}
+
+Section SectionOf(const std::vector<authority::Remedy>& remedies, const std::string& obstacle,
+                  Language language)
 {
     Section section;
-    if (remedies.empty())
+    if (remedies.empty() && obstacle.empty())
     {
         section.lines.push_back({kWouldDo.In(language), kNoRemedy.In(language)});
     }
@@ -323,6 +338,13 @@ Section SectionOf(const std::vector<authority::Remedy>& remedies, Language langu
         section.lines.push_back(
             {isFirst ? kWouldDo.In(language) : "",
              (isFirst ? kIf : kOr).In(language) + InWords(remedy, language) + "."});
+    }
+    if (!obstacle.empty())
+    {
+        const bool isFirst = section.lines.empty();
+        section.lines.push_back({isFirst ? kWouldDo.In(language) : "",
+                                 (isFirst ? kNotLookedFor : kMayBeMore).In(language) + obstacle +
+                                     kLookAgain.In(language)});
     }
     return section;
 }

@@ -29,8 +29,13 @@ struct Section
 /// A check rule by rule, in plain words.
 std::vector<Section> Sections(const TracedCheck& check, support::Language language);
 
-/// What would have been accepted instead.
-Section SectionOf(const std::vector<authority::Remedy>& remedies, support::Language language);
+/// What would have been accepted instead. `obstacle`: why there may be more; empty when all is
+/// told.
+Section SectionOf(const std::vector<authority::Remedy>& remedies, const std::string& obstacle,
+                  support::Language language);
+
+/// The obstacle of a search that a signal has ended.
+const char* InterruptedSearch(support::Language language);
 
 /// For a terminal of 80 columns.
 std::string AsText(const std::vector<Section>& sections);

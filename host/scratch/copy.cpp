@@ -68,10 +68,10 @@ void Guarded(const host::Connection& where, Work&& work)
         [&reason] { reason = "unknown error"; });
     if (reason)
     {
-        throw host::Refusal(host::kCouldNotRun,
-                            "a copy of the rules cannot be written to " +
-                                host::Quoted(where.shown) + ": " + host::Printable(*reason) +
-                                ". Check the disk and the user's rights, and repeat the command.");
+        throw host::Refusal(host::kCouldNotRun, "a copy of the rules cannot be written to " +
+                                                    host::Quoted(where.shown) + ": " +
+                                                    host::Printable(*reason) +
+                                                    ". Check the disk and the user's rights.");
     }
 }
 
@@ -84,7 +84,7 @@ void RequireEmptyPlace(CDatabase& database, const host::Connection& where)
         throw host::Refusal(host::kCouldNotRun,
                             "the connection " + host::Quoted(where.shown) +
                                 " does not lead to the empty place made for a copy of the rules, "
-                                "but to rules that are in use; nothing was written. Correct the "
+                                "but to rules that are in use, which were left alone. Correct the "
                                 "connection string: it may choose a database or schema twice.");
     }
 }

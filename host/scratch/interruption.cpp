@@ -1,7 +1,5 @@
 #include "host/scratch/interruption.h"
 
-#include "host/refusal.h"
-
 #include <csignal>
 #include <cstddef>
 #include <iterator>
@@ -28,6 +26,14 @@ extern "C" void Note(int number)
 }
 
 } // namespace
+
+// Of commands that write nothing before they have asked on their copies; one that has, tells its
+// user itself.
+Interrupted::Interrupted()
+    : Refusal(host::kCouldNotRun,
+              "the command was interrupted; nothing was written to the database.")
+{
+}
 
 Interruption::Interruption()
 {
@@ -67,8 +73,7 @@ void Interruption::Check()
 {
     if (HasCome())
     {
-        throw host::Refusal(host::kCouldNotRun,
-                            "the command was interrupted; nothing was written to the database.");
+        throw Interrupted();
     }
 }
 

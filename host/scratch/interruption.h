@@ -1,7 +1,16 @@
 #pragma once
 
+#include "host/refusal.h"
+
 namespace scratch
 {
+
+/// Ends a command that a signal has interrupted.
+class Interrupted : public host::Refusal
+{
+public:
+    Interrupted();
+};
 
 /// While one lives, SIGINT and SIGTERM end the process where Check is called only, so that what
 /// lies in the database for the time of a command is dropped. A second signal ends it at once.
@@ -15,7 +24,7 @@ public:
 
     /// For commands that end by themselves.
     static bool HasCome() noexcept;
-    /// Raises host::Refusal with kCouldNotRun when a signal has come.
+    /// Raises Interrupted when a signal has come.
     static void Check();
 };
 

@@ -2,12 +2,10 @@
 
 #include "host/file_text.h"
 #include "host/refusal.h"
+#include "host/scratch/own_trace.h"
 #include "host/text.h"
-#include "port/files.h"
-#include "port/kernel.h"
 #include "signutils/signutils.h"
 #include "support/codepage.h"
-#include "support/temporary_file.h"
 #include "support/trace.h"
 
 #include <algorithm>
@@ -66,23 +64,14 @@ bool IsCutShort(const CheckOutcome& outcome, const std::vector<std::string>& sig
 class TraceText
 {
 public:
-    TraceText() : m_path(support::TemporaryPath(nullptr, "trace"))
+    TraceText() : m_trace(m_file.Path().empty() ? nullptr : TraceOpen(m_file.Path().c_str()))
     {
-        m_trace = TraceOpen(m_path.c_str());
         if (!TraceIsUsable(m_trace))
         {
-            throw host::Refusal(host::kCouldNotRun,
-                                "the trace of a check cannot be written to " +
-                                    host::Quoted(support::Utf8FromNarrow(m_path)) +
-                                    ". Give another folder for temporary files (TMPDIR, on "
-                                    "Windows TEMP).");
+            throw host::Refusal(host::kCouldNotRun, OwnTrace::Failure());
         }
     }
-    ~TraceText()
-    {
-        TraceClose(m_trace);
-        DeleteFileA(m_path.c_str());
-    }
+    ~TraceText() { TraceClose(m_trace); }
     TraceText(const TraceText&) = delete;
     TraceText& operator=(const TraceText&) = delete;
 
@@ -93,12 +82,12 @@ public:
     {
         TraceClose(m_trace);
         m_trace = nullptr;
-        return host::FileText(m_path).value_or(std::string());
+        return host::FileText(m_file.Path()).value_or(std::string());
     }
 
 private:
-    std::string m_path;
-    void* m_trace = nullptr;
+    OwnTrace m_file;
+    void* m_trace;
 };
 
 } // namespace
@@ -146,7 +135,7 @@ Decision Judge::Run(const Order& order, void* trace)
             host::kCouldNotRun,
             "the library could not judge on the copy of the rules: " +
                 host::Printable(support::Utf8FromNarrow(outcome.problem.SafeGetString())) +
-                ". Repeat the command.");
+                ". Check the disk and the user's rights where the copy lies.");
     }
     Decision decision;
     decision.verdict = static_cast<unsigned int>(verdict);

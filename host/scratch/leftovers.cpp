@@ -3,6 +3,7 @@
 #include "database/cdatabase.h"
 #include "host/query.h"
 #include "host/refusal.h"
+#include "host/scratch/own_trace.h"
 #include "host/scratch/place.h"
 #include "host/scratch/room.h"
 #include "host/text.h"
@@ -23,6 +24,29 @@ std::vector<Leftover> ByName(std::vector<Leftover> found)
     std::sort(found.begin(), found.end(),
               [](const Leftover& left, const Leftover& right) { return left.name < right.name; });
     return found;
+}
+
+// False when the folder cannot be read.
+bool AddFiles(const std::string& folder, const char* kind, std::string_view ending,
+              std::vector<Leftover>& found)
+{
+    std::vector<std::string> names;
+    if (!port::ListFolder(folder.c_str(), names))
+    {
+        return false;
+    }
+    for (const std::string& name : names)
+    {
+        const auto parts = name.ends_with(ending)
+                               ? ReadName(name.substr(0, name.size() - ending.size()))
+                               : std::nullopt;
+        if (parts)
+        {
+            found.push_back({kind, support::Utf8FromNarrow(port::JoinPath(folder, name)), *parts,
+                             "delete the file"});
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -52,27 +76,17 @@ std::vector<Leftover> LeftoversIn(CDatabase& source, const host::Connection& con
 std::vector<Leftover> LeftoverFiles()
 {
     const std::string folder = port::TemporaryFolder();
-    std::vector<std::string> names;
-    if (!port::ListFolder(folder.c_str(), names))
+    std::vector<Leftover> found;
+    if (!AddFiles(folder, kKindOfFile, kFileEnding, found))
     {
         throw host::Refusal(host::kCouldNotRun,
                             "the folder for temporary files " +
                                 host::Quoted(support::Utf8FromNarrow(folder)) +
                                 " cannot be read. Give another one (TMPDIR, on Windows TEMP).");
     }
-    std::vector<Leftover> found;
-    const std::string_view ending = kFileEnding;
-    for (const std::string& name : names)
+    for (const std::string& each : TraceFolders())
     {
-        const bool isFile = name.size() > ending.size() &&
-                            std::string_view(name).substr(name.size() - ending.size()) == ending;
-        const auto parts =
-            isFile ? ReadName(name.substr(0, name.size() - ending.size())) : std::nullopt;
-        if (parts)
-        {
-            found.push_back({kKindOfFile, support::Utf8FromNarrow(port::JoinPath(folder, name)),
-                             *parts, "delete the file"});
-        }
+        AddFiles(each, kKindOfTrace, kTraceEnding, found);
     }
     return ByName(std::move(found));
 }

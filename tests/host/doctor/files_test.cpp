@@ -189,8 +189,30 @@ TEST_F(DoctorFiles, ACopyOfADeadProcessGoesWhenItIsOlderThanTheAge)
     const std::string path = m_temporaryFolder.Write(kNobodysCopy, "");
 
     EXPECT_THAT(Told(Doctor({"--remove-leftovers", "1d"}), "copies"),
-                ElementsAre("ok: no copy of rules was left behind; 1 was removed | "));
+                ElementsAre("ok: no copy of rules and no trace was left behind; 1 was removed | "));
     EXPECT_FALSE(fs::exists(Utf8Path(path)));
+}
+
+TEST_F(DoctorFiles, ATraceOfADeadProcessIsToldAndGoesWithAnAge)
+{
+    const std::string path =
+        m_temporaryFolder.Write("signcheck_scratch_20260329_101159_4194304_ana_0badcafe.trace", "");
+
+    EXPECT_THAT(Told(Doctor(), "copies"),
+                ElementsAre(AllOf(StartsWith("warning: trace file "), HasSubstr("0badcafe.trace"),
+                                  HasSubstr("Delete the file, or"))));
+    Doctor({"--remove-leftovers", "1d"});
+    EXPECT_FALSE(fs::exists(Utf8Path(path)));
+}
+
+TEST_F(DoctorFiles, ATraceBesideTheProgressJournalsIsTold)
+{
+    const TemporaryFolder journals;
+    const ScopedEnvironment progress("SIGNCHECK_PROGRESS", journals.Path().c_str());
+    journals.Write("signcheck_scratch_20260329_101159_4194304_ana_0badcafe.trace", "");
+    journals.Write("signcheck_scratch_20260329_101159_4194304_ana_0badcafe.db", "");
+
+    EXPECT_THAT(Told(Doctor(), "copies"), ElementsAre(HasSubstr("0badcafe.trace")));
 }
 
 TEST_F(DoctorFiles, ACopyOfALivingProcessStaysWhateverItsAge)
@@ -201,7 +223,7 @@ TEST_F(DoctorFiles, ACopyOfALivingProcessStaysWhateverItsAge)
                                 "");
 
     EXPECT_THAT(Told(Doctor({"--remove-leftovers", "1s"}), "copies"),
-                ElementsAre("ok: no copy of rules was left behind; 1 is in use | "));
+                ElementsAre("ok: no copy of rules and no trace was left behind; 1 is in use | "));
     EXPECT_TRUE(fs::exists(Utf8Path(path)));
 }
 

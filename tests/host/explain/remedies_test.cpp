@@ -121,7 +121,8 @@ TEST_F(Remedies, AreAcceptedAndNoPartOfThemIs)
         --left;
         scratch::Copy copy(m_source, m_connection, book);
 
-        const auto remedies = authority::FindRemedies(copy, {book, {RandomBankKey(), 1}, order});
+        std::vector<Remedy> remedies;
+        authority::FindRemedies(copy, {book, {RandomBankKey(), 1}, order}, remedies);
 
         for (const Remedy& remedy : remedies)
         {
@@ -148,8 +149,9 @@ TEST_F(Remedies, KeepTheGreatestAmountsThatAreAccepted)
     Hold(book);
     scratch::Copy copy(m_source, m_connection, book);
 
-    const auto remedies = authority::FindRemedies(
-        copy, {book, {RandomBankKey(), 1}, {{"Ana Ruiz"}, 9000.0, 80.0, false}});
+    std::vector<Remedy> remedies;
+    authority::FindRemedies(copy, {book, {RandomBankKey(), 1}, {{"Ana Ruiz"}, 9000.0, 80.0, false}},
+                            remedies);
 
     ASSERT_EQ(remedies.size(), 1U);
     EXPECT_EQ(remedies.front().totalAtMost, 100.0);
