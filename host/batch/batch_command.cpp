@@ -1,6 +1,7 @@
 #include "host/batch/batch_command.h"
 
 #include "host/batch/crew.h"
+#include "host/batch/database_identity.h"
 #include "host/batch/journal_place.h"
 #include "host/batch/leftovers.h"
 #include "host/batch/metrics_file.h"
@@ -147,6 +148,7 @@ int RunBatch(const OptionValues& values)
     MetricsFile metrics(values);
     RequireDatabase(run.connection);
     ProgressJournal journal(source.journal, kHolder);
+    journal.RequireDatabase(DatabaseIdentity(run.connection));
     Tidy(source, journal);
     TellLeftovers(source, values);
 

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <string_view>
+
 namespace batch
 {
 
@@ -11,8 +13,9 @@ namespace
 using nlohmann::ordered_json;
 
 // False for a line that is none of a journal.
-bool Apply(const ordered_json& object, std::unordered_map<std::string, Progress>& known)
+bool Apply(const ordered_json& object, JournalContent& content)
 {
+    auto& known = content.known;
     if (object.contains("begun"))
     {
         known[object.at("begun").get<std::string>()] = {object.at("file").get<std::string>(), false,
@@ -31,6 +34,11 @@ bool Apply(const ordered_json& object, std::unordered_map<std::string, Progress>
         known.erase(object.at("givenUp").get<std::string>());
         return true;
     }
+    if (object.contains("database"))
+    {
+        content.database = object.at("database").get<std::string>();
+        return true;
+    }
     return false;
 }
 
@@ -42,7 +50,7 @@ bool ReadLine(const std::string& line, std::size_t number, JournalContent& conte
     }
     try
     {
-        return Apply(ordered_json::parse(line), content.known);
+        return Apply(ordered_json::parse(line), content);
     }
     catch (const ordered_json::exception&)
     {
@@ -75,6 +83,12 @@ std::string LineOfGivenUp(const std::string& key)
     return ordered_json({{"givenUp", key}}).dump();
 }
 
+std::string LineOfDatabase(const std::string& database)
+{
+    return ordered_json({{"database", database}})
+        .dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+}
+
 JournalContent ReadJournalLines(const std::string& text)
 {
     JournalContent content;
@@ -89,6 +103,11 @@ JournalContent ReadJournalLines(const std::string& text)
         }
         begin = end + 1;
         content.bytes = begin;
+    }
+    // Another file without a line end must not be taken for a journal that a kill cut short.
+    if (content.lines == 0 && !std::string_view(kFirstJournalLine).starts_with(text))
+    {
+        content.faulty = 1;
     }
     return content;
 }

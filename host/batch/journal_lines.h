@@ -25,11 +25,14 @@ std::string LineOfBegun(const std::string& key, const Progress& progress);
 std::string LineOfDone(const std::string& key, const Progress& progress,
                        const std::string& outcome);
 std::string LineOfGivenUp(const std::string& key);
+/// The database that the lines below are about, see DatabaseIdentity.
+std::string LineOfDatabase(const std::string& database);
 
 /// What a journal says, up to its last whole line: what a kill cut short was not acknowledged.
 struct JournalContent
 {
     std::unordered_map<std::string, Progress> known;
+    std::string database; ///< empty when none was told
     std::size_t lines = 0;
     std::size_t bytes = 0;  ///< of these lines
     std::size_t faulty = 0; ///< number of the first line that is none of a journal; 0 without one

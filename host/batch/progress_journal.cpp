@@ -34,8 +34,9 @@ ProgressJournal::ProgressJournal(const std::string& path, const std::string& hol
 
 void ProgressJournal::Refuse(const std::string& what, const std::string& remedy) const
 {
-    throw host::Refusal(host::kCouldNotRun, "the progress journal " + host::Quoted(m_path) + " " +
-                                                what + ". " + remedy);
+    // The whole path: whoever reads must find the file.
+    throw host::Refusal(host::kCouldNotRun, "the progress journal '" + host::Printable(m_path) +
+                                                "' " + what + ". " + remedy);
 }
 
 // Whoever may write the folder can put a journal of his own in the place of this one.
@@ -109,6 +110,11 @@ void ProgressJournal::Read()
         Refuse("cannot be read", "Check the disk, or name another with --journal.");
     }
     JournalContent content = ReadJournalLines(*found);
+    if (content.faulty == 1)
+    {
+        Refuse("is no progress journal but another file", "Leave that file as it is, and name "
+                                                          "another with --journal.");
+    }
     if (content.faulty != 0)
     {
         Refuse("cannot be read: line " + std::to_string(content.faulty) + " is none of it",
@@ -116,6 +122,7 @@ void ProgressJournal::Read()
                "the history (signcheck history).");
     }
     m_known = std::move(content.known);
+    m_database = std::move(content.database);
     m_lines = content.lines;
     m_whole = content.bytes;
 }
@@ -132,6 +139,25 @@ void ProgressJournal::CutOff()
     {
         Write(kFirstJournalLine, false);
     }
+}
+
+void ProgressJournal::RequireDatabase(const std::string& database)
+{
+    if (database == m_database)
+    {
+        return;
+    }
+    if (!m_known.empty() && !m_database.empty())
+    {
+        Refuse("is that of the database '" + host::Printable(m_database) +
+                   "', and this run works with '" + host::Printable(database) +
+                   "', which has no row of what was judged for the other",
+               "Give this database a journal of its own with --journal. When both are the same "
+               "database, write the connection string as before; or move the judged orders away "
+               "and remove the journal.");
+    }
+    Write(LineOfDatabase(database), false);
+    m_database = database;
 }
 
 void ProgressJournal::Write(const std::string& line, bool isFlushed)
@@ -210,6 +236,10 @@ void ProgressJournal::RewriteIfLong()
         Refuse("cannot be written", "Its folder must be writable by this user.");
     }
     Write(kFirstJournalLine, false);
+    if (!m_database.empty())
+    {
+        Write(LineOfDatabase(m_database), false);
+    }
     for (const auto& [key, progress] : m_known)
     {
         Write(progress.isDone ? LineOfDone(key, progress, "") : LineOfBegun(key, progress), false);

@@ -26,12 +26,17 @@ class ProgressJournal
 public:
     /// Opens or creates it; `path` is absolute, UTF-8. Raises host::Refusal with kCouldNotRun when
     /// another process works with it, when others than this user may have written it, when it
-    /// cannot be written, or when a line of it cannot be read. `holder` says who asks.
+    /// cannot be written, when a line of it cannot be read, or when it is another file, which is
+    /// left as it is. `holder` says who asks.
     ProgressJournal(const std::string& path, const std::string& holder);
     ProgressJournal(const ProgressJournal&) = delete;
     ProgressJournal& operator=(const ProgressJournal&) = delete;
 
     const std::string& Path() const noexcept { return m_path; }
+
+    /// Makes sure that what it says is about this database (see DatabaseIdentity); a journal of no
+    /// order becomes its. Raises host::Refusal with kCouldNotRun when it is another one's.
+    void RequireDatabase(const std::string& database);
 
     /// Nothing when the order is not known, also when the file was replaced or changed since.
     std::optional<Progress> Find(const std::string& key, const std::string& version) const;
@@ -76,6 +81,7 @@ private:
     port::File m_file;
     std::size_t m_lines = 0;
     std::size_t m_whole = 0; ///< bytes of whole lines found
+    std::string m_database;  ///< that its lines are about
     std::unordered_map<std::string, Progress> m_known;
     mutable std::mutex m_mutex;
 };

@@ -1,6 +1,7 @@
 #include "host/batch/watch_command.h"
 
 #include "host/batch/crew.h"
+#include "host/batch/database_identity.h"
 #include "host/batch/drop_folder.h"
 #include "host/batch/journal_place.h"
 #include "host/batch/leftovers.h"
@@ -108,6 +109,7 @@ int RunWatch(const OptionValues& values)
     MetricsFile metrics(values);
     RequireDatabase(run.connection);
     ProgressJournal journal(JournalPath(values, path), kHolder);
+    journal.RequireDatabase(DatabaseIdentity(run.connection));
     journal.Tidy([&path](const std::string& key)
                  { return VersionOf(path + port::PathSeparator() + key).has_value(); });
     TellLeftovers(path, values);

@@ -12,7 +12,9 @@ namespace batch
 namespace
 {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using testing_support::ReadWholeFile;
 using testing_support::TemporaryFolder;
 
@@ -105,9 +107,32 @@ TEST_F(JournalOfOrders, RefusesALineThatIsNoneOfItsOwn)
         m_folder.Write("progress", first + line + "\n");
         EXPECT_THAT(Refused(), HasSubstr("cannot be read: line 2 is none of it")) << line;
     }
-    m_folder.Write("progress", "an order file of somebody\n");
-    EXPECT_THAT(Refused(), HasSubstr("cannot be read: line 1 is none of it"));
-    EXPECT_EQ(ReadWholeFile(m_path), "an order file of somebody\n");
+}
+
+TEST_F(JournalOfOrders, IsNoOtherFileWhichStaysAsItIs)
+{
+    for (const std::string other : {"an order file of somebody\n", "a text without a line end"})
+    {
+        m_folder.Write("progress", other);
+        EXPECT_THAT(Refused(),
+                    AllOf(HasSubstr("is no progress journal but another file"),
+                          HasSubstr("Leave that file as it is"), Not(HasSubstr("Remove"))));
+        EXPECT_EQ(ReadWholeFile(m_path), other);
+    }
+}
+
+TEST_F(JournalOfOrders, IsNamedByItsWholePath)
+{
+    std::string folders = "f";
+    for (int depth = 0; depth < 3; ++depth)
+    {
+        folders += "/" + std::string(50, 'l');
+    }
+    std::filesystem::create_directories(m_folder.Path(folders));
+    m_path = m_folder.Path(folders + "/progress");
+    m_folder.Write(folders + "/progress", "rubbish\n");
+
+    EXPECT_THAT(Refused(), HasSubstr("'" + m_path + "' is no progress journal"));
 }
 
 TEST_F(JournalOfOrders, OfAFolderThatIsNotThereIsRefusedWithTheRemedy)
