@@ -6,8 +6,13 @@ set(made "${PROJECT_BINARY_DIR}/debian")
 set(library_package "libsignutils${PROJECT_VERSION_MAJOR}") # named after what programs load
 
 set(CPACK_GENERATOR DEB)
+signutils_debian_notice("${made}")
+signutils_unset_notice(unset)
+if(unset)
+  message(WARNING "${unset}")
+endif()
 set(CPACK_PACKAGE_VENDOR "SignUtils maintainers")
-set(CPACK_PACKAGE_CONTACT "SignUtils maintainers <maintainers@signutils.invalid>")
+set(CPACK_PACKAGE_CONTACT "${package_maintainer}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -44,7 +49,7 @@ macro(debian_package component package)
   set(CPACK_DEBIAN_${upper}_PACKAGE_CONTROL_EXTRA ${DEB_CONTROL})
 
   set(documents "${CMAKE_INSTALL_DATADIR}/doc/${package}")
-  install(FILES "${debian}/copyright" "${made}/changelog.gz"
+  install(FILES "${made}/copyright" "${made}/changelog.gz"
     DESTINATION "${documents}" COMPONENT ${component})
   if(EXISTS "${debian}/${package}.lintian-overrides")
     install(FILES "${debian}/${package}.lintian-overrides"

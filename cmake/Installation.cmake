@@ -69,7 +69,17 @@ configure_file("${PROJECT_SOURCE_DIR}/cmake/signutils.pc.in"
 install(FILES "${PROJECT_BINARY_DIR}/generated/signutils.pc"
   DESTINATION "${pkgconfig_folder}" COMPONENT development)
 
+include(PackageNotice)
 if(WIN32)
+  signutils_check_notice()
+  if(NOT SIGNUTILS_LICENCE_FILE STREQUAL "")
+    install(FILES "${SIGNUTILS_LICENCE_FILE}" DESTINATION . RENAME LICENCE.txt)
+  endif()
+  signutils_unset_notice(unset)
+  if(unset) # told where the package is made, not in every build
+    set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_BINARY_DIR}/generated/warn_of_unset.cmake")
+    file(WRITE "${CPACK_PRE_BUILD_SCRIPTS}" "message(WARNING [==[${unset}]==])\n")
+  endif()
   # What hosts of other build systems need, and the package to hand out.
   install(FILES "${PROJECT_SOURCE_DIR}/docs/windows.md" DESTINATION . RENAME README.md)
   install(FILES "${PROJECT_SOURCE_DIR}/docs/integrators.md" DESTINATION .)
