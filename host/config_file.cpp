@@ -1,11 +1,11 @@
 #include "host/config_file.h"
 
 #include "database/secrets.h"
+#include "host/file_text.h"
 #include "host/order_path.h"
 #include "host/refusal.h"
 #include "host/suggestion.h"
 #include "host/text.h"
-#include "host/text_file.h"
 #include "host/toml_keys.h"
 #include "host/toml_kind.h"
 #include "port/secrecy.h"

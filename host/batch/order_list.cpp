@@ -3,11 +3,11 @@
 #include "host/batch/order_path.h"
 #include "host/batch/terms.h"
 #include "host/check_request.h"
+#include "host/file_text.h"
 #include "host/refusal.h"
 #include "host/rulebook/csv.h"
 #include "host/suggestion.h"
 #include "host/text.h"
-#include "host/text_file.h"
 
 #include <nlohmann/json.hpp>
 

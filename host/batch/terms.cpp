@@ -1,10 +1,10 @@
 #include "host/batch/terms.h"
 
 #include "host/batch/order_name.h"
+#include "host/file_text.h"
 #include "host/refusal.h"
 #include "host/suggestion.h"
 #include "host/text.h"
-#include "host/text_file.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,10 +1,10 @@
 #include "host/rulebook/checked_file.h"
 
+#include "host/file_text.h"
 #include "host/output.h"
 #include "host/refusal.h"
 #include "host/rulebook/validation.h"
 #include "host/text.h"
-#include "host/text_file.h"
 
 namespace rulebook
 {

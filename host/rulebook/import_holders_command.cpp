@@ -2,6 +2,7 @@
 
 #include "database/cdatabase.h"
 #include "host/exit_status.h"
+#include "host/file_text.h"
 #include "host/option_readers.h"
 #include "host/output.h"
 #include "host/refusal.h"
@@ -10,7 +11,6 @@
 #include "host/rulebook/holder_import.h"
 #include "host/rulebook/problem.h"
 #include "host/text.h"
-#include "host/text_file.h"
 #include "port/files.h"
 
 #include <nlohmann/json.hpp>

@@ -1,13 +1,13 @@
 #include "host/statusreport/check_command.h"
 
 #include "host/exit_status.h"
+#include "host/file_text.h"
 #include "host/option_readers.h"
 #include "host/output.h"
 #include "host/statusreport/form.h"
 #include "host/statusreport/report.h"
 #include "host/statusreport/words.h"
 #include "host/text.h"
-#include "host/text_file.h"
 
 #include <nlohmann/json.hpp>
 
