@@ -111,6 +111,10 @@ std::optional<Finding> JudgeJournal(const std::string& folder, const std::string
                            ". Check the disk.");
     }
     const batch::JournalContent content = batch::ReadJournalLines(*text);
+    if (content.faulty == 1)
+    {
+        return Refused(name, "is no progress journal but another file", "Move it elsewhere.");
+    }
     if (content.faulty != 0)
     {
         return Refused(name, "has a line " + std::to_string(content.faulty) + " that is none of it",

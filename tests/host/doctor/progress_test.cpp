@@ -137,6 +137,15 @@ TEST_F(DoctorProgress, DamagedJournalFailsWithItsLine)
                                   HasSubstr("refuse it"), HasSubstr("Remove that line"))));
 }
 
+TEST_F(DoctorProgress, OtherFileUnderTheNameOfAJournalFails)
+{
+    m_folder.Write("progress/in-1.progress", "an order file of somebody\n");
+
+    EXPECT_THAT(Progress(), ElementsAre(AllOf(StartsWith("failed: the journal 'in-1.progress' is "
+                                                         "no progress journal but another file"),
+                                              HasSubstr("Move it elsewhere"))));
+}
+
 TEST_F(DoctorProgress, LineThatAKillCutShortIsNoDamage)
 {
     m_folder.Write("progress/in-1.progress",
