@@ -132,13 +132,15 @@ TEST_F(RulesValidateWithDatabase, TermsThatAwaitTheirContractCollideUnlessTheFil
 
 TEST_F(RulesValidateWithDatabase, NamesThatBeginAsThoseOfTheDatabase)
 {
-    m_database.Execute(L"UPDATE SSR_CONTRACTCUR SET VPNAME = 'DUPONTSA-NORD' WHERE CUID = "
-                       L"'C-1001'");
+    const Answer answer = Rules("validate", ContractOf("N-1", "DUPONTSA2", "XXX", "XXX"));
 
-    EXPECT_THAT(FindingOf(ContractOf("N-1", "DUPONTSA", "XXX", "XXX")),
-                HasSubstr("line 3, contract.partner: problem: 'DUPONTSA' is the same as "
-                          "'DUPONTSA-NORD' of contract 'C-1001' of the database in its first 8 "
-                          "characters"));
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("line 3, field contract.partner: 'DUPONTSA2' has 9 characters"),
+                      HasSubstr("line 3, field contract.partner: 'DUPONTSA2' is the same as "
+                                "'DUPONTSA' of contract 'C-1001' of the database in its first 8 "
+                                "characters"),
+                      HasSubstr("2 problems, 0 warnings")));
 }
 
 TEST_F(RulesValidateWithDatabase, KeysThatDifferFromThoseOfTheDatabaseInLetterCaseOnly)
@@ -168,17 +170,15 @@ TEST_F(RulesValidateWithDatabase, WhatTheFileReplacesIsNoDuplicate)
 
 TEST_F(RulesValidateWithDatabase, ApplyRefusesTheSameBeforeAnythingIsWritten)
 {
-    m_database.Execute(L"UPDATE SSR_CONTRACTCUR SET VPNAME = 'DUPONTSA-NORD' WHERE CUID = "
-                       L"'C-1001'");
     const std::string before = Exported();
 
-    const Answer answer = Rules("apply", ContractOf("N-1", "DUPONTSA", "XXX", "XXX"), {"--yes"});
+    const Answer answer = Rules("apply", ContractOf("N-1", "DUPONTSA2", "XXX", "XXX"), {"--yes"});
 
     EXPECT_EQ(answer.status, 1);
     EXPECT_THAT(answer.errors,
-                AllOf(HasSubstr("rules.toml, line 3, field contract.partner: 'DUPONTSA' is the "
-                                "same as 'DUPONTSA-NORD' of contract 'C-1001' of the database"),
-                      HasSubstr("rules.toml has 1 problem. Correct it first")));
+                AllOf(HasSubstr("rules.toml, line 3, field contract.partner: 'DUPONTSA2' is the "
+                                "same as 'DUPONTSA' of contract 'C-1001' of the database"),
+                      HasSubstr("rules.toml has 2 problems. Correct them first")));
     EXPECT_EQ(Exported(), before);
 }
 
