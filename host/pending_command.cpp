@@ -4,6 +4,7 @@
 #include "host/amount_text.h"
 #include "host/authority/forecast.h"
 #include "host/exit_status.h"
+#include "host/explain/outlook.h"
 #include "host/hypothetical_order.h"
 #include "host/order_in_history.h"
 #include "host/output.h"
@@ -20,12 +21,8 @@ namespace
 
 using authority::Completion;
 using authority::Forecast;
+using authority::IsHopeless;
 using Json = nlohmann::ordered_json;
-
-bool IsHopeless(const Forecast& forecast)
-{
-    return !forecast.isComplete && forecast.completions.empty();
-}
 
 std::string SoFar(const Forecast& forecast)
 {
@@ -52,9 +49,7 @@ void AppendOutlook(std::string& text, const Forecast& forecast)
     }
     if (IsHopeless(forecast))
     {
-        AppendParagraph(text, "WARNING",
-                        "nobody can complete this order, whoever signs next. Stop it now, or "
-                        "correct the contract: signcheck map and signcheck lint show why.");
+        AppendParagraph(text, "WARNING", explain::HopelessInWords(support::Language::English));
         return;
     }
     bool isFirst = true;

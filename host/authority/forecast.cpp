@@ -22,8 +22,9 @@ bool IsSameName(const std::string& left, const std::string& right)
 class Forecaster
 {
 public:
-    Forecaster(scratch::Judge& judge, const rulebook::RuleBook& book, const scratch::Order& order)
-        : m_judge(judge), m_book(book), m_order(order)
+    Forecaster(scratch::Judge& judge, const rulebook::RuleBook& book, const scratch::Order& order,
+               bool isOneEnough)
+        : m_judge(judge), m_book(book), m_order(order), m_isOneEnough(isOneEnough)
     {
         m_forecast.parties = PartiesOf(book);
     }
@@ -77,6 +78,10 @@ private:
 
     void Try(const std::vector<std::size_t>& parties)
     {
+        if (m_isOneEnough && !m_forecast.completions.empty())
+        {
+            return;
+        }
         const auto signers = NamesOf(parties);
         if (!signers || !IsComplete(*signers))
         {
@@ -151,6 +156,7 @@ private:
     scratch::Judge& m_judge;
     const rulebook::RuleBook& m_book;
     scratch::Order m_order;
+    bool m_isOneEnough; ///< completion, that is
     Forecast m_forecast;
 };
 
@@ -159,7 +165,18 @@ private:
 Forecast ForecastOf(scratch::Judge& judge, const rulebook::RuleBook& book,
                     const scratch::Order& order)
 {
-    return Forecaster(judge, book, order).Make();
+    return Forecaster(judge, book, order, false).Make();
+}
+
+bool CanBeCompleted(scratch::Judge& judge, const rulebook::RuleBook& book,
+                    const scratch::Order& order)
+{
+    return !IsHopeless(Forecaster(judge, book, order, true).Make());
+}
+
+bool IsHopeless(const Forecast& forecast)
+{
+    return !forecast.isComplete && forecast.completions.empty();
 }
 
 } // namespace authority

@@ -34,4 +34,12 @@ struct Forecast
 Forecast ForecastOf(scratch::Judge& judge, const rulebook::RuleBook& book,
                     const scratch::Order& order);
 
+/// Whether the order is complete or further signers can complete it: what a forecast says, without
+/// asking for more than one way to do it.
+bool CanBeCompleted(scratch::Judge& judge, const rulebook::RuleBook& book,
+                    const scratch::Order& order);
+
+/// Nobody can complete it.
+bool IsHopeless(const Forecast& forecast);
+
 } // namespace authority

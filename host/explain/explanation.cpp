@@ -1,10 +1,10 @@
 #include "host/explain/explanation.h"
 
 #include "database/cdatabase.h"
+#include "host/explain/obstacle.h"
 #include "host/file_text.h"
 #include "host/refusal.h"
 #include "host/rulebook/book_reading.h"
-#include "host/scratch/interruption.h"
 #include "host/text.h"
 #include "port/files.h"
 #include "support/codepage.h"
@@ -42,22 +42,35 @@ bool WasNotAccepted(const Explanation& explanation)
     return explanation.check.verdict && *explanation.check.verdict != scratch::kAccepted;
 }
 
-// What was decided stands, and is told, whatever becomes of the search.
-template <typename Search>
-void LookForRemedies(Explanation& explanation, Search&& search)
+bool IsOpen(const Explanation& explanation)
 {
-    auto& found = explanation.remedies.emplace();
-    try
+    return explanation.check.verdict && explanation.check.isDistributed;
+}
+
+void LookFurther(Explanation& explanation, scratch::Copy& copy, const authority::RemedyTask& task)
+{
+    if (WasNotAccepted(explanation))
     {
-        search(found);
+        auto& found = explanation.remedies.emplace();
+        explanation.obstacle = ObstacleTo([&] { authority::FindRemedies(copy, task, found); });
     }
-    catch (const scratch::Interrupted&)
+    if (IsOpen(explanation) && explanation.obstacle.empty())
     {
-        explanation.obstacle = InterruptedSearch(support::MessageLanguage());
+        explanation.outlook = OutlookOf(copy, task);
     }
-    catch (const host::Refusal& refusal)
+}
+
+// There is no copy to look on.
+void GiveUp(Explanation& explanation, const std::string& obstacle)
+{
+    if (WasNotAccepted(explanation))
     {
-        explanation.obstacle = refusal.what();
+        explanation.remedies.emplace();
+        explanation.obstacle = obstacle;
+    }
+    else
+    {
+        explanation.outlook = {std::nullopt, obstacle};
     }
 }
 
@@ -67,11 +80,7 @@ Explanation Explain(scratch::Copy& copy, const authority::RemedyTask& task,
                     const std::string& trace)
 {
     Explanation explanation = OfTrace(trace);
-    if (WasNotAccepted(explanation))
-    {
-        LookForRemedies(explanation,
-                        [&](auto& found) { authority::FindRemedies(copy, task, found); });
-    }
+    LookFurther(explanation, copy, task);
     return explanation;
 }
 
@@ -82,6 +91,11 @@ std::vector<Section> Sections(const Explanation& explanation)
     if (explanation.remedies)
     {
         sections.push_back(SectionOf(*explanation.remedies, explanation.obstacle, language));
+    }
+    if (explanation.outlook)
+    {
+        const auto told = SectionsOf(*explanation.outlook, language);
+        sections.insert(sections.end(), told.begin(), told.end());
     }
     return sections;
 }
@@ -99,6 +113,7 @@ nlohmann::ordered_json AsJson(const Explanation& explanation)
     {
         object["acceptedIfObstacle"] = explanation.obstacle;
     }
+    AddTo(object, explanation.outlook);
     return object;
 }
 
@@ -134,22 +149,26 @@ Explanation ExplainCheck(CDatabase& database, const host::CheckRequest& request,
                          const std::optional<authority::Amounts>& amounts, const std::string& trace)
 {
     Explanation explanation = OfTrace(trace);
-    if (amounts && WasNotAccepted(explanation))
+    if (!amounts || !(WasNotAccepted(explanation) || IsOpen(explanation)))
     {
-        LookForRemedies(explanation,
-                        [&](auto& found)
-                        {
-                            const scratch::OrderKind kind = KindOf(request);
-                            const rulebook::RuleBook book = rulebook::ReadBook(
-                                database, request.connection, {std::nullopt, kind.contract});
-                            scratch::Copy copy(database, request.connection, book);
-                            authority::FindRemedies(copy,
-                                                    {book,
-                                                     kind,
-                                                     {request.signerNames, amounts->total,
-                                                      amounts->largest, request.isDistributed}},
-                                                    found);
-                        });
+        return explanation;
+    }
+    const std::string obstacle = ObstacleTo(
+        [&]
+        {
+            const scratch::OrderKind kind = KindOf(request);
+            const rulebook::RuleBook book =
+                rulebook::ReadBook(database, request.connection, {std::nullopt, kind.contract});
+            scratch::Copy copy(database, request.connection, book);
+            LookFurther(
+                explanation, copy,
+                {book,
+                 kind,
+                 {request.signerNames, amounts->total, amounts->largest, request.isDistributed}});
+        });
+    if (!obstacle.empty())
+    {
+        GiveUp(explanation, obstacle);
     }
     return explanation;
 }

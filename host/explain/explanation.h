@@ -2,6 +2,7 @@
 
 #include "host/authority/bands.h"
 #include "host/check_request.h"
+#include "host/explain/outlook.h"
 #include "host/explain/trace_reader.h"
 #include "host/explain/words.h"
 #include "host/scratch/copy.h"
@@ -18,13 +19,16 @@ class CDatabase;
 namespace explain
 {
 
-/// One check explained, with what would have been accepted where it was not.
+/// One check explained, with what would have been accepted where it was not and what may still
+/// become of a distributed order.
 struct Explanation
 {
     TracedCheck check;
     /// None where the check was accepted or its amounts are not known.
     std::optional<std::vector<authority::Remedy>> remedies;
     std::string obstacle; ///< why there may be other remedies; empty when all are told
+    /// Of a distributed order whose amounts are known.
+    std::optional<Outlook> outlook;
 };
 
 /// What the traced check did, and the smallest changes that the library accepts on the copy, as far
@@ -55,7 +59,7 @@ private:
 };
 
 /// Explains a check that was run on the database, with the amounts that it was judged on; without
-/// them no remedies are looked for.
+/// them neither remedies nor an outlook are looked for.
 Explanation ExplainCheck(CDatabase& database, const host::CheckRequest& request,
                          const std::optional<authority::Amounts>& amounts,
                          const std::string& trace);

@@ -153,6 +153,7 @@ TEST_F(Forecasts, AreWhatAskingAboutEverybodyGives)
             told = {Labels()};
         }
         ASSERT_EQ(told, Enumerated(parties, order)) << left << " left";
+        ASSERT_EQ(authority::CanBeCompleted(judge, book, order), !told.empty()) << left << " left";
         hopeful += told.empty() ? 0 : 1;
     }
     EXPECT_GT(hopeful, 0U);

@@ -35,6 +35,20 @@ protected:
         return RunSigncheck(arguments);
     }
 
+    /// A check of a distributed order under C-2002, which asks for two.
+    std::vector<std::string> Distributed(const std::string& signers) const
+    {
+        auto check = CheckOf(signers);
+        for (const auto& [option, value] :
+             {std::pair("--partner", "MUELLER"), std::pair("--service", "CCU"),
+              std::pair("--client", "KASSE")})
+        {
+            check = With(std::move(check), option, value);
+        }
+        check.emplace_back("--veu");
+        return check;
+    }
+
     std::vector<std::string> Simulated(const std::string& contract, const std::string& signers,
                                        const std::string& total, const std::string& largest) const
     {
@@ -105,6 +119,59 @@ TEST_F(Explain, ProposesNothingForAnAcceptedOrder)
     EXPECT_EQ(answer.status, 0);
     EXPECT_THAT(answer.output,
                 AllOf(HasSubstr("  Result  ACCEPTS."), Not(HasSubstr("Accepted  "))));
+}
+
+TEST_F(Explain, OfADistributedOrderWarnsAtTheFirstSignatureThatNobodyCanCompleteIt)
+{
+    m_database.Execute(L"UPDATE SSR_HOLDER SET OPPOSITION = '1' WHERE HUID = 'DE-0003'");
+    const std::string page = m_folder.Path("page.html");
+
+    const Answer answer = Run(Distributed("Käthe Schröder"), {"--explain", "--html", page});
+
+    EXPECT_EQ(answer.status, 0) << answer.errors; // nothing speaks against her signature
+    EXPECT_THAT(answer.output,
+                HasSubstr("Decided   ACCEPTED: a rule accepts, and none refuses (verdict 1).\n"
+                          "WARNING   nobody can complete this order, whoever signs next. Stop it "
+                          "now, or\n          correct the contract: signcheck map and"));
+    EXPECT_THAT(ReadWholeFile(page), HasSubstr("<dt>WARNING</dt>\n<dd>nobody can complete"));
+    const auto json = Run(Distributed("Käthe Schröder"), {"--explain", "--json"}).Json();
+    EXPECT_EQ(json["explanation"]["canBeCompleted"], false);
+    EXPECT_EQ(json["verdict"], 1);
+    const ScopedEnvironment language("SIGNUTILS_LANG", "fr");
+    EXPECT_THAT(Run(Distributed("Käthe Schröder"), {"--explain"}).output,
+                HasSubstr("ATTENTION personne ne peut compléter cet ordre"));
+}
+
+TEST_F(Explain, OfADistributedOrderThatCanBeCompletedWarnsOfNothing)
+{
+    const auto before = RecordsWritten();
+    for (const char* const signers : {"Käthe Schröder", "Käthe Schröder;Björn Weiß"})
+    {
+        const Answer answer = Run(Distributed(signers), {"--explain", "--json"});
+
+        EXPECT_EQ(answer.Json()["explanation"]["canBeCompleted"], true) << signers;
+        EXPECT_THAT(answer.output, Not(HasSubstr("Obstacle")));
+    }
+    EXPECT_EQ(RecordsWritten(), before + 4);
+    EXPECT_THAT(Run(Distributed("Käthe Schröder"), {"--explain"}).output,
+                Not(HasSubstr("WARNING")));
+}
+
+TEST_F(Explain, OfARefusedDistributedOrderTellsBoth)
+{
+    const Answer answer =
+        Run(With(Distributed("Käthe Schröder"), "--total", "250000.01"), {"--explain"});
+
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_THAT(answer.output, AllOf(HasSubstr("Accepted  if the total is at most 250000.00.\n"),
+                                     HasSubstr("WARNING   nobody can complete this order")));
+}
+
+TEST_F(Explain, AnOrderThatCameWithAllItsSignaturesHasNoOutlook)
+{
+    const Answer answer = Run(CheckOf("Élodie Lefèvre"), {"--explain", "--json"});
+
+    EXPECT_TRUE(answer.Json()["explanation"]["canBeCompleted"].is_null());
 }
 
 TEST_F(Explain, LeavesTheCheckAsItIs)

@@ -216,6 +216,11 @@ protected:
     {
         auto arguments = Check();
         arguments.insert(arguments.end(), more.begin(), more.end());
+        return Run(arguments);
+    }
+
+    Answer Run(const std::vector<std::string>& arguments) const
+    {
         StartedCommand command(m_folder.Path(), arguments);
         const int status = command.End();
         return {status, command.Output(), command.Errors()};
@@ -255,6 +260,27 @@ TEST_F(PosixExplainWithoutPlaces, TheMissingProposalsAreNamedInJsonAndFrench)
     EXPECT_EQ(explanation["rules"][0]["ending"], "total-above-limit");
     EXPECT_THAT(Explained().output, AllOf(HasSubstr("Accepté   non recherché : "),
                                           HasSubstr("demeure. signcheck simulate")));
+}
+
+TEST_F(PosixExplainWithoutPlaces, AnAcceptedDistributedOrderIsToldWithoutItsOutlook)
+{
+    SkipWhereCopiesAreNoFiles();
+    auto check =
+        With(With(With(CheckOf("Käthe Schröder"), "--partner", "MUELLER"), "--service", "CCU"),
+             "--client", "KASSE");
+    check.insert(check.end(), {"--veu", "--explain"});
+
+    const Answer answer = Run(check);
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_THAT(answer.output,
+                AllOf(HasSubstr("Outlook   not found out whether the order can still be completed: "
+                                "a copy"),
+                      HasSubstr("TMPDIR"), Not(HasSubstr("WARNING"))));
+    check.emplace_back("--json");
+    const auto explanation = Run(check).Json()["explanation"];
+    EXPECT_TRUE(explanation["canBeCompleted"].is_null());
+    EXPECT_THAT(explanation["canBeCompletedObstacle"].get<std::string>(), HasSubstr("TMPDIR"));
 }
 
 TEST_F(PosixExplainWithoutPlaces, ACheckWhoseTraceHasNoneIsToldWithoutItsRules)
