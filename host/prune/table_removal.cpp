@@ -2,6 +2,7 @@
 
 #include "database/cdatabase.h"
 #include "database/guard_database.h"
+#include "host/amount_columns.h"
 #include "host/refusal.h"
 #include "host/sentence.h"
 #include "host/text.h"
@@ -99,14 +100,9 @@ public:
 private:
     std::uint64_t CompareRows(const std::string& condition)
     {
-        std::string columns;
-        for (const std::string& column : ColumnsOf(m_table))
-        {
-            columns += (columns.empty() ? "" : ", ") + column;
-        }
         host::RowReader rows(m_database, m_connection,
-                             "SELECT " + columns + " FROM " + m_table.table.name + " WHERE " +
-                                 condition,
+                             "SELECT " + host::SelectedColumns(m_database, ColumnsOf(m_table)) +
+                                 " FROM " + m_table.table.name + " WHERE " + condition,
                              ColumnsOf(m_table));
         std::uint64_t found = 0;
         host::QueryRow row;

@@ -165,6 +165,21 @@ TEST_F(Prune, NullAndEmptyTextStayApartInTheArchive)
     EXPECT_TRUE(rows[1]["MOTIF"].is_null());
 }
 
+TEST_F(Prune, RowsWithAmountsOfManyDigitsAreArchivedWholeAndRemoved)
+{
+    m_database.Execute(
+        L"UPDATE HST_SIGNRULES SET TOTAL = 123456789012.98754, MAXORDER = 98765432109.876543");
+
+    const Answer answer = Run();
+
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    EXPECT_THAT(OrdersLeft(), ElementsAre(L"A003"));
+    const auto rows = ObjectsIn(m_archive + "/history.ndjson");
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[0]["TOTAL"], 123456789012.98754);
+    EXPECT_EQ(rows[0]["MAXORDER"], 98765432109.876543);
+}
+
 TEST_F(Prune, TheManifestHasDigestsOfEveryFile)
 {
     Run();
