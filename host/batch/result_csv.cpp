@@ -16,15 +16,23 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
+enum class Form
+{
+    Value,     ///< as in other files of rows, where numbers with a point are amounts
+    Number,    ///< digit by digit
+    Signers,   ///< separated by ;
+    Sentences, ///< separated by a blank
+};
+
 struct Column
 {
     const char* name;
-    const char* between = " "; ///< the elements of a list
+    Form form = Form::Value;
 };
 
 constexpr Column kColumns[] = {
     {"file"},
-    {"signers", ";"},
+    {"signers", Form::Signers},
     {"verdict"},
     {"outcome"},
     {"format"},
@@ -34,7 +42,7 @@ constexpr Column kColumns[] = {
     {"currency"},
     {"amounts"},
     {"amountsProblem"},
-    {"fileErrors"},
+    {"fileErrors", Form::Sentences},
     {"reasonCode"},
     {"reasonText"},
     {"rulesComplete"},
@@ -55,10 +63,10 @@ constexpr Column kColumns[] = {
     {"extraInfo"},
     {"reportFile.fileId"},
     {"reportFile.path"},
-    {"warnings"},
+    {"warnings", Form::Sentences},
     {"held"},
     {"recovered"},
-    {"seconds"},
+    {"seconds", Form::Number},
     {"status"},
     {"error"},
 };
@@ -85,6 +93,16 @@ Json Joined(const Json& list, const char* between)
     return text;
 }
 
+std::string FieldOf(const Json& value, Form form)
+{
+    if (form == Form::Number && value.is_number())
+    {
+        return value.dump();
+    }
+    return listing::CsvField(value.is_array() ? Joined(value, form == Form::Signers ? ";" : " ")
+                                              : value);
+}
+
 } // namespace
 
 std::string ResultNamesAsCsv()
@@ -103,9 +121,7 @@ std::string ResultAsCsv(const OrderResult& result)
     std::vector<std::string> fields;
     for (const Column& column : kColumns)
     {
-        const Json value = ValueOf(object, column.name);
-        fields.push_back(
-            listing::CsvField(value.is_array() ? Joined(value, column.between) : value));
+        fields.push_back(FieldOf(ValueOf(object, column.name), column.form));
     }
     return listing::CsvLine(fields);
 }

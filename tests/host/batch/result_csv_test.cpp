@@ -141,6 +141,20 @@ TEST(RowOfAnOrder, JoinsListsAndLeavesOutWhatIsNotKnown)
     EXPECT_EQ(row.at("contract.distributed"), "false");
 }
 
+TEST(RowOfAnOrder, HasMillisecondsAndAmountsWithTheirDecimals)
+{
+    batch::OrderResult result = Judged();
+    result.seconds = 0.0042;
+    result.check.amounts.total = 900.0;
+    result.check.amounts.largest = 123456789012.5;
+
+    const Fields row = RowOf(result);
+
+    EXPECT_EQ(row.at("seconds"), "0.004");
+    EXPECT_EQ(row.at("total"), "900.00");
+    EXPECT_EQ(row.at("largestOrder"), "123456789012.50");
+}
+
 TEST(RowOfAnOrder, ThatWasNotJudgedHasTheReasonAndAsManyFields)
 {
     batch::OrderResult result;
