@@ -1,5 +1,6 @@
 #include "host/authority/authority_map.h"
 
+#include "host/authority/progress.h"
 #include "host/refusal.h"
 
 #include <algorithm>
@@ -34,16 +35,21 @@ public:
     AuthorityMap Make()
     {
         const std::size_t count = m_map.parties.size();
+        Progress progress("rows of a map",
+                          1 + count + Choices(count + 1, 2) + Choices(count + 2, 3));
         Add({});
+        progress.Step();
         for (std::size_t first = 0; first < count; ++first)
         {
             Add({first});
+            progress.Step();
         }
         for (std::size_t first = 0; first < count; ++first)
         {
             for (std::size_t second = first; second < count; ++second)
             {
                 AddPair(first, second);
+                progress.Step();
             }
         }
         for (const auto& [pair, place] : m_pairs)
@@ -51,6 +57,7 @@ public:
             for (std::size_t third = pair.second; third < count; ++third)
             {
                 AddTripleThatMatters(pair.first, pair.second, third);
+                progress.Step();
             }
         }
         return std::move(m_map);

@@ -1,5 +1,6 @@
 #include "host/authority/forecast.h"
 
+#include "host/authority/progress.h"
 #include "support/casefold.h"
 #include "support/codepage.h"
 
@@ -51,9 +52,11 @@ private:
     void LookForCompletions()
     {
         const std::size_t count = m_forecast.parties.size();
+        Progress progress("sets of further signers", count + Choices(count + 1, 2));
         for (std::size_t first = 0; first < count; ++first)
         {
             Try({first});
+            progress.Step();
         }
         const std::size_t singles = m_forecast.completions.size();
         for (std::size_t first = 0; first < count; ++first)
@@ -64,6 +67,7 @@ private:
                 {
                     Try({first, second});
                 }
+                progress.Step();
             }
         }
     }

@@ -1,6 +1,7 @@
 #include "host/authority/remedies.h"
 
 #include "host/authority/bands.h"
+#include "host/authority/progress.h"
 
 #include <algorithm>
 
@@ -49,10 +50,11 @@ public:
         {
             return;
         }
+        Progress progress("sets of changes", CountSets());
         for (std::size_t size = 1; size <= kMostChanges; ++size)
         {
             Places places;
-            Extend(places, 0, size);
+            Extend(places, 0, size, progress);
         }
         if (m_isChanged)
         {
@@ -93,17 +95,28 @@ private:
                (contract.entry && isSet(*contract.entry));
     }
 
-    void Extend(Places& places, std::size_t from, std::size_t size)
+    std::size_t CountSets() const
+    {
+        std::size_t sets = 0;
+        for (std::size_t size = 1; size <= kMostChanges; ++size)
+        {
+            sets += Choices(m_changes.size(), size);
+        }
+        return sets;
+    }
+
+    void Extend(Places& places, std::size_t from, std::size_t size, Progress& progress)
     {
         if (places.size() == size)
         {
             Try(places);
+            progress.Step();
             return;
         }
         for (std::size_t place = from; place < m_changes.size(); ++place)
         {
             places.push_back(place);
-            Extend(places, place + 1, size);
+            Extend(places, place + 1, size, progress);
             places.pop_back();
         }
     }

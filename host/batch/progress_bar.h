@@ -1,36 +1,30 @@
 #pragma once
 
 #include "host/batch/tally.h"
+#include "host/status_line.h"
 
-#include <chrono>
 #include <cstddef>
 #include <string>
 
 namespace batch
 {
 
-/// The line at a terminal that tells how far a run is, drawn on standard error.
+/// The line at a terminal that tells how far a run is.
 class ProgressBar
 {
 public:
-    /// `total`: orders of the run. Draws nothing where standard error is no terminal.
+    /// `total`: orders of the run.
     explicit ProgressBar(std::size_t total);
-    ~ProgressBar();
-    ProgressBar(const ProgressBar&) = delete;
-    ProgressBar& operator=(const ProgressBar&) = delete;
 
-    /// Draws the line anew, at most ten times a second.
+    /// Draws the line anew where that is due.
     void Show(const Tally& tally);
     /// Takes the line away, so that something else can be written.
-    void Clear();
+    void Clear() { m_line.Clear(); }
 
 private:
     std::size_t m_total;
-    bool m_isOn;
     bool m_isColoured;
-    bool m_isDrawn = false;
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-    std::chrono::steady_clock::time_point m_last;
+    host::StatusLine m_line;
 };
 
 /// The line: bar, orders done of all, refused, errors, rate, time left.

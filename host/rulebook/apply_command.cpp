@@ -44,14 +44,11 @@ int RunApply(const host::OptionValues& values)
     PlannedChange planned;
     Plan(values, RuleFileArgument(values), connection, database, planned);
     const BookChange& change = planned.change;
-    std::optional<authority::ChangeOfEffect> effect;
-    if (!change.IsEmpty())
-    {
-        effect = EffectOf(database, connection, planned);
-    }
+    const auto effect =
+        Show(values, database, connection, planned, !change.IsEmpty() && !values.IsOn("no-effect"));
     if (!values.IsOn("json"))
     {
-        host::Print(AsText(change, effect) + "\n");
+        host::Print("\n");
         host::FlushOutput();
     }
     if (change.IsEmpty())

@@ -16,18 +16,10 @@ int RunDiff(const host::OptionValues& values)
     CDatabase database;
     PlannedChange planned;
     Plan(values, RuleFileArgument(values), connection, database, planned);
-    std::optional<authority::ChangeOfEffect> effect;
-    if (values.IsOn("effect"))
-    {
-        effect = EffectOf(database, connection, planned);
-    }
+    const auto effect = Show(values, database, connection, planned, values.IsOn("effect"));
     if (values.IsOn("json"))
     {
         host::PrintJson(AsJson(planned.change, effect));
-    }
-    else
-    {
-        host::Print(AsText(planned.change, effect));
     }
     return planned.change.IsEmpty() ? host::kDone : host::kFindings;
 }

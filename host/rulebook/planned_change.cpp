@@ -1,6 +1,7 @@
 #include "host/rulebook/planned_change.h"
 
 #include "database/cdatabase.h"
+#include "host/output.h"
 #include "host/rulebook/book_reading.h"
 #include "host/rulebook/change_text.h"
 
@@ -30,15 +31,27 @@ void Plan(const host::OptionValues& values, const host::OptionValue& file,
     planned.change = Compare(planned.database, planned.checked.file.book, removesOthers);
 }
 
-authority::ChangeOfEffect EffectOf(CDatabase& database, const host::Connection& connection,
-                                   const PlannedChange& planned)
+std::optional<authority::ChangeOfEffect> Show(const host::OptionValues& values, CDatabase& database,
+                                              const host::Connection& connection,
+                                              const PlannedChange& planned, bool isEffectAsked)
 {
-    return authority::EffectOf(database, connection, planned.database, planned.change, kMostKeys);
-}
-
-std::string AsText(const BookChange& change, const std::optional<authority::ChangeOfEffect>& effect)
-{
-    return AsText(change) + (effect ? "\n" + authority::AsText(*effect) : "");
+    const bool isText = !values.IsOn("json");
+    if (isText)
+    {
+        host::Print(AsText(planned.change));
+        host::FlushOutput();
+    }
+    if (!isEffectAsked)
+    {
+        return std::nullopt;
+    }
+    auto effect =
+        authority::EffectOf(database, connection, planned.database, planned.change, kMostKeys);
+    if (isText)
+    {
+        host::Print("\n" + authority::AsText(effect));
+    }
+    return effect;
 }
 
 nlohmann::ordered_json AsJson(const BookChange& change,

@@ -33,13 +33,13 @@ struct PlannedChange
 void Plan(const host::OptionValues& values, const host::OptionValue& file,
           const host::Connection& connection, CDatabase& database, PlannedChange& planned);
 
-/// What the change does to the orders that are decided by the rules. Raises Refusal.
-authority::ChangeOfEffect EffectOf(CDatabase& database, const host::Connection& connection,
-                                   const PlannedChange& planned);
+/// Prints the change and, where `isEffectAsked`, what it does, which may take long: the change is
+/// there before. With --json nothing is printed. Returns what was worked out. Raises Refusal.
+std::optional<authority::ChangeOfEffect> Show(const host::OptionValues& values, CDatabase& database,
+                                              const host::Connection& connection,
+                                              const PlannedChange& planned, bool isEffectAsked);
 
 /// The change and, where it was worked out, its effect.
-std::string AsText(const BookChange& change,
-                   const std::optional<authority::ChangeOfEffect>& effect);
 nlohmann::ordered_json AsJson(const BookChange& change,
                               const std::optional<authority::ChangeOfEffect>& effect);
 
