@@ -5,6 +5,7 @@
 #include "host/rulebook/neighbours.h"
 #include "host/rulebook/rule_doubts.h"
 #include "host/rulebook/rule_file_fields.h"
+#include "host/rulebook/short_names.h"
 #include "host/rulebook/text_checks.h"
 #include "host/suggestion.h"
 #include "host/text.h"
@@ -17,54 +18,6 @@ namespace rulebook
 
 namespace
 {
-
-constexpr std::size_t kKeyLength = 8;
-
-/// Partners, services or clients by their first eight characters: a column and a check have no
-/// more.
-class ShortNames
-{
-public:
-    void AddOfDatabase(const std::string& name, const Contract& contract)
-    {
-        m_ofDatabase.try_emplace(host::CutTo(name, kKeyLength),
-                                 First{name, "of " + InDatabase(contract)});
-    }
-
-    void Check(FileChecker& checker, const std::string& path, const std::string& name)
-    {
-        const std::string cut = host::CutTo(name, kKeyLength);
-        const std::string line = "of line " + std::to_string(checker.LineOf(path));
-        Compare(checker, path, name, m_seen.try_emplace(cut, First{name, line}).first->second);
-        if (const auto found = m_ofDatabase.find(cut); found != m_ofDatabase.end())
-        {
-            Compare(checker, path, name, found->second);
-        }
-    }
-
-private:
-    struct First
-    {
-        std::string name;
-        std::string place;
-    };
-
-    static void Compare(FileChecker& checker, const std::string& path, const std::string& name,
-                        const First& first)
-    {
-        if (first.name != name)
-        {
-            checker.Wrong(path,
-                          host::Quoted(name) + " is the same as " + host::Quoted(first.name) + " " +
-                              first.place +
-                              " in its first 8 characters, and a check compares no more.",
-                          "Give it a name that differs within 8 characters.");
-        }
-    }
-
-    std::map<std::string, First> m_seen;
-    std::map<std::string, First> m_ofDatabase;
-};
 
 class Validator
 {

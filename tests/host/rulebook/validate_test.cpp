@@ -211,6 +211,18 @@ TEST_F(RulesValidate, KeysThatDifferInLetterCaseOnly)
                 HasSubstr("line 10, contract.cuid: 'c1' differs from contract 'C1' of line 2"));
 }
 
+TEST_F(RulesValidate, NamesThatDifferInLetterCaseOnly)
+{
+    std::string other = kContract;
+    other.replace(other.find("C1"), 2, "C2");
+    other.replace(other.find("\"S\""), 3, "\"s\"");
+    EXPECT_THAT(FindingOf(kContract + other),
+                HasSubstr("line 12, contract.service: 's' differs from 'S' of line 4 in letter "
+                          "case only: a check takes them for two"));
+    other.replace(other.find("\"s\""), 3, "\"C\"");
+    EXPECT_EQ(Validate(kContract + other).status, 0); // a client's name is no service's
+}
+
 TEST_F(RulesValidate, AnUnknownHolderInARule)
 {
     EXPECT_THAT(OfRule("holder1 = \"H2\""),

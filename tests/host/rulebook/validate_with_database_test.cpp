@@ -153,6 +153,13 @@ TEST_F(RulesValidateWithDatabase, KeysThatDifferFromThoseOfTheDatabaseInLetterCa
                           "of the database"));
 }
 
+TEST_F(RulesValidateWithDatabase, NamesThatDifferFromThoseOfTheDatabaseInLetterCaseOnly)
+{
+    EXPECT_THAT(FindingOf(ContractOf("N-1", "DupontSA", "CCT", "TRESOR")),
+                HasSubstr("line 3, contract.partner: warning: 'DupontSA' differs from 'DUPONTSA' "
+                          "of contract 'C-1001' of the database in letter case only"));
+}
+
 TEST_F(RulesValidateWithDatabase, WhatTheFileReplacesIsNoDuplicate)
 {
     // Käthe Schröder's certificate changes hands, and C-2001 takes the terms over that C-2002 had.
