@@ -1,6 +1,7 @@
 #include "host/check_amounts.h"
 
 #include "host/amount_text.h"
+#include "host/conversion_fault.h"
 #include "host/conversion_obstacle.h"
 #include "host/sentence.h"
 #include "host/text.h"
@@ -119,6 +120,7 @@ CheckAmounts AmountsOf(const CheckRequest& request, const CheckOutcome& outcome,
     {
         amounts.origin = AmountsOrigin::Unknown;
         amounts.problem = WithoutBlankEnd(support::Utf8FromNarrow(told));
+        amounts.isOrdersFault = request.amountsFromFile && IsOrdersFault(told);
         const std::string obstacle =
             request.amountsFromFile ? ConversionObstacle(request.file) : std::string();
         amounts.problem += (amounts.problem.empty() || obstacle.empty() ? "" : "; ") + obstacle;

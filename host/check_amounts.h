@@ -26,6 +26,7 @@ struct CheckAmounts
     int orders = 0; ///< of the file
     std::string currency;
     std::string problem;                 ///< why they are unknown, UTF-8
+    bool isOrdersFault = false;          ///< they are unknown because the order file is broken
     std::vector<std::string> fileErrors; ///< what the conversion could not read or found wrong
 
     bool AreKnown() const noexcept { return origin != AmountsOrigin::Unknown; }

@@ -197,7 +197,7 @@ bool DropFolder::Take(const Order& order, const OrderResult& result)
         m_backOff = kFirstBackOff;
     }
     m_isAway = isAway || (m_isAway && !result.IsJudged());
-    m_finished.push_back({order.key, result.ending});
+    m_finished.push_back({order.key, result.ending, result.IsForNextRun()});
     return !isAway && result.ending != Ending::Held;
 }
 
@@ -211,6 +211,11 @@ void DropFolder::TakeFinished(Time now)
     for (const Finished& each : finished)
     {
         m_atWork.erase(each.name);
+        if (each.isForNextRun)
+        {
+            m_failed[each.name] = VersionWithTerms(each.name);
+            continue;
+        }
         switch (each.ending)
         {
         case Ending::DatabaseAway:

@@ -73,6 +73,7 @@ private:
     {
         std::string name;
         Ending ending;
+        bool isForNextRun;
     };
     mutable std::mutex m_mutex; ///< of what follows
     std::vector<Finished> m_finished;

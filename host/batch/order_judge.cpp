@@ -194,7 +194,14 @@ OrderResult OrderJudge::JudgeLocked(const Order& order, const std::string& versi
         m_journal.Begin(order.key, version, newest, asked);
         AskLibraryOnce(order, asked, result);
     }
-    if (result.IsJudged())
+    if (result.IsForNextRun())
+    {
+        m_journal.GiveUp(order.key);
+        result.check.warnings.emplace_back(
+            "nothing says that the order itself is at fault, so it does not count as judged. The "
+            "next run judges it again: repair the cause.");
+    }
+    else if (result.IsJudged())
     {
         m_journal.Done(order.key, version, host::OutcomeName(result.check));
     }

@@ -32,6 +32,13 @@ struct OrderResult
     double seconds = 0.0;
 
     bool IsJudged() const { return ending == Ending::Judged || ending == Ending::Recovered; }
+    /// Accepted on amounts that the machine kept from being worked out. The verdict stands in the
+    /// history, but the order is not done: it is judged again by the next run.
+    bool IsForNextRun() const
+    {
+        return IsJudged() && host::ExitStatusOf(check) == host::kAmountsUnknown &&
+               !check.amounts.isOrdersFault;
+    }
     /// Judged, but on rules, holders or amounts that are not all known.
     bool IsIncomplete() const
     {

@@ -3,6 +3,7 @@
 #include "host/batch/result_csv.h"
 #include "host/decision.h"
 #include "host/output.h"
+#include "host/sentence.h"
 #include "host/text.h"
 
 #include <nlohmann/json.hpp>
@@ -64,6 +65,11 @@ std::string Reason(const OrderResult& result)
         return result.error;
     }
     const host::CheckResult& check = result.check;
+    // The reason that the library gives then is about the rules, which were satisfied.
+    if (host::ExitStatusOf(check) == host::kAmountsUnknown)
+    {
+        return "accepted on amounts that are not known" + host::BecauseOf(check.amounts.problem);
+    }
     const std::string code = check.reasonCode.empty() ? std::string() : check.reasonCode + ": ";
     return code + (check.reasonText.empty() ? check.problem : check.reasonText);
 }

@@ -176,6 +176,30 @@ TEST_F(WatchedFolder, HandsOnAFaultyOrderAgainOnlyWhenItChanges)
     EXPECT_THAT(HandedOn(1), ElementsAre("A.xml"));
 }
 
+// Else every look at the folder would add a history row until the cause is repaired.
+TEST_F(WatchedFolder, HandsOnAnOrderForTheNextRunOnlyWhenItChanged)
+{
+    m_folder.Write("A.xml", "order");
+    Watch();
+    EXPECT_THAT(HandedOn(1), ElementsAre("A.xml"));
+    Order order;
+    order.key = "A.xml";
+    OrderResult result;
+    result.ending = Ending::Judged;
+    result.check.ran = true;
+    result.check.verdict = 1;
+    result.check.amounts.origin = host::AmountsOrigin::Unknown;
+    ASSERT_TRUE(result.IsForNextRun());
+    m_watched->Take(order, result);
+    fs::rename(m_folder.Path("A.xml"), m_other.Path("A.xml"));
+    fs::rename(m_other.Path("A.xml"), m_folder.Path("A.xml"));
+    EXPECT_THAT(HandedOn(), IsEmpty());
+
+    m_folder.Write("A.xml", "another order");
+
+    EXPECT_THAT(HandedOn(1), ElementsAre("A.xml"));
+}
+
 TEST_F(WatchedFolder, HandsOnAnOrderAgainThatAnotherHostHeld)
 {
     m_folder.Write("A.xml", "order");
