@@ -134,6 +134,7 @@ void JudgeAll(std::size_t jobs, const RunTerms& run, ProgressJournal& journal, O
 
 int RunBatch(const OptionValues& values)
 {
+    const auto start = std::chrono::steady_clock::now();
     const OptionValue* const given = values.Find("orders");
     if (given == nullptr)
     {
@@ -154,7 +155,7 @@ int RunBatch(const OptionValues& values)
 
     const std::size_t skipped = LeaveOutDone(source.orders, journal);
     const scratch::Interruption interruption;
-    Teller teller(host::OutputFormatFrom(values), source.orders.size());
+    Teller teller(host::OutputFormatFrom(values), source.orders.size(), start);
     teller.Counts().AddSkipped(skipped);
     OrderQueue queue;
     for (Order& order : source.orders)

@@ -8,8 +8,10 @@
 #include "host/refusal.h"
 #include "host/text.h"
 #include "host/work_file_guard.h"
+#include "port/file_identity.h"
 
 #include <chrono>
+#include <utility>
 
 namespace batch
 {
@@ -68,6 +70,24 @@ std::string ObstacleToRecord(const CheckRequest& request)
                      "shorter path.";
 }
 
+// Whether the verdict is about a file that is not there any more; empty when it is.
+std::string ChangeSince(const std::string& path, const std::string& version,
+                        const port::FileIdentity& identity)
+{
+    constexpr const char* kRow = " Its history row, if there is one, is about what was there: do "
+                                 "not take that for a decision.";
+    const auto now = VersionOf(path);
+    if (!now)
+    {
+        return std::string("it went away while it was judged.") + kRow;
+    }
+    return *now == version && port::IdentifyFile(path) == identity
+               ? std::string()
+               : std::string("it was changed or replaced while it was judged.") + kRow +
+                     " What lies there now is judged as another order. Put orders into the folder "
+                     "whole, by renaming them.";
+}
+
 /// The seconds from its making to the end of the scope.
 class Stopwatch
 {
@@ -119,9 +139,11 @@ OrderResult OrderJudge::Judge(const Order& order)
     const auto version = VersionOf(order.path);
     if (!version)
     {
+        const bool isListed = order.terms != nullptr;
         return Ended(order, Ending::Gone,
-                     "there is no such file, or none that can be looked at. Put it back, or leave "
-                     "it out.");
+                     isListed ? "there is no such file, or none that can be looked at. Put it "
+                                "back, or leave it out of the list."
+                              : "it went away before it was judged. Nothing is recorded of it.");
     }
     OrderResult result = Ended(order, Ending::NotJudged, "");
     const Stopwatch watch(result.seconds);
@@ -192,7 +214,7 @@ OrderResult OrderJudge::JudgeLocked(const Order& order, const std::string& versi
     else
     {
         m_journal.Begin(order.key, version, newest, asked);
-        AskLibraryOnce(order, asked, result);
+        AskLibraryOnce(order, version, asked, result);
     }
     if (result.IsForNextRun())
     {
@@ -208,9 +230,11 @@ OrderResult OrderJudge::JudgeLocked(const Order& order, const std::string& versi
     return result;
 }
 
-void OrderJudge::AskLibraryOnce(const Order& order, const std::string& asked, OrderResult& result)
+void OrderJudge::AskLibraryOnce(const Order& order, const std::string& version,
+                                const std::string& asked, OrderResult& result)
 {
     const CheckRequest& request = *result.request;
+    const port::FileIdentity identity = port::IdentifyFile(order.path);
     std::vector<std::string> warnings = host::WarningsBefore(request);
     const host::WorkFileGuard workFiles(request.file);
     if (request.amountsFromFile && !workFiles.Warning().empty())
@@ -226,6 +250,13 @@ void OrderJudge::AskLibraryOnce(const Order& order, const std::string& asked, Or
                        (result.check.problem.empty() ? std::string() : ": " + result.check.problem);
         return;
     }
+    if (std::string change = ChangeSince(order.path, version, identity); !change.empty())
+    {
+        m_journal.GiveUp(order.key);
+        result.ending = Ending::Gone;
+        result.error = std::move(change);
+        return;
+    }
     result.ending = Ending::Judged;
     for (std::string& warning : host::WarningsAfter(request, result.check))
     {
@@ -233,8 +264,8 @@ void OrderJudge::AskLibraryOnce(const Order& order, const std::string& asked, Or
     }
     if (DigestOfAsked(request) != asked)
     {
-        warnings.emplace_back("the order file was changed or taken away while it was judged. Put "
-                              "orders into the folder whole, by renaming them.");
+        warnings.emplace_back("the order file was changed while it was judged, or its rights or "
+                              "its name were. Put orders into the folder whole, by renaming them.");
     }
     result.check.warnings = std::move(warnings);
     result.status = result.IsIncomplete() ? host::kCouldNotRun : host::ExitStatusOf(result.check);

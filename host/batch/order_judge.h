@@ -34,7 +34,8 @@ public:
 private:
     OrderResult JudgeLocked(const Order& order, const std::string& version, OrderResult result);
     host::CheckRequest RequestOf(const Order& order) const;
-    void AskLibraryOnce(const Order& order, const std::string& asked, OrderResult& result);
+    void AskLibraryOnce(const Order& order, const std::string& version, const std::string& asked,
+                        OrderResult& result);
     void TakeRecorded(const RecordedDecision& decision, OrderResult& result) const;
 
     const RunTerms& m_run;

@@ -17,7 +17,7 @@ enum class Ending
     NotJudged,    ///< the order or its terms do not allow it
     Held,         ///< another host judges it now
     DatabaseAway, ///< it can be judged once the database answers
-    Gone,         ///< its file was taken away meanwhile
+    Gone,         ///< its file was taken away, or became another one, meanwhile
 };
 
 /// What became of one order. Texts are UTF-8.

@@ -3,6 +3,7 @@
 #include "host/batch/result_csv.h"
 #include "host/decision.h"
 #include "host/output.h"
+#include "host/refusal.h"
 #include "host/sentence.h"
 #include "host/text.h"
 
@@ -27,11 +28,18 @@ double Milliseconds(double seconds)
     return std::round(seconds * 1000.0) / 1000.0;
 }
 
-// At once, for whoever reads along.
+// At once, for whoever reads along. What cannot be told ends the run: else orders would be judged
+// that nobody hears of.
 void PrintNow(const std::string& text)
 {
     host::Print(text);
-    host::FlushOutput();
+    if (!host::FlushOutput())
+    {
+        throw host::Refusal(host::kCouldNotRun,
+                            "standard output cannot be written, so the run ends here: the orders "
+                            "that are left are judged by the next one. What was judged is in the "
+                            "history (signcheck history).");
+    }
 }
 
 void PrintLine(const Json& object)
@@ -111,8 +119,9 @@ std::string ResultInWords(const OrderResult& result)
            (reason.empty() ? "" : ": " + reason);
 }
 
-Teller::Teller(host::OutputFormat format, std::size_t total)
-    : m_format(format), m_hasTotal(format == host::OutputFormat::Table && total > 0), m_bar(total)
+Teller::Teller(host::OutputFormat format, std::size_t total, Time start)
+    : m_format(format), m_hasTotal(format == host::OutputFormat::Table && total > 0), m_bar(total),
+      m_start(start)
 {
     if (m_format == host::OutputFormat::Csv)
     {

@@ -17,9 +17,13 @@ namespace batch
 class Teller
 {
 public:
-    /// `total`: orders of the run; 0 where nobody knows, and then there is no bar.
-    Teller(host::OutputFormat format, std::size_t total);
+    using Time = std::chrono::steady_clock::time_point;
 
+    /// `total`: orders of the run; 0 where nobody knows, and then there is no bar. `start` is that
+    /// of the run, before it waited for anything. Raises as Tell.
+    Teller(host::OutputFormat format, std::size_t total, Time start);
+
+    /// Raises host::Refusal with kCouldNotRun when standard output cannot be written.
     void Tell(const OrderResult& result);
     /// Ends the run with its counts.
     void Sum();
@@ -33,7 +37,7 @@ private:
     bool m_hasTotal;
     Tally m_tally;
     ProgressBar m_bar;
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    Time m_start;
 };
 
 /// One result as one object of the JSON lines.

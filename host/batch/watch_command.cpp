@@ -100,6 +100,7 @@ void Watch(DropFolder& folder, Crew& crew, MetricsFile& metrics)
 
 int RunWatch(const OptionValues& values)
 {
+    const auto start = std::chrono::steady_clock::now();
     const std::string path = FolderFrom(values);
     const std::size_t jobs = JobsFrom(values);
     const DropFolder::Times times = {SecondsFrom(values, "settle", kSettle),
@@ -115,7 +116,7 @@ int RunWatch(const OptionValues& values)
     TellLeftovers(path, values);
 
     const scratch::Interruption interruption;
-    Teller teller(host::OutputFormatFrom(values), 0);
+    Teller teller(host::OutputFormatFrom(values), 0, start);
     AwayTeller away;
     OrderQueue queue;
     DropFolder folder(path, times, run.isTermsBeside, journal, queue);
