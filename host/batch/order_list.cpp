@@ -1,5 +1,6 @@
 #include "host/batch/order_list.h"
 
+#include "host/batch/order_name.h"
 #include "host/batch/order_path.h"
 #include "host/batch/terms.h"
 #include "host/check_request.h"
@@ -8,6 +9,7 @@
 #include "host/rulebook/csv.h"
 #include "host/suggestion.h"
 #include "host/text.h"
+#include "port/file_identity.h"
 
 #include <nlohmann/json.hpp>
 
@@ -123,6 +125,10 @@ private:
         const std::vector<std::string> columns = Columns(records.front());
         for (std::size_t index = 1; index < records.size(); ++index)
         {
+            if (records[index].text.find_first_not_of(" \t\r") == std::string::npos)
+            {
+                continue;
+            }
             OnLine([&] { AddCsvOrder(columns, records[index]); });
         }
     }
@@ -201,16 +207,45 @@ private:
         Order order;
         order.path = AbsolutePath(file, m_folder);
         order.key = order.path;
+        RequireOrderFile(order.path, file, line);
         RequireTerms(*terms, line);
         order.terms = std::move(terms);
-        const auto [before, isNew] = m_lines.emplace(order.path, line);
+        RequireOnce(order.path, file, line);
+        m_orders.push_back(std::move(order));
+    }
+
+    // What a folder of orders would leave out is no order here either.
+    void RequireOrderFile(const std::string& path, const std::string& file, std::size_t line) const
+    {
+        const std::string place = Place(line) + ", field file: " + host::Quoted(file);
+        if (IsFolder(path))
+        {
+            throw UsageRefusal(place + " is a folder. Name the order files in it, a line each, or "
+                                       "give the folder in place of the list.");
+        }
+        if (KindOfName(NameIn(path)) != NameKind::Order)
+        {
+            throw UsageRefusal(place +
+                               " is never an order: by its name it is a work file, a lock, terms "
+                               "of an order, hidden or not yet whole. Leave the line out, or "
+                               "rename the file.");
+        }
+    }
+
+    // One file has many names: by "..", by links, in other letter case.
+    void RequireOnce(const std::string& path, const std::string& file, std::size_t line)
+    {
+        const port::FileIdentity identity = port::IdentifyFile(path);
+        const std::string one = identity.number == 0 ? path
+                                                     : std::to_string(identity.volume) + "/" +
+                                                           std::to_string(identity.number);
+        const auto [before, isNew] = m_lines.emplace(one, line);
         if (!isNew)
         {
             throw UsageRefusal(Place(line) + ", field file: " + host::Quoted(file) +
                                " is the order of line " + std::to_string(before->second) +
                                " again. Leave one of the lines out.");
         }
-        m_orders.push_back(std::move(order));
     }
 
     // What is missing in a line is told with the line, too.
@@ -254,7 +289,7 @@ private:
     std::string m_folder;
     std::string m_text;
     std::vector<Order> m_orders;
-    std::map<std::string, std::size_t> m_lines;
+    std::map<std::string, std::size_t> m_lines; ///< by the file, whatever name it was given
     std::vector<std::string> m_problems;
 };
 

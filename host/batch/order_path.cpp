@@ -47,6 +47,17 @@ std::string FolderOf(const std::string& path)
     return Utf8(Native(path).parent_path());
 }
 
+std::string NameIn(const std::string& path)
+{
+    return Utf8(Native(path).filename());
+}
+
+bool IsFolder(const std::string& path)
+{
+    std::error_code failed;
+    return fs::is_directory(Native(path), failed);
+}
+
 std::optional<std::string> VersionOf(const std::string& path)
 {
     std::error_code failed;

@@ -14,6 +14,9 @@ std::string AbsolutePath(const std::string& path);
 std::string AbsolutePath(const std::string& path, const std::string& folder);
 /// The folder that holds the file, without a final separator.
 std::string FolderOf(const std::string& path);
+/// What stands behind its last separator.
+std::string NameIn(const std::string& path);
+bool IsFolder(const std::string& path);
 
 /// What tells a file from what its name stood for before: size and time of the last change. Empty
 /// when there is no such file.

@@ -116,6 +116,39 @@ TEST_F(ListOfOrders, IsRefusedWithEveryLineThatIsWrong)
                             HasSubstr("Nothing was judged.")));
 }
 
+TEST_F(ListOfOrders, NamesNothingThatIsNeverAnOrder)
+{
+    for (const char* const name : {"A001.xml.veu", "A001.xml.veu.cp", "A001.xml.part",
+                                   ".hidden.xml", "A001.xml.terms", "A001.xml.veu.lock"})
+    {
+        EXPECT_THAT(
+            Refused(std::string("file\nA001.xml\n") + name + "\n"),
+            AllOf(HasSubstr("line 3, field file: '" + std::string(name) + "' is never an order"),
+                  HasSubstr("Leave the line out, or rename the file.")));
+    }
+    std::filesystem::create_directory(m_folder.Path("sub"));
+    EXPECT_THAT(Refused("file\nsub\n"), HasSubstr("line 2, field file: 'sub' is a folder. Name"));
+    EXPECT_THAT(Refused("{\"file\": \"sub/\"}\n"), HasSubstr("'sub/' is a folder"));
+}
+
+TEST_F(ListOfOrders, TakesAFileOnceByWhateverNameItHas)
+{
+    std::filesystem::create_directory(m_folder.Path("sub"));
+    m_folder.Write("sub/a.xml", "order");
+    std::filesystem::create_hard_link(m_folder.Path("sub/a.xml"), m_folder.Path("linked.xml"));
+    for (const char* const name : {"sub/../sub/a.xml", "./sub/a.xml", "linked.xml"})
+    {
+        EXPECT_THAT(Refused(std::string("file\nsub/a.xml\n") + name + "\n"),
+                    HasSubstr("line 3, field file: '" + std::string(name) +
+                              "' is the order of line 2 again."));
+    }
+}
+
+TEST_F(ListOfOrders, SkipsALineOfBlanksAsAnEmptyOne)
+{
+    EXPECT_EQ(Read("file,signers\nA001.xml,Ana\n  \t \n\n \r\nA002.xml,Ana\n").size(), 2U);
+}
+
 TEST_F(ListOfOrders, IsRefusedForTermsThatAreMissing)
 {
     host::OptionValues few;
