@@ -1,5 +1,7 @@
 #include "host/explain/words.h"
 
+#include "host/rulebook/amount_reading.h"
+#include "host/text.h"
 #include "support/codepage.h"
 #include "support/numbers.h"
 
@@ -48,6 +50,7 @@ constexpr Both kOneSignature = {"; one signature (profile 0)", " ; une signature
 constexpr Both kTwoSignatures = {"; two signatures (profile 1)", " ; deux signatures (profil 1)"};
 constexpr Both kNoProfile = {"; any number of signatures (profile ",
                              " ; nombre de signatures libre (profil "};
+constexpr Both kWritten = {" (written ", " (écrit "};
 constexpr Both kEmptyLimit = {"0 (no limit is written)", "0 (aucune limite n'est écrite)"};
 constexpr Both kNobodyFound = {"none of its holders among the signers",
                                "aucun de ses titulaires parmi les signataires"};
@@ -194,6 +197,14 @@ std::string HoldersAsked(const TracedRule& rule, Language language)
     return Filled(kTogether.In(language), {rule.huid1, rule.huid2});
 }
 
+// What a check compares with; the text of the column where that is something else.
+std::string LimitText(const std::string& amount, Language language)
+{
+    const rulebook::AmountReading reading = rulebook::ReadingOf(amount);
+    return reading.isRead ? amount
+                          : reading.read + kWritten.In(language) + host::Quoted(amount) + ")";
+}
+
 std::string LimitAsked(const TracedRule& rule, Language language)
 {
     constexpr std::int32_t kTotalLevel = 0;
@@ -204,7 +215,8 @@ std::string LimitAsked(const TracedRule& rule, Language language)
         return kNoLimit.In(language);
     }
     const Both& what = level == kTotalLevel ? kTotalLimit : kLargestLimit;
-    return what.In(language) + (rule.amount.empty() ? kEmptyLimit.In(language) : rule.amount);
+    return what.In(language) +
+           (rule.amount.empty() ? kEmptyLimit.In(language) : LimitText(rule.amount, language));
 }
 
 std::string ProfileAsked(const TracedRule& rule, Language language)

@@ -42,6 +42,22 @@ bool HasBlankEnd(const std::string& text)
     return !text.empty() && (IsBlank(text.front()) || IsBlank(text.back()));
 }
 
+// What can be written for an amount that is meant. Decimals are cut, not rounded, so that no limit
+// is raised.
+std::string WayToWrite(const std::string& meant)
+{
+    constexpr std::size_t kMostDecimals = 6;
+    const std::string cut = meant.substr(0, meant.find('.') + 1 + kMostDecimals);
+    const AmountReading reading = ReadingOf(cut);
+    if (!reading.isRead)
+    {
+        const bool isNegative = reading.read.starts_with('-');
+        return std::string("Write at ") + (isNegative ? "least" : "most") + " \"" + reading.read +
+               "\": a check can weigh no amount beyond.";
+    }
+    return "Write \"" + cut + "\"" + (cut == meant ? "." : ": a check reads six decimals.");
+}
+
 } // namespace
 
 std::u32string InLowerCase(const std::string& utf8)
@@ -177,7 +193,7 @@ void FileChecker::CheckAmount(const std::string& path, const std::string& amount
     {
         return;
     }
-    const std::string read = "a check reads it as " + reading.read + ".";
+    const std::string read = "a check reads it as " + host::Quoted(reading.read) + ".";
     if (reading.meant.empty())
     {
         Wrong(path, host::Quoted(amount) + " is no amount; " + read,
@@ -187,14 +203,13 @@ void FileChecker::CheckAmount(const std::string& path, const std::string& amount
     if (reading.meant.size() > 1)
     {
         Wrong(path,
-              host::Quoted(amount) + " can be taken for " + reading.meant[0] + " and for " +
-                  reading.meant[1] + "; " + read,
+              host::Quoted(amount) + " can be taken for " + host::Quoted(reading.meant[0]) +
+                  " and for " + host::Quoted(reading.meant[1]) + "; " + read,
               "Write \"" + reading.meant[0] + "\" or \"" + reading.meant[1] + "\".");
         return;
     }
-    Wrong(path, host::Quoted(amount) + " says " + reading.meant[0] + ", but " + read,
-          "Write \"" + reading.meant[0] +
-              "\", with at most six decimals and no more than a check can weigh.");
+    Wrong(path, host::Quoted(amount) + " says " + host::Quoted(reading.meant[0]) + ", but " + read,
+          WayToWrite(reading.meant[0]));
 }
 
 } // namespace rulebook

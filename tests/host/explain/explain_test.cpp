@@ -91,6 +91,20 @@ TEST_F(Explain, SpeaksFrench)
                       HasSubstr("Accepté   si le total est au plus 50000.00.\n")));
 }
 
+TEST_F(Explain, TellsTheLimitThatACheckReadsBesideWhatIsWritten)
+{
+    m_database.Execute(L"UPDATE SSR_CONTRACTRULE SET AMOUNT = '1e3' WHERE CUID = 'C-7001'");
+    const auto order = Simulated("C-7001", "Björn Weiß", "900.00", "900.00");
+
+    EXPECT_THAT(Run(order, {}).output,
+                AllOf(HasSubstr("total of the file up to 13.00 (written '1e3');"),
+                      HasSubstr("if the total is at most 13.00.\n")));
+    const ScopedEnvironment language("SIGNUTILS_LANG", "fr");
+    EXPECT_THAT(Run(order, {}).output,
+                AllOf(HasSubstr("total du fichier jusqu'à 13.00 (écrit '1e3')"),
+                      HasSubstr("le total est au plus 13.00.\n")));
+}
+
 TEST_F(Explain, ProposesTheOppositionToLift)
 {
     const auto json =

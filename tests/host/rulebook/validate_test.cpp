@@ -50,7 +50,8 @@ protected:
         const std::string text = "line " + finding["line"].dump() + ", " +
                                  finding["field"].get<std::string>() + ": " +
                                  finding["text"].get<std::string>();
-        EXPECT_NE(finding["remedy"], "");
+        m_remedy = finding["remedy"].get<std::string>();
+        EXPECT_NE(m_remedy, "");
         return text;
     }
 
@@ -78,6 +79,7 @@ protected:
 
     TemporaryFolder m_folder;
     ScopedEnvironment m_connection{"SIGNCHECK_DB", nullptr};
+    std::string m_remedy; ///< of the last finding
 };
 
 TEST_F(RulesValidate, AGoodFileHasNoProblem)
@@ -233,15 +235,40 @@ TEST_F(RulesValidate, AnUnknownHolderInARule)
 TEST_F(RulesValidate, AmountsThatACheckReadsOtherwise)
 {
     EXPECT_THAT(OfRule("amount = \"10,000\""),
-                HasSubstr("contract.rules.amount: '10,000' can be taken for 10.00 and for "
-                          "10000.00; a check reads it as 10.00"));
+                HasSubstr("contract.rules.amount: '10,000' can be taken for '10.00' and for "
+                          "'10000.00'; a check reads it as '10.00'"));
     EXPECT_THAT(OfRule("amount = \"1.234.567\""),
-                HasSubstr("says 1234567.00, but a check reads it as 1234.567"));
-    EXPECT_THAT(OfRule("amount = \"1e5\""), HasSubstr("is no amount; a check reads it as 15.00"));
+                HasSubstr("says '1234567.00', but a check reads it as '1234.567'."));
+    EXPECT_EQ(m_remedy, "Write \"1234567.00\".");
+    EXPECT_THAT(OfRule("amount = \"1e5\""), HasSubstr("is no amount; a check reads it as '15.00'"));
     EXPECT_THAT(OfExactRule("holder1 = 1, alone = true, amount = \"1.00\""),
                 HasSubstr("rules.holder1: expected text in quotes, found a whole number"));
     EXPECT_THAT(OfRule("amount = 1000.5"),
                 HasSubstr("expected text in quotes, found a number with decimals"));
+}
+
+TEST_F(RulesValidate, AmountsBeyondWhatACheckWeighsNameTheMostThatItDoes)
+{
+    for (const char* const amount : {"99999999999999999", "922337203686", "922337203685,48"})
+    {
+        EXPECT_THAT(OfRule("amount = \"" + std::string(amount) + "\""), HasSubstr(amount));
+        EXPECT_EQ(m_remedy,
+                  "Write at most \"922337203685.4775\": a check can weigh no amount beyond.");
+    }
+    OfRule("amount = \"-99999999999999999\"");
+    EXPECT_THAT(m_remedy, HasSubstr("Write at least \"-922337203685.4775\""));
+    const std::string proposed = "rules = [ { holder1 = \"H1\", alone = true, level = \"file\", "
+                                 "amount = \"922337203685.4775\" } ]\n";
+    EXPECT_EQ(Validate(std::string(kHolder) + kContract + proposed).status, 0);
+}
+
+TEST_F(RulesValidate, AmountsOfMoreThanSixDecimalsNameTheSixThatACheckReads)
+{
+    OfRule("amount = \"1500,1234569\"");
+    EXPECT_EQ(m_remedy, "Write \"1500.123456\": a check reads six decimals.");
+    EXPECT_THAT(OfRule("amount = \"0.12345678\""),
+                HasSubstr("says '0.12345678', but a check reads it as '1.234567'"));
+    EXPECT_EQ(m_remedy, "Write \"0.123456\": a check reads six decimals.");
 }
 
 TEST_F(RulesValidate, WrongTypesAndUnknownWords)
