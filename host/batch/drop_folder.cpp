@@ -4,6 +4,7 @@
 #include "host/batch/order_name.h"
 #include "host/batch/order_path.h"
 #include "host/option_readers.h"
+#include "host/output.h"
 #include "host/refusal.h"
 #include "host/text.h"
 #include "port/file_writer.h"
@@ -25,6 +26,8 @@ constexpr milliseconds kLongestWait(200);
 constexpr milliseconds kBetweenScans(1000);
 constexpr milliseconds kFirstBackOff(1000);
 constexpr milliseconds kLongestBackOff(60'000);
+// So many looks at the whole folder pass before an order without terms is told.
+constexpr int kLooksWithoutTerms = 2;
 
 Readiness::Look LookAt(const std::string& path)
 {
@@ -105,11 +108,31 @@ void DropFolder::Scan(Time now)
     m_nextScan = now + m_times.rescan;
     std::erase_if(m_failed,
                   [this](const auto& failed) { return !VersionOf(PathOf(failed.first)); });
+    std::erase_if(m_withoutTerms,
+                  [this](const auto& lacking) { return !VersionOf(PathOf(lacking.first)); });
+    TellWithoutTerms(now);
     for (const Order& order : ReadOrderFolder(m_folder).orders)
     {
         if (!IsKnown(order.key))
         {
             m_readiness.Found(order.key, now);
+        }
+    }
+}
+
+// Terms come behind their order, but not long: what still lacks them is told, once.
+void DropFolder::TellWithoutTerms(Time now)
+{
+    for (auto& [name, lack] : m_withoutTerms)
+    {
+        const std::string terms = PathOf(name) + kTermsEnding;
+        if (!lack.isTold && now - lack.since >= kLooksWithoutTerms * m_times.rescan &&
+            !IsThere(terms))
+        {
+            lack.isTold = true;
+            host::Warn("the order '" + host::Printable(PathOf(name)) + "' waits for its terms: '" +
+                       host::Printable(terms) +
+                       "' is not there. Put them there by renaming, or take the order away.");
         }
     }
 }
@@ -171,11 +194,14 @@ void DropFolder::Look(const std::string& name, Time now)
     const Order order = OrderInFolder(m_folder, name);
     const Readiness::Look look =
         order.fault.empty() ? LookAt(order.path) : Readiness::Look{VersionOf(order.path), false};
-    if (m_isTermsBeside && look.version && !VersionOf(order.path + kTermsEnding))
+    // What has the name of the terms and is no file is refused with its reason.
+    if (m_isTermsBeside && look.version && !IsThere(order.path + kTermsEnding))
     {
         m_readiness.Forget(name); // its terms will tell
+        m_withoutTerms.try_emplace(name, Lack{now});
         return;
     }
+    m_withoutTerms.erase(name);
     if (m_readiness.IsWhole(name, look, now))
     {
         m_atWork.insert(name);

@@ -42,6 +42,8 @@ public:
 
     /// Orders that wait: to be whole, for the database, in the queue or being judged.
     std::size_t Waiting() const;
+    /// Orders that lie in the folder without their terms.
+    std::size_t WithoutTerms() const { return m_withoutTerms.size(); }
     /// Whether the database does not answer at the moment.
     bool IsDatabaseAway() const;
 
@@ -53,6 +55,7 @@ private:
     void TakeFinished(Time now);
     void HandOn(Time now);
     void Look(const std::string& name, Time now);
+    void TellWithoutTerms(Time now);
     bool IsKnown(const std::string& name) const;
     std::string VersionWithTerms(const std::string& name) const;
     std::string PathOf(const std::string& name) const;
@@ -68,6 +71,13 @@ private:
     Time m_nextScan;
     std::set<std::string> m_atWork;              ///< handed on and not yet back
     std::map<std::string, std::string> m_failed; ///< not judged, with the version that was tried
+
+    struct Lack
+    {
+        Time since;
+        bool isTold = false;
+    };
+    std::map<std::string, Lack> m_withoutTerms;
 
     struct Finished
     {

@@ -58,6 +58,12 @@ bool IsFolder(const std::string& path)
     return fs::is_directory(Native(path), failed);
 }
 
+bool IsThere(const std::string& path)
+{
+    std::error_code failed;
+    return fs::exists(fs::symlink_status(Native(path), failed));
+}
+
 std::optional<std::string> VersionOf(const std::string& path)
 {
     std::error_code failed;

@@ -17,6 +17,8 @@ std::string FolderOf(const std::string& path);
 /// What stands behind its last separator.
 std::string NameIn(const std::string& path);
 bool IsFolder(const std::string& path);
+/// Whether anything has that name, a link that leads nowhere too.
+bool IsThere(const std::string& path);
 
 /// What tells a file from what its name stood for before: size and time of the last change. Empty
 /// when there is no such file.

@@ -63,8 +63,8 @@ nlohmann::ordered_json Tally::AsJson(double seconds) const
             {"noRule", m_noRule},       {"amountsUnknown", m_amountsUnknown},
             {"notJudged", m_notJudged}, {"incomplete", m_incomplete},
             {"recovered", m_recovered}, {"judgedBefore", m_skipped},
-            {"left", m_left},           {"seconds", seconds},
-            {"status", Status()}};
+            {"left", m_left},           {"withoutTerms", m_withoutTerms},
+            {"seconds", seconds},       {"status", Status()}};
 }
 
 std::string Tally::InWords(double seconds) const
@@ -79,6 +79,7 @@ std::string Tally::InWords(double seconds) const
     AddCount(text, m_recovered, "taken from the history");
     AddCount(text, m_skipped, "judged before");
     AddCount(text, m_left, "left for the next run");
+    AddCount(text, m_withoutTerms, "waiting for terms");
     const std::size_t judged = Told() - m_notJudged;
     const double rate = seconds > 0.0 ? static_cast<double>(judged) / seconds : 0.0;
     return text + support::FormatA("; %.1f seconds, %.0f a second.", seconds, rate);

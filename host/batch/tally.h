@@ -20,6 +20,9 @@ public:
     /// Orders that nobody came to.
     void SetLeft(std::size_t count) { m_left = count; }
 
+    /// Orders that wait for their terms.
+    void SetWithoutTerms(std::size_t count) { m_withoutTerms = count; }
+
     std::size_t Told() const;
     std::size_t Refused() const { return m_refused; }
     std::size_t NotJudged() const { return m_notJudged; }
@@ -40,6 +43,7 @@ private:
     std::size_t m_notJudged = 0;
     std::size_t m_skipped = 0;
     std::size_t m_left = 0;
+    std::size_t m_withoutTerms = 0;
     int m_status = 0;
 };
 

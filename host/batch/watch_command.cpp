@@ -138,6 +138,7 @@ int RunWatch(const OptionValues& values)
         }
         crew.RaiseFailure();
     }
+    teller.Counts().SetWithoutTerms(folder.WithoutTerms());
     teller.Sum();
     return host::kDone;
 }

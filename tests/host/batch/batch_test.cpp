@@ -120,6 +120,19 @@ TEST_F(ManyOrders, LeavesWorkFilesHiddenFilesAndFoldersAlone)
     EXPECT_EQ(ReadWholeFile(m_orders.Path("A003.xml.veu.cp")), "orders of somebody");
 }
 
+TEST_F(ManyOrders, MakesTheWorkFilesOfAnOrderAnewAndLeavesNone)
+{
+    Order("A001.xml");
+    m_orders.Write("A001.xml.veu.cp", "left by convert --keep");
+
+    const Answer answer = Batch({"--json"});
+
+    EXPECT_EQ(Lines(answer).at("A001.xml")["total"], 350.5);
+    EXPECT_THAT(Lines(answer).at("A001.xml")["warnings"].dump(),
+                HasSubstr("the check replaces and deletes them"));
+    EXPECT_THAT(NamesInFolder(), ElementsAre("A001.xml"));
+}
+
 TEST_F(ManyOrders, TellsInWordsWhatWasNotAccepted)
 {
     Order("A001.xml");

@@ -20,6 +20,7 @@ namespace
 
 using std::chrono::milliseconds;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_support::TemporaryFolder;
 
@@ -172,6 +173,34 @@ TEST_F(WatchedFolder, HandsOnAFaultyOrderAgainOnlyWhenItChanges)
     EXPECT_THAT(HandedOn(), IsEmpty());
 
     m_folder.Write("A.xml.terms", "{ }");
+
+    EXPECT_THAT(HandedOn(1), ElementsAre("A.xml"));
+}
+
+TEST_F(WatchedFolder, TellsOnceOfAnOrderThatWaitsForItsTerms)
+{
+    m_folder.Write("A.xml", "order");
+    m_watched.emplace(m_folder.Path(), DropFolder::Times{milliseconds(50), milliseconds(100)}, true,
+                      m_journal, m_queue);
+
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(HandedOn(), IsEmpty());
+    const std::string told = testing::internal::GetCapturedStderr();
+
+    EXPECT_THAT(told, HasSubstr("A.xml' waits for its terms: '"));
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
+    EXPECT_EQ(m_watched->WithoutTerms(), 1U);
+
+    m_folder.Write("A.xml.terms", "{}");
+    EXPECT_THAT(HandedOn(1), ElementsAre("A.xml"));
+    EXPECT_EQ(m_watched->WithoutTerms(), 0U);
+}
+
+TEST_F(WatchedFolder, HandsOnAnOrderWhoseTermsAreNoFileToBeRefused)
+{
+    m_folder.Write("A.xml", "order");
+    fs::create_directory(m_folder.Path("A.xml.terms"));
+    Watch(true);
 
     EXPECT_THAT(HandedOn(1), ElementsAre("A.xml"));
 }

@@ -1,6 +1,7 @@
 #include "host/batch/progress_bar.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 namespace batch
 {
@@ -47,6 +48,17 @@ TEST(ProgressLine, HasColoursOnlyWhereTheyAreWanted)
     EXPECT_NE(ProgressLine(tally, 1, 1.0, true).find("\x1B[33m1 refused\x1B[0m"),
               std::string::npos);
     EXPECT_EQ(ProgressLine(tally, 1, 1.0, false).find('\x1B'), std::string::npos);
+}
+
+TEST(Counts, TellOrdersThatWaitForTheirTerms)
+{
+    Tally tally;
+    EXPECT_EQ(tally.InWords(0.0).find("terms"), std::string::npos);
+
+    tally.SetWithoutTerms(2);
+
+    EXPECT_NE(tally.InWords(0.0).find(", 2 waiting for terms; "), std::string::npos);
+    EXPECT_EQ(tally.AsJson(0.0)["withoutTerms"], 2);
 }
 
 TEST(Gravity, OfARunIsThatOfItsGravestOrder)
