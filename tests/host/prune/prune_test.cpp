@@ -344,6 +344,34 @@ TEST_F(Prune, AnInterruptedExportIsMadeAnew)
     EXPECT_FALSE(std::filesystem::exists(InArchive("history.ndjson.part")));
 }
 
+TEST_F(InterruptedPrune, AnArchiveOfAmountsOfManyDigitsIsGoneOnFrom)
+{
+    m_database.Execute(L"UPDATE HST_SIGNRULES SET TOTAL = 922337203685.4775 "
+                       L"WHERE ORDERID = 'A001'");
+    EXPECT_EQ(Interrupt().status, 3);
+    Resume();
+
+    EXPECT_EQ(Run().status, 0);
+
+    EXPECT_THAT(OrdersLeft(), ElementsAre(L"A003"));
+}
+
+TEST_F(InterruptedPrune, AnAmountChangedInItsLastDigitStays)
+{
+    m_database.Execute(L"UPDATE HST_SIGNRULES SET TOTAL = 123456789012.3456 "
+                       L"WHERE ORDERID = 'A001'");
+    Interrupt();
+    Resume();
+    m_database.Execute(L"UPDATE HST_SIGNRULES SET TOTAL = 123456789012.3457 "
+                       L"WHERE ORDERID = 'A001'");
+
+    const Answer answer = Run();
+
+    EXPECT_EQ(answer.status, 3);
+    EXPECT_THAT(answer.errors, HasSubstr("row 1 is no longer what was archived"));
+    EXPECT_EQ(OrdersLeft().size(), 3U);
+}
+
 TEST_F(InterruptedPrune, ADamagedArchiveRemovesNothing)
 {
     Interrupt();
