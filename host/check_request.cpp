@@ -5,6 +5,7 @@
 #include "host/order_path.h"
 #include "host/refusal.h"
 #include "host/text.h"
+#include "host/trace_option.h"
 #include "support/codepage.h"
 #include "support/folders.h"
 #include "support/store_name.h"
@@ -234,7 +235,7 @@ CheckRequest ReadCheckTerms(const OptionValues& values)
     }
     request.requestReference = OptionalNarrowText(values, "request");
     request.logFile = UpTo(values, "log", kLogPathLength);
-    request.traceFile = OptionalNarrowText(values, "trace");
+    request.traceFile = TraceFileFrom(values);
     return request;
 }
 

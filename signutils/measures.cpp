@@ -8,6 +8,7 @@
 #include "signutils/version.h"
 #include "support/codepage.h"
 #include "support/folders.h"
+#include "support/measures_place.h"
 #include "support/measures_text.h"
 
 #include <algorithm>
@@ -37,12 +38,18 @@ std::string SourceOf(std::string_view path)
     return support::Utf8FromNarrow(name.substr(0, name.rfind('.')));
 }
 
+std::string CannotWrite(const std::string& file, const std::string& reason,
+                        const std::string& remedy)
+{
+    return "the measures cannot be written to \"" + services::OneLine(file) + "\": " + reason +
+           ". " + remedy;
+}
+
 /// Of the last error.
 std::string FailureOf(const std::string& file)
 {
-    const std::string reason = services::SystemErrorText(GetLastError());
-    return "the measures cannot be written to \"" + services::OneLine(file) + "\": " + reason +
-           ". Give a file in a folder that this user may write.";
+    return CannotWrite(file, services::SystemErrorText(GetLastError()),
+                       "Give a file in a folder that this user may write.");
 }
 
 void AppendSpool(support::Exposition& text)
@@ -83,6 +90,12 @@ bool WriteMeasures(const char* path, TSimpleString& problem)
         return false;
     }
     const std::string file = path == nullptr ? "" : path;
+    // A mistyped name must not cost a database or an order.
+    if (const char* const obstacle = support::ObstacleToMeasures(file); obstacle != nullptr)
+    {
+        problem = CannotWrite(file, obstacle, support::kOtherMeasuresFile).c_str();
+        return false;
+    }
     if (!services::ReplaceReadableFile(file, TextOf(*measures, file)))
     {
         problem = FailureOf(file).c_str();

@@ -16,8 +16,9 @@ SIGNUTILS_API void StartMeasures();
 /// Writes them in the text format that Prometheus reads into a file that every user may read:
 /// whoever opens it finds the text of before or this one, whole. The file's name without its ending
 /// is the label `source` of every sample. `path` is Windows-1252. False, with one line in `problem`
-/// (Windows-1252) and the file as it was, when it cannot be written or StartMeasures was not
-/// called.
+/// (Windows-1252) and the file as it was, when it cannot be written, when StartMeasures was not
+/// called, and when something else lies there: what is no plain file, or one that holds anything
+/// but such a text.
 SIGNUTILS_API bool WriteMeasures(const char* path, TSimpleString& problem);
 
 } // namespace signutils

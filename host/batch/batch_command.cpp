@@ -146,7 +146,7 @@ int RunBatch(const OptionValues& values)
     RemovalAge(values);
     const RunTerms run = RunTermsFrom(values, isFolder, kHolder);
     Source source = SourceFrom(values, run, *given, isFolder);
-    MetricsFile metrics(values);
+    MetricsFile metrics(values, source.folder);
     RequireDatabase(run.connection);
     ProgressJournal journal(source.journal, kHolder);
     journal.RequireDatabase(DatabaseIdentity(run.connection));

@@ -2,9 +2,12 @@
 
 #include "host/option_readers.h"
 #include "host/output.h"
+#include "host/real_place.h"
 #include "host/refusal.h"
+#include "host/text.h"
 #include "signutils/measures.h"
 #include "support/codepage.h"
+#include "support/measures_place.h"
 
 #include <exception>
 
@@ -17,7 +20,29 @@ namespace
 // Servers fetch every 15 to 60 seconds.
 constexpr std::chrono::seconds kBetweenTexts(15);
 
-std::string PathFrom(const host::OptionValues& values)
+// Whatever comes into that folder is judged, and the text comes again and again.
+void RefuseInside(const std::string& judged, const host::OptionValue& given)
+{
+    if (host::LiesWithin(given.text, judged))
+    {
+        throw host::UsageRefusal(given.origin + ": " + host::Quoted(given.text) +
+                                 " lies in the folder whose orders are judged. Name a file "
+                                 "outside of it.");
+    }
+}
+
+// A mistyped name must not cost a database or an order.
+void RefuseOther(const std::string& path, const host::OptionValue& given)
+{
+    if (const char* const obstacle = support::ObstacleToMeasures(path); obstacle != nullptr)
+    {
+        throw host::UsageRefusal(given.origin + ": the measures cannot take the place of " +
+                                 host::Quoted(given.text) + ": " + obstacle + ". " +
+                                 support::kOtherMeasuresFile);
+    }
+}
+
+std::string PathFrom(const host::OptionValues& values, const std::string& judged)
 {
     const host::OptionValue* const given = values.Find("metrics");
     if (given == nullptr)
@@ -30,12 +55,16 @@ std::string PathFrom(const host::OptionValues& values)
                                  " is empty. Name the file that the measures go to, or leave it "
                                  "out.");
     }
-    return host::NarrowText(*given);
+    const std::string path = host::NarrowText(*given);
+    RefuseInside(judged, *given);
+    RefuseOther(path, *given);
+    return path;
 }
 
 } // namespace
 
-MetricsFile::MetricsFile(const host::OptionValues& values) : m_path(PathFrom(values))
+MetricsFile::MetricsFile(const host::OptionValues& values, const std::string& judged)
+    : m_path(PathFrom(values, judged))
 {
     if (!m_path.empty())
     {

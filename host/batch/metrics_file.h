@@ -14,8 +14,10 @@ namespace batch
 class MetricsFile
 {
 public:
-    /// Raises UsageRefusal for an empty name and for one that has no place in Windows-1252.
-    explicit MetricsFile(const host::OptionValues& values);
+    /// `judged` is the folder of the orders, UTF-8; empty where they are listed. Raises
+    /// UsageRefusal for an empty name, for one that has no place in Windows-1252, for a file in
+    /// `judged`, and where something else than measures lies.
+    MetricsFile(const host::OptionValues& values, const std::string& judged);
     ~MetricsFile();
     MetricsFile(const MetricsFile&) = delete;
     MetricsFile& operator=(const MetricsFile&) = delete;

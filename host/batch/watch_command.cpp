@@ -107,7 +107,7 @@ int RunWatch(const OptionValues& values)
                                      SecondsFrom(values, "rescan", kRescan)};
     RemovalAge(values);
     const RunTerms run = RunTermsFrom(values, true, kHolder);
-    MetricsFile metrics(values);
+    MetricsFile metrics(values, path);
     RequireDatabase(run.connection);
     ProgressJournal journal(JournalPath(values, path), kHolder);
     journal.RequireDatabase(DatabaseIdentity(run.connection));

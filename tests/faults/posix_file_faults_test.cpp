@@ -354,7 +354,8 @@ TEST_P(MeasuresFaults, FileIsAsItWasAndTheReasonIsTold)
 {
     const TemporaryFolder folder;
     const ScopedEnvironment spool("SIGNUTILS_SPOOL", folder.Path("spool").c_str());
-    const std::string file = folder.Write("orders.prom", "before");
+    const std::string before = "# HELP signutils_build_info of before";
+    const std::string file = folder.Write("orders.prom", before);
     signutils::StartMeasures();
     TSimpleString problem;
     {
@@ -363,7 +364,7 @@ TEST_P(MeasuresFaults, FileIsAsItWasAndTheReasonIsTold)
         EXPECT_TRUE(fault.WasUsed());
     }
     EXPECT_FALSE(problem.IsEmpty());
-    EXPECT_EQ(testing_support::ReadWholeFile(file), "before");
+    EXPECT_EQ(testing_support::ReadWholeFile(file), before);
     EXPECT_EQ(FilesBelow(folder.Path()).size(), 1U);
 }
 

@@ -322,6 +322,27 @@ TEST_F(BadInput, FilesThatCannotBeWritten)
     EXPECT_THAT(RefusalOf(ValidAnd({"--log", path})), HasSubstr("option --log: '" + path));
 }
 
+// What was named by mistake stays as it is; an empty file and an earlier trace are appended to.
+TEST_F(BadInput, ATraceIsAppendedToNothingElse)
+{
+    const std::string database = m_folder.Write("other.db", "SQLite format 3");
+    const std::string order = ReadWholeFile(m_order);
+    for (const std::string& path : {m_order, database})
+    {
+        EXPECT_THAT(RefusalOf(ValidAnd({"--trace", path})),
+                    AllOf(HasSubstr("option --trace: '" + path + "' is no trace"),
+                          HasSubstr("Name a new file")));
+    }
+    EXPECT_EQ(ReadWholeFile(m_order), order);
+    EXPECT_EQ(ReadWholeFile(database), "SQLite format 3");
+
+    const std::string trace = m_folder.Write("empty.trace", "");
+    EXPECT_EQ(RunSigncheck(ValidAnd({"--trace", trace})).status, 0);
+    const std::size_t size = ReadWholeFile(trace).size();
+    EXPECT_EQ(RunSigncheck(ValidAnd({"--trace", trace})).status, 0);
+    EXPECT_GT(ReadWholeFile(trace).size(), size);
+}
+
 TEST_F(BadInput, IsOneJsonObjectWhereJsonIsAskedFor)
 {
     auto arguments = With(Valid(), "--total", "1,5");

@@ -1,4 +1,5 @@
 #include "port/files.h"
+#include "port/plain_file.h"
 #include "tests/testing/file_mode.h"
 #include "tests/testing/temporary_folder.h"
 
@@ -72,6 +73,33 @@ TEST(PosixFiles, WithoutLinksNothingIsOpenedOrMadeThroughOne)
     EXPECT_FALSE(fs::exists(folder.Path("made")));
     File file;
     EXPECT_TRUE(file.Open(folder.Path("link").c_str(), OpenMode::Append)); // else nothing is shown
+}
+
+TEST(PosixFiles, WhatIsNoPlainFileIsNotReadAndNotWaitedFor)
+{
+    const TemporaryFolder folder;
+    fs::create_symlink(folder.Write("target", "x"), folder.Path("link"));
+    fs::create_symlink(folder.Path("none"), folder.Path("dangling"));
+    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    std::string bytes;
+    for (const std::string& path : {folder.Path("link"), folder.Path("dangling"),
+                                    folder.Path("pipe"), std::string("/dev/null")})
+    {
+        EXPECT_EQ(port::ReadPlainFile(path.c_str(), 10, bytes), port::PlainFile::Other) << path;
+        EXPECT_EQ(bytes, "");
+    }
+}
+
+TEST(PosixFiles, PlainFileThatCannotBeReadTellsItsReason)
+{
+    const TemporaryFolder folder;
+    std::string bytes;
+    EXPECT_EQ(port::ReadPlainFile(folder.Path(std::string(300, 'n')).c_str(), 10, bytes),
+              port::PlainFile::Failed);
+    EXPECT_EQ(GetLastError(), 123U);
+    // A plain file whose first byte nobody can read.
+    EXPECT_EQ(port::ReadPlainFile("/proc/self/mem", 10, bytes), port::PlainFile::Failed);
+    EXPECT_EQ(GetLastError(), 30U);
 }
 
 TEST(PosixFiles, PrivateFoldersAreForTheirOwnerOnly)

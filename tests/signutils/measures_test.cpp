@@ -282,6 +282,28 @@ TEST_F(SessionMeasures, FileThatCannotBeWrittenIsToldWithItsReasonAndNeverChange
     EXPECT_EQ(Written().Sum(kChecks, {{"verdict", "success"}}), 1.0);
 }
 
+TEST_F(SessionMeasures, WhatElseLiesThereStaysAsItIs)
+{
+    const std::string order = m_folder.Write("order.xml", "<Document>an order</Document>");
+    TSimpleString problem;
+    for (const std::string& path : {order, m_folder.Path()})
+    {
+        EXPECT_FALSE(signutils::WriteMeasures(path.c_str(), problem)) << path;
+        EXPECT_THAT(problem.SafeGetString(),
+                    AllOf(HasSubstr("the measures cannot be written to "), HasSubstr(" lies there"),
+                          HasSubstr("Name a new file")));
+    }
+    EXPECT_EQ(ReadWholeFile(order), "<Document>an order</Document>");
+}
+
+TEST_F(SessionMeasures, EmptyFileAndOneOfMeasuresAreReplaced)
+{
+    m_folder.Write("orders.prom", "");
+    Written();
+    Check();
+    EXPECT_EQ(Written().Sum(kChecks), 1.0);
+}
+
 /// Without measures of its own.
 class UngatheredMeasures : public SessionTest
 {

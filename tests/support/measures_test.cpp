@@ -1,6 +1,8 @@
 #include "support/measures.h"
+#include "support/measures_place.h"
 #include "support/measures_text.h"
 #include "tests/testing/exposition_reader.h"
+#include "tests/testing/temporary_folder.h"
 
 #include <gmock/gmock.h>
 
@@ -26,6 +28,7 @@ using support::Stopwatch;
 using ::testing::HasSubstr;
 using testing_support::ExpositionReader;
 using testing_support::MetricLabels;
+using testing_support::TemporaryFolder;
 
 /// Sends measures to its own while it lives.
 class Gathering
@@ -266,6 +269,28 @@ TEST(Measures, SumsOfManyThreadsAreExact)
     EXPECT_EQ(read.Sum("signutils_checks_total", Labels("success", "none")), kThreads * kEach);
     EXPECT_EQ(read.Sum("signutils_statement_seconds_count"), kThreads * kEach);
     EXPECT_DOUBLE_EQ(read.Sum("signutils_statement_seconds_sum"), 1e-6 * kThreads * kEach);
+}
+
+TEST(MeasuresPlace, IsFreeWhereNothingOrATextOfMeasuresLies)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(support::ObstacleToMeasures(folder.Path("none.prom")), nullptr);
+    EXPECT_EQ(support::ObstacleToMeasures(folder.Write("empty.prom", "")), nullptr);
+    EXPECT_EQ(support::ObstacleToMeasures(
+                  folder.Write("old.prom", "# HELP signutils_build_info 1, with the version")),
+              nullptr);
+}
+
+TEST(MeasuresPlace, IsTakenByWhateverElseLiesThere)
+{
+    const TemporaryFolder folder;
+    for (const std::string text : {"SQLite format 3", "#", "# HELP node_load1 1m load average."})
+    {
+        EXPECT_STREQ(support::ObstacleToMeasures(folder.Write("file", text)),
+                     "a file lies there that holds no measures");
+    }
+    EXPECT_STREQ(support::ObstacleToMeasures(folder.Path()),
+                 "a link, a folder, a pipe or a device lies there");
 }
 
 struct MalformedText

@@ -94,6 +94,53 @@ TEST_F(BatchMetrics, EmptyNameIsRefused)
     EXPECT_THAT(Rows(), testing::IsEmpty());
 }
 
+// What lies there stays, and no order is judged.
+TEST_F(BatchMetrics, FileThatHoldsSomethingElseIsRefused)
+{
+    const std::string order = Order("A001.xml");
+    const std::string bytes = ReadWholeFile(order);
+    m_folder.Write("letter.txt", "Dear customer");
+    for (const std::string& path : {m_folder.Path("letter.txt"), m_folder.Path()})
+    {
+        const Answer answer = Batch({"--metrics", path});
+
+        EXPECT_EQ(answer.status, 64);
+        EXPECT_THAT(answer.errors, AllOf(HasSubstr("option --metrics: the measures cannot take"),
+                                         HasSubstr(" lies there"), HasSubstr("Name a new file")));
+    }
+    EXPECT_EQ(ReadWholeFile(m_folder.Path("letter.txt")), "Dear customer");
+    EXPECT_EQ(ReadWholeFile(order), bytes);
+    EXPECT_THAT(Rows(), testing::IsEmpty());
+}
+
+TEST_F(BatchMetrics, FileInTheFolderOfTheOrdersIsRefused)
+{
+    Order("A001.xml");
+    fs::create_directory(m_orders.Path("done"));
+    for (const char* const name : {"orders.prom", "done/orders.prom"})
+    {
+        const Answer answer = Batch({"--metrics", m_orders.Path(name)});
+
+        EXPECT_EQ(answer.status, 64);
+        EXPECT_THAT(answer.errors, HasSubstr("lies in the folder whose orders are judged"));
+        EXPECT_FALSE(fs::exists(m_orders.Path(name)));
+    }
+    EXPECT_THAT(Rows(), testing::IsEmpty());
+}
+
+// Its name only begins as the other's.
+TEST_F(BatchMetrics, FileBesideTheFolderOfTheOrdersIsWritten)
+{
+    Order("A001.xml");
+    const fs::path beside = m_orders.Path() + "-measures";
+    fs::create_directory(beside);
+
+    EXPECT_EQ(Batch({"--metrics", (beside / "orders.prom").string()}).status, 0);
+
+    EXPECT_TRUE(fs::exists(beside / "orders.prom"));
+    fs::remove_all(beside);
+}
+
 TEST_F(BatchMetrics, AreNotWrittenUnlessTheyAreAskedFor)
 {
     Order("A001.xml");
