@@ -85,6 +85,7 @@ int RunEvents(const OptionValues& values)
 {
     const Connection connection = ConnectionFrom(values);
     const Conditions conditions = ConditionsFrom(values);
+    RefuseReasonCode(values, kEventTable.name);
     const TextOfEvent text(values);
     listing::Pager pager("events", values, EventShape());
     CDatabase database;

@@ -8,38 +8,12 @@
 #include "host/listing/text_filter.h"
 #include "host/query.h"
 #include "host/query_options.h"
-#include "host/refusal.h"
-#include "host/text.h"
 
 namespace host
 {
 
 namespace
 {
-
-constexpr std::size_t kCodeLength = 4;
-
-// Two letters and two digits, or NARR, as reports have them.
-bool IsReasonCode(const std::string& text)
-{
-    const auto isUpper = [](char letter) { return letter >= 'A' && letter <= 'Z'; };
-    const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
-    return text == "NARR" || (text.size() == kCodeLength && isUpper(text[0]) && isUpper(text[1]) &&
-                              isDigit(text[2]) && isDigit(text[3]));
-}
-
-// A search that can find nothing would be read as an answer.
-void RefuseReasonCode(const OptionValues& values)
-{
-    const OptionValue* const reason = values.Find("reason");
-    if (reason != nullptr && IsReasonCode(reason->text))
-    {
-        throw UsageRefusal(reason->origin + ": " + Quoted(reason->text) +
-                           " is a code, and HST_SIGNRULES keeps the texts alone. Give a part of "
-                           "the text, or ask signcheck reports --reason " +
-                           reason->text + ".");
-    }
-}
 
 Conditions ConditionsFrom(const OptionValues& values)
 {
@@ -64,7 +38,7 @@ int RunHistory(const OptionValues& values)
 {
     const Connection connection = ConnectionFrom(values);
     const Conditions conditions = ConditionsFrom(values);
-    RefuseReasonCode(values);
+    RefuseReasonCode(values, kHistoryTable.name);
     const listing::TextFilter signer(values, "signer");
     const listing::TextFilter reason(values, "reason");
     listing::Pager pager("history", values, HistoryShape());

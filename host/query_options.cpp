@@ -70,6 +70,23 @@ std::optional<std::string> AmountBound(const OptionValues& values, const std::st
     return value->text;
 }
 
+[[noreturn]] void RefuseRange(const OptionValue& from, const OptionValue& to, const char* order)
+{
+    throw UsageRefusal(from.origin + ": " + Quoted(from.text) + " is " + order + " " +
+                       Quoted(to.text) + " of " + to.origin + ", and nothing lies between. " +
+                       "Exchange them.");
+}
+
+// Two letters and two digits, or NARR, as reports have them.
+bool IsReasonCode(const std::string& text)
+{
+    constexpr std::size_t kCodeLength = 4;
+    const auto isUpper = [](char letter) { return letter >= 'A' && letter <= 'Z'; };
+    const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
+    return text == "NARR" || (text.size() == kCodeLength && isUpper(text[0]) && isUpper(text[1]) &&
+                              isDigit(text[2]) && isDigit(text[3]));
+}
+
 } // namespace
 
 void FilterBy(const OptionValues& values, const std::string& option, const std::string& column,
@@ -84,11 +101,12 @@ void FilterBy(const OptionValues& values, const std::string& option, const std::
 
 void FilterByTime(const OptionValues& values, const std::string& column, Conditions& conditions)
 {
-    if (const auto since = SinceTime(values); since)
+    const auto [since, until] = TimesFrom(values);
+    if (since)
     {
         conditions.AtLeast(column, *since);
     }
-    if (const auto until = UntilTime(values); until)
+    if (until)
     {
         conditions.AtMost(column, *until);
     }
@@ -96,34 +114,49 @@ void FilterByTime(const OptionValues& values, const std::string& column, Conditi
 
 void FilterByAmount(const OptionValues& values, const std::string& column, Conditions& conditions)
 {
-    if (const auto least = LeastAmount(values); least)
+    const auto [least, largest] = AmountsFrom(values);
+    if (least)
     {
         conditions.AtLeastDecimal(column, *least);
     }
-    if (const auto largest = LargestAmount(values); largest)
+    if (largest)
     {
         conditions.AtMostDecimal(column, *largest);
     }
 }
 
-std::optional<std::string> LeastAmount(const OptionValues& values)
+Range AmountsFrom(const OptionValues& values)
 {
-    return AmountBound(values, "amount-from");
+    Range range = {AmountBound(values, "amount-from"), AmountBound(values, "amount-to")};
+    if (range.from && range.to && IsSmallerDecimal(*range.to, *range.from))
+    {
+        RefuseRange(*values.Find("amount-from"), *values.Find("amount-to"), "above");
+    }
+    return range;
 }
 
-std::optional<std::string> LargestAmount(const OptionValues& values)
+Range TimesFrom(const OptionValues& values)
 {
-    return AmountBound(values, "amount-to");
+    Range range = {Bound(values, "since", &TimeShape::firstMoment),
+                   Bound(values, "until", &TimeShape::lastMoment)};
+    if (range.from && range.to && *range.from > *range.to)
+    {
+        RefuseRange(*values.Find("since"), *values.Find("until"), "after");
+    }
+    return range;
 }
 
-std::optional<std::string> SinceTime(const OptionValues& values)
+void RefuseReasonCode(const OptionValues& values, const std::string& table)
 {
-    return Bound(values, "since", &TimeShape::firstMoment);
-}
-
-std::optional<std::string> UntilTime(const OptionValues& values)
-{
-    return Bound(values, "until", &TimeShape::lastMoment);
+    const OptionValue* const reason = values.Find("reason");
+    if (reason != nullptr && IsReasonCode(reason->text))
+    {
+        throw UsageRefusal(reason->origin + ": " + Quoted(reason->text) + " is a code, and " +
+                           table +
+                           " keeps the texts alone. Give a part of the text, or ask signcheck "
+                           "reports --reason " +
+                           reason->text + ".");
+    }
 }
 
 std::size_t LimitFrom(const OptionValues& values)

@@ -21,15 +21,25 @@ void FilterByTime(const OptionValues& values, const std::string& column, Conditi
 /// Adds --amount-from and --amount-to on a column of amounts. Both belong to the range.
 void FilterByAmount(const OptionValues& values, const std::string& column, Conditions& conditions);
 
-/// The bounds themselves, plain decimals. Raise UsageRefusal for what is none.
-std::optional<std::string> LeastAmount(const OptionValues& values);
-std::optional<std::string> LargestAmount(const OptionValues& values);
+/// Both ends of a range, where they are given.
+struct Range
+{
+    std::optional<std::string> from;
+    std::optional<std::string> to;
+};
 
-/// The bounds of --since and --until as database time stamps ("2026-03-29 00:00:00"); the later
-/// bound covers the whole day, minute or second that it names. Raise UsageRefusal for what is no
-/// time.
-std::optional<std::string> SinceTime(const OptionValues& values);
-std::optional<std::string> UntilTime(const OptionValues& values);
+/// --amount-from and --amount-to as plain decimals. Raises UsageRefusal for what is none, and for
+/// a range that holds nothing.
+Range AmountsFrom(const OptionValues& values);
+
+/// --since and --until as database time stamps ("2026-03-29 00:00:00"); the later end covers the
+/// whole day, minute or second that it names. Raises UsageRefusal for what is no time, and for a
+/// range that holds nothing.
+Range TimesFrom(const OptionValues& values);
+
+/// Refuses a reason code for --reason: a table of texts would find nothing, and that would be read
+/// as an answer. Raises UsageRefusal.
+void RefuseReasonCode(const OptionValues& values, const std::string& table);
 
 /// --limit, 50 when not given, at least 1.
 std::size_t LimitFrom(const OptionValues& values);

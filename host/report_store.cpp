@@ -1,13 +1,17 @@
 #include "host/report_store.h"
 
+#include "host/output.h"
 #include "host/refusal.h"
 #include "host/text.h"
 #include "port/files.h"
+#include "port/kernel.h"
+#include "port/plain_file.h"
 #include "support/codepage.h"
 #include "support/numbers.h"
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace host
 {
@@ -16,7 +20,7 @@ namespace
 {
 
 constexpr const char* kEnding = ".psr";
-constexpr std::int64_t kLargestReport = std::int64_t{1024} * 1024;
+constexpr std::size_t kLargestReport = std::size_t{1024} * 1024;
 
 struct ReportElement
 {
@@ -74,27 +78,6 @@ std::optional<long long> FileIdOf(const std::string& name)
     return digits == std::to_string(fileId) ? std::optional(fileId) : std::nullopt;
 }
 
-std::string ReadDocument(const std::string& path)
-{
-    port::File file;
-    if (!file.Open(path.c_str(), port::OpenMode::Read))
-    {
-        return {};
-    }
-    std::string bytes;
-    char block[4096];
-    while (static_cast<std::int64_t>(bytes.size()) < kLargestReport)
-    {
-        const std::int64_t count = file.Read(block, sizeof block);
-        if (count <= 0)
-        {
-            break;
-        }
-        bytes.append(block, static_cast<std::size_t>(count));
-    }
-    return bytes;
-}
-
 } // namespace
 
 void ReadReportDocument(StoredReport& report)
@@ -129,8 +112,10 @@ ReportStore::ReportStore(const std::string& folder)
         }
     }
     std::sort(m_places.begin(), m_places.end(),
-              [](const FilePlace& left, const FilePlace& right)
-              { return left.fileId > right.fileId; });
+              [](const FilePlace& left, const FilePlace& right) {
+                  return left.fileId != right.fileId ? left.fileId > right.fileId
+                                                     : left.folder < right.folder;
+              });
 }
 
 void ReportStore::AddFolder(const Folder& folder)
@@ -158,10 +143,42 @@ StoredReport ReportStore::Place(std::size_t index) const
     return report;
 }
 
-void ReportStore::Read(StoredReport& report)
+bool ReportStore::Read(StoredReport& report)
 {
-    report.document = ReadDocument(support::NarrowFromWide(support::WideFromUtf8(report.path)));
+    ReportFile file = ReadReportFile(support::NarrowFromWide(support::WideFromUtf8(report.path)));
+    if (!file.fault.empty())
+    {
+        Warn("the report " + Quoted(report.path) + " is left out: " + file.fault + ".");
+    }
+    if (!file.bytes)
+    {
+        return false;
+    }
+    report.document = std::move(*file.bytes);
     ReadReportDocument(report);
+    return true;
+}
+
+ReportFile ReadReportFile(const std::string& path)
+{
+    std::string bytes;
+    switch (port::ReadPlainFile(path.c_str(), kLargestReport + 1, bytes))
+    {
+    case port::PlainFile::Missing:
+        return {};
+    case port::PlainFile::Other:
+        return {std::nullopt, "it is a link, a folder, a pipe or a device"};
+    case port::PlainFile::Failed:
+        return {std::nullopt, "it cannot be read (error " + std::to_string(GetLastError()) +
+                                  "); check its rights and the disk"};
+    case port::PlainFile::Read:
+        break;
+    }
+    if (bytes.size() > kLargestReport)
+    {
+        return {std::nullopt, "it is larger than 1 MiB, which no report is"};
+    }
+    return {std::move(bytes), {}};
 }
 
 } // namespace host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,8 +39,9 @@ public:
 
     /// Path, service, partner and identifier, without opening the file.
     StoredReport Place(std::size_t index) const;
-    /// Adds what the file says of itself; nothing when it has gone meanwhile.
-    static void Read(StoredReport& report);
+    /// Adds what the file says of itself. False when it has gone meanwhile, and when it cannot be
+    /// read, which a warning tells with its cause.
+    [[nodiscard]] static bool Read(StoredReport& report);
 
 private:
     struct Folder
@@ -59,6 +61,17 @@ private:
     std::vector<Folder> m_folders;
     std::vector<FilePlace> m_places;
 };
+
+/// What lies at the path of a report. Others may put files there, so that no link is followed and
+/// nothing is waited for.
+struct ReportFile
+{
+    std::optional<std::string> bytes;
+    std::string fault; ///< why there are none; empty as well when nothing lies there
+};
+
+/// `path` is Windows-1252.
+ReportFile ReadReportFile(const std::string& path);
 
 /// Fills what the document says of itself. The writer escapes nothing, so an element's value is
 /// what stands between its tags, as it is.

@@ -5,7 +5,9 @@
 #include "host/listing/pager.h"
 #include "host/listing/text_filter.h"
 #include "host/query_options.h"
+#include "host/refusal.h"
 #include "host/report_store.h"
+#include "host/statusreport/form.h"
 #include "host/text.h"
 #include "support/codepage.h"
 
@@ -71,44 +73,57 @@ bool FitsAll(const EqualFilter (&filters)[count], const OptionValues& values,
                        });
 }
 
+// A search that can find nothing would be read as an answer.
+void RefuseUnknownStatus(const OptionValues& values)
+{
+    const OptionValue* const status = values.Find("status");
+    const std::string fault =
+        status == nullptr ? std::string()
+                          : statusreport::FaultOf(statusreport::TextForm::Status, status->text);
+    if (!fault.empty())
+    {
+        throw UsageRefusal(status->origin + ": " + fault + ".");
+    }
+}
+
 /// What is asked of the document.
 class Wanted
 {
 public:
     explicit Wanted(const OptionValues& values)
         : m_values(values), m_signer(values, "signer"), m_reason(values, "reason"),
-          m_since(SinceTime(values)), m_until(UntilTime(values)), m_least(LeastAmount(values)),
-          m_largest(LargestAmount(values))
+          m_times(TimesFrom(values)), m_amounts(AmountsFrom(values))
     {
+        RefuseUnknownStatus(values);
     }
 
     bool Fits(const StoredReport& report) const
     {
         const bool hasReason = m_reason.Fits(report.reasonCode) || m_reason.Fits(report.reasonText);
         return FitsAll(kDocumentFilters, m_values, report) && hasReason &&
-               m_signer.Fits(report.reasonText) && (!m_since || report.created >= *m_since) &&
-               (!m_until || report.created <= *m_until) && IsWithin(report.total);
+               m_signer.Fits(report.reasonText) &&
+               (!m_times.from || report.created >= *m_times.from) &&
+               (!m_times.to || report.created <= *m_times.to) && IsWithin(report.total);
     }
 
 private:
     // A report that tells no amount is in no range.
     bool IsWithin(const std::string& total) const
     {
-        if (!m_least && !m_largest)
+        const auto& [least, largest] = m_amounts;
+        if (!least && !largest)
         {
             return true;
         }
-        return IsDecimal(total) && (!m_least || !IsSmallerDecimal(total, *m_least)) &&
-               (!m_largest || !IsSmallerDecimal(*m_largest, total));
+        return IsDecimal(total) && (!least || !IsSmallerDecimal(total, *least)) &&
+               (!largest || !IsSmallerDecimal(*largest, total));
     }
 
     const OptionValues& m_values;
     listing::TextFilter m_signer;
     listing::TextFilter m_reason;
-    std::optional<std::string> m_since;
-    std::optional<std::string> m_until;
-    std::optional<std::string> m_least;
-    std::optional<std::string> m_largest;
+    Range m_times;
+    Range m_amounts;
 };
 
 // The document line by line, so that its own line ends stay but nothing else acts on a terminal.
@@ -183,8 +198,7 @@ int RunReports(const OptionValues& values)
                 {
                     continue;
                 }
-                ReportStore::Read(report);
-                if (wanted.Fits(report) &&
+                if (ReportStore::Read(report) && wanted.Fits(report) &&
                     !page.Take(report.fileId, RecordOf(report, withDocument)))
                 {
                     return;

@@ -66,7 +66,8 @@ Pager::Pager(std::string command, const host::OptionValues& values, const Shape&
 
 bool Pager::Take(std::int64_t number, const Record& record)
 {
-    m_hasMore = m_taken == m_limit;
+    // What begins below the last number would pass over another row of the same.
+    m_hasMore = m_taken >= m_limit && number != m_last;
     if (m_hasMore)
     {
         return false;

@@ -25,7 +25,8 @@ public:
     /// The number below which rows are wanted; none: from the newest on.
     std::optional<std::int64_t> Below() const noexcept { return m_below; }
 
-    /// Prints a row that fits; false, and the row is of the next page, when this one is full.
+    /// Prints a row that fits; false, and the row is of the next page, when this one is full. Rows
+    /// of one number stand on one page, however many they are.
     bool Take(std::int64_t number, const Record& record);
 
     /// Prints what `feed` takes; returns the exit status. A Refusal within printed rows is told

@@ -43,6 +43,13 @@ void ReadBlocks(const std::string& path, const std::function<void(std::string_vi
     }
 }
 
+std::string DigestOf(const std::string& path)
+{
+    services::Sha256 sum;
+    ReadBlocks(path, [&sum](std::string_view block) { sum.Add(block); });
+    return sum.Hex();
+}
+
 } // namespace
 
 ArchiveWriter::ArchiveWriter(std::string folder, std::string name)
@@ -126,20 +133,6 @@ std::string ReadLines(const std::string& path, const std::function<void(const st
                    line += block;
                });
     return sum.Hex();
-}
-
-std::string DigestOf(const std::string& path)
-{
-    services::Sha256 sum;
-    ReadBlocks(path, [&sum](std::string_view block) { sum.Add(block); });
-    return sum.Hex();
-}
-
-ArchivedFile CopyFile(const std::string& from, const std::string& folder, const std::string& name)
-{
-    ArchiveWriter writer(folder, name);
-    ReadBlocks(from, [&writer](std::string_view block) { writer.Add(block); });
-    return writer.Finish();
 }
 
 void Verify(const std::string& folder, const ArchivedFile& entry)

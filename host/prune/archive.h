@@ -49,13 +49,6 @@ private:
 /// Refusal with kCouldNotRun when the file cannot be read.
 std::string ReadLines(const std::string& path, const std::function<void(const std::string&)>& take);
 
-/// The digest of a file. Raises Refusal with kCouldNotRun when it cannot be read.
-std::string DigestOf(const std::string& path);
-
-/// Copies a file, so that it appears whole or not at all, and tells its size and digest. Raises
-/// Refusal with kCouldNotRun.
-ArchivedFile CopyFile(const std::string& from, const std::string& folder, const std::string& name);
-
 /// Reads a file of the archive again. Raises Refusal when it is not what was written.
 void Verify(const std::string& folder, const ArchivedFile& entry);
 

@@ -4,6 +4,8 @@
 #include "host/refusal.h"
 #include "host/report_store.h"
 #include "host/text.h"
+#include "port/kernel.h"
+#include "services/sha256.h"
 #include "support/codepage.h"
 
 #include <nlohmann/json.hpp>
@@ -101,8 +103,7 @@ void OldReports::ForEach(const std::function<void(const host::StoredReport&)>& t
     for (std::size_t index = 0; index < store.Count(); ++index)
     {
         host::StoredReport report = store.Place(index);
-        host::ReportStore::Read(report);
-        if (IsFromBefore(report, m_day))
+        if (host::ReportStore::Read(report) && IsFromBefore(report, m_day))
         {
             take(report);
         }
@@ -117,8 +118,10 @@ ArchivedFile OldReports::Export(const std::string& folder) const
         {
             const std::string within = port::JoinPath(
                 port::JoinPath(kFolder, Narrow(report.service)), Narrow(report.partner));
-            const ArchivedFile file = CopyFile(Narrow(report.path), FolderFor(folder, within),
-                                               std::to_string(report.fileId) + ".psr");
+            // What was read, and not what lies there by now.
+            ArchiveWriter copy(FolderFor(folder, within), std::to_string(report.fileId) + ".psr");
+            copy.Add(report.document);
+            const ArchivedFile file = copy.Finish();
             list.AddRow(LineOf(report, within, file));
         });
     return list.Finish();
@@ -133,11 +136,12 @@ std::uint64_t OldReports::Remove(const std::string& folder)
                   const Copied copied = ReadCopied(line);
                   const std::string& path = copied.original;
                   const std::string shown = host::Quoted(support::Utf8FromNarrow(path));
-                  if (!port::FileExists(path.c_str()))
+                  const host::ReportFile now = host::ReadReportFile(path);
+                  if (!now.bytes && now.fault.empty())
                   {
                       return;
                   }
-                  if (DigestOf(path) != copied.file.sha256)
+                  if (!now.bytes || services::Sha256Hex(*now.bytes) != copied.file.sha256)
                   {
                       throw host::Refusal(host::kCouldNotRun,
                                           "the report " + shown +

@@ -14,11 +14,13 @@
 #include "host/prune/spool_lines.h"
 #include "host/prune/table_removal.h"
 #include "host/question.h"
+#include "host/real_place.h"
 #include "host/refusal.h"
 #include "host/rulebook/iso_date.h"
 #include "host/schema_version.h"
 #include "host/sentence.h"
 #include "host/text.h"
+#include "port/files.h"
 #include "support/codepage.h"
 
 #include <nlohmann/json.hpp>
@@ -107,7 +109,7 @@ public:
         if (!isDryRun)
         {
             host::RequireAnswer(m_values, "Look at what would be removed with --dry-run");
-            path = host::NarrowText(host::Required(m_values, "export", "--export FOLDER"));
+            path = PathOfArchive();
         }
         host::OpenDatabase(m_database, m_connection, false);
         // A newer schema is refused; an older one has the same two tables.
@@ -118,6 +120,28 @@ public:
     }
 
 private:
+    // What is mistyped must not become a row of new folders, and the services that fetch reports
+    // take whatever lies in the store.
+    std::string PathOfArchive() const
+    {
+        const host::OptionValue& given = host::Required(m_values, "export", "--export FOLDER");
+        const std::string path = host::NarrowText(given);
+        const std::string above = host::FolderAbove(path);
+        if (!port::FolderExists(path.c_str()) && !port::FolderExists(above.c_str()))
+        {
+            throw host::UsageRefusal(given.origin + ": there is no folder " +
+                                     host::Quoted(support::Utf8FromNarrow(above)) +
+                                     " to make the archive in. Make it, or check the spelling.");
+        }
+        if (host::LiesWithin(given.text, support::Utf8FromNarrow(m_store)))
+        {
+            throw host::UsageRefusal(
+                given.origin + ": " + host::Quoted(given.text) + " lies in the hand-off store " +
+                host::Quoted(support::Utf8FromNarrow(m_store)) + ". Name a folder outside of it.");
+        }
+        return path;
+    }
+
     int TellOnly()
     {
         const Counts counts = {CountBefore(HistoryTable(), m_database, m_connection, m_day),

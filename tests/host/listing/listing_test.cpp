@@ -167,6 +167,40 @@ TEST_F(Listing, AReasonCodeIsSentToTheReportsThatKeepIt)
                                      HasSubstr("signcheck reports --reason AM02")));
 }
 
+TEST_F(Listing, AReasonCodeIsNotLookedForInEventsEither)
+{
+    const Answer answer = Ask({"events", "--reason", "AM02"});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("'AM02' is a code, and EVT_JOURNAL keeps"),
+                                     HasSubstr("signcheck reports --reason AM02")));
+}
+
+TEST_F(Listing, RangesThatHoldNothingAreRefused)
+{
+    for (const std::string command : {"history", "events", "reports"})
+    {
+        const Answer answer = Ask({command, "--since", "2026-03-30", "--until", "2026-03-29"});
+        EXPECT_EQ(answer.status, 64) << command;
+        EXPECT_THAT(answer.errors, HasSubstr("option --since: '2026-03-30' is after"));
+    }
+    for (const std::string command : {"history", "reports"})
+    {
+        const Answer answer = Ask({command, "--amount-from", "2", "--amount-to", "1"});
+        EXPECT_EQ(answer.status, 64) << command;
+        EXPECT_THAT(answer.errors, HasSubstr("option --amount-from: '2' is above"));
+    }
+}
+
+TEST_F(Listing, AStatusThatNoReportHasIsRefused)
+{
+    const Answer answer = Ask({"reports", "--status", "FOO"});
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors,
+                AllOf(HasSubstr("option --status: 'FOO' is no status"), HasSubstr("RJCT")));
+}
+
 TEST_F(Listing, AnEmptySearchIsRefused)
 {
     const Answer answer = Ask({"history", "--signer", ""});
@@ -272,6 +306,37 @@ TEST_F(Listing, EventsAndReportsHavePagesToo)
     EXPECT_EQ(reports["next"].get<std::string>(),
               "signcheck reports --limit 1 --json --below " + before);
     EXPECT_THAT(Orders({"reports", "--below", before}), ElementsAre("A002"));
+}
+
+// Each service counts its reports for itself.
+TEST_F(Listing, ReportsOfOneNumberStandOnOnePage)
+{
+    const auto newest = Ask({"reports", "--limit", "1", "--json"}).Json()["reports"][0];
+    const std::string number = std::to_string(newest["fileId"].get<long long>());
+    std::filesystem::create_directories(m_folder.Path("handoff") + "/OTHER/DUPONTSA");
+    m_folder.Write("handoff/OTHER/DUPONTSA/" + number + ".psr", ReadWholeFile(newest["path"]));
+
+    const auto page = Ask({"reports", "--limit", "1", "--json"}).Json();
+
+    ASSERT_EQ(page["reports"].size(), 2U);
+    EXPECT_EQ(page["reports"][0]["service"], "OTHER");
+    EXPECT_EQ(page["reports"][1]["service"], "STATUS");
+    EXPECT_THAT(Orders({"reports", "--below", number}), ElementsAre("A002"));
+}
+
+// A folder lies there under the name of a report, so that it cannot be read anywhere.
+TEST_F(Listing, ReportsThatCannotBeReadAreToldWithTheirCause)
+{
+    std::filesystem::create_directories(m_folder.Path("handoff") + "/STATUS/DUPONTSA/901.psr");
+    m_folder.Write("handoff/STATUS/DUPONTSA/902.psr", std::string(1024 * 1024 + 1, 'x'));
+
+    const Answer answer = Ask({"reports", "--json"});
+
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_EQ(answer.Json()["reports"].size(), 2U);
+    EXPECT_THAT(answer.errors,
+                AllOf(HasSubstr("901.psr' is left out: it is a link, a folder, a pipe or a device"),
+                      HasSubstr("902.psr' is left out: it is larger than 1 MiB")));
 }
 
 TEST_F(Listing, EveryRowIsShownWhereAllAreAskedFor)

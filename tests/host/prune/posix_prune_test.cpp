@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace testing_support
 {
@@ -57,6 +58,34 @@ TEST_F(PosixPrune, NothingIsMadeThroughALinkInTheArchivesFolder)
     EXPECT_THAT(answer.errors, HasSubstr("prune.lock"));
     EXPECT_FALSE(fs::exists(m_folder.Path("made")));
     EXPECT_EQ(m_database.Query(L"SELECT ROWNO FROM HST_SIGNRULES").size(), 1U);
+}
+
+// What others put into the store is neither read nor waited for, and stays where it is.
+TEST_F(PosixPrune, NoReportIsReadThroughALinkOrFromAPipe)
+{
+    const std::string store = m_folder.Path("handoff") + "/STATUS/DUPONTSA";
+    fs::create_directories(store);
+    const std::string secret =
+        m_folder.Write("secret", "<CreDtTm>2025-12-31T23:59:59</CreDtTm><Cd>SECRET</Cd>");
+    fs::create_symlink(secret, store + "/31.psr");
+    ASSERT_EQ(mkfifo((store + "/32.psr").c_str(), 0600), 0);
+
+    const Answer listed = RunSigncheck({"reports", "--text"});
+    const Answer counted =
+        RunSigncheck({"prune", "--db", Db(), "--before", "2026-01-01", "--dry-run"});
+    const Answer pruned = Run();
+
+    EXPECT_EQ(listed.status, 0) << listed.errors;
+    EXPECT_EQ(listed.output.find("SECRET"), std::string::npos);
+    EXPECT_THAT(counted.output, HasSubstr("0 status reports"));
+    EXPECT_EQ(pruned.status, 0) << pruned.errors;
+    for (const Answer* const answer : {&listed, &counted, &pruned})
+    {
+        EXPECT_THAT(answer->errors, HasSubstr("31.psr' is left out: it is a link"));
+        EXPECT_THAT(answer->errors, HasSubstr("32.psr' is left out: it is a link"));
+    }
+    EXPECT_TRUE(fs::is_symlink(store + "/31.psr"));
+    EXPECT_FALSE(fs::exists(m_archive + "/reports"));
 }
 
 } // namespace

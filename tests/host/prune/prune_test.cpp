@@ -274,6 +274,34 @@ TEST_F(Prune, AFolderWithAnythingElseIsRefused)
     EXPECT_EQ(OrdersLeft().size(), 3U);
 }
 
+TEST_F(Prune, AnArchiveWhoseFolderIsMissingIsRefused)
+{
+    m_archive = m_folder.Path("none") + "/archive";
+
+    const Answer answer = Run();
+
+    EXPECT_EQ(answer.status, 64);
+    EXPECT_THAT(answer.errors, AllOf(HasSubstr("option --export: there is no folder '"),
+                                     HasSubstr("Make it, or check the spelling")));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("none")));
+    EXPECT_EQ(OrdersLeft().size(), 3U);
+}
+
+TEST_F(Prune, AnArchiveInTheHandOffStoreIsRefused)
+{
+    for (const char* const within : {"", "/archive", "/STATUS/archive/"})
+    {
+        m_archive = m_folder.Path("handoff") + within;
+
+        const Answer answer = Run();
+
+        EXPECT_EQ(answer.status, 64) << within;
+        EXPECT_THAT(answer.errors, HasSubstr("lies in the hand-off store"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("handoff") + "/archive"));
+    EXPECT_EQ(OrdersLeft().size(), 3U);
+}
+
 TEST_F(Prune, AnArchiveThatIsDoneIsNotWrittenAgain)
 {
     Run();
