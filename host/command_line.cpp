@@ -1,5 +1,6 @@
 #include "host/command_line.h"
 
+#include "host/exit_status_table.h"
 #include "host/refusal.h"
 #include "host/suggestion.h"
 #include "host/text.h"
@@ -20,11 +21,8 @@ namespace
 
 constexpr const char* kSummary =
     "Judges the signatures of order files against the signature rules of their contracts.";
-constexpr const char* kExitStatuses =
-    "Exit status of check: 0 success, 1 refused, 2 no rule for the signers, 3 could not be run,\n"
-    "4 success on amounts that could not be worked out, 64 wrong usage.\n"
-    "simulate ends as check does. Other commands: 0 done, 1 refused, findings, errors found in\n"
-    "the order file, or nobody left who can complete it, 3 could not be run, 64 wrong usage.";
+// What a newcomer does first, in this order.
+constexpr const char* kFirstCommands[] = {"init", "doctor", "check", "history"};
 
 std::string AllCommands()
 {
@@ -36,12 +34,55 @@ std::string AllCommands()
     return names;
 }
 
+std::string ExampleText(const Example& example)
+{
+    return std::string("\n  ") + example.purpose + ":\n    " + example.line;
+}
+
 std::string ExamplesText(const CommandSpec& spec)
 {
     std::string text = "Examples:";
     for (const Example& example : spec.examples)
     {
-        text += std::string("\n  ") + example.purpose + ":\n    " + example.line;
+        text += ExampleText(example);
+    }
+    return text;
+}
+
+// The first example of each command of a group.
+std::string GroupExamplesText(const std::string& word)
+{
+    std::string text = "Examples:";
+    for (const CommandSpec& spec : Commands())
+    {
+        if (std::string(spec.name).starts_with(word + " "))
+        {
+            text += ExampleText(spec.examples.front());
+        }
+    }
+    return text;
+}
+
+std::string StatusesText(const std::vector<Ending>& endings)
+{
+    constexpr std::size_t kWidth = 4;
+    std::string text = "Exit status:\n";
+    for (const Ending& ending : endings)
+    {
+        std::string number = std::to_string(ending.status);
+        number.resize(kWidth, ' ');
+        text += "  " + number + ending.meaning + "\n";
+    }
+    return text + "\n";
+}
+
+// Of all commands: how they end, and how to begin.
+std::string CommonText()
+{
+    std::string text = StatusesText(EveryEnding()) + "Examples:";
+    for (const char* const name : kFirstCommands)
+    {
+        text += ExampleText(FindCommand(name)->examples.front());
     }
     return text;
 }
@@ -70,7 +111,7 @@ class Parser
 public:
     Parser() : m_app(kSummary, "signcheck")
     {
-        m_app.footer(kExitStatuses);
+        m_app.footer(CommonText());
         m_app.require_subcommand(0, 1);
         m_app.allow_extras();
         m_app.allow_windows_style_options(false);
@@ -126,7 +167,7 @@ private:
         {
             parsed.app->group(spec.family);
         }
-        parsed.app->footer(ExamplesText(spec));
+        parsed.app->footer(StatusesText(EndingsOf(spec)) + ExamplesText(spec));
         for (const OptionSpec& option : spec.options)
         {
             parsed.options.emplace_back(&option, AddOption(*parsed.app, option));
@@ -149,6 +190,7 @@ private:
         {
             group = AddWord(m_app, word, FindGroup(word)->summary);
             group->group(family);
+            group->footer(GroupExamplesText(word));
             group->require_subcommand(0, 1);
         }
         return *group;

@@ -103,6 +103,8 @@ int Run(const std::vector<std::string>& arguments)
 int main(int count, char** values)
 {
     port::KeepMemoryPrivate();
+    port::KeepNewFilesPrivate();
+    port::FailBeyondFileLimit();
     port::UseUtf8Output();
     const int status = Run(port::Utf8Arguments(count, values));
     if (!host::FlushOutput())

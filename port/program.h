@@ -25,6 +25,14 @@ SIGNUTILS_PORT_API std::vector<std::string> Utf8EnvironmentNames();
 /// Lets bytes pass through standard output and error as they are, UTF-8 on a console too.
 SIGNUTILS_PORT_API void UseUtf8Output();
 
+/// Lets a write beyond the limit for the size of files fail as on a full disk, where the system
+/// would end the process without a word.
+SIGNUTILS_PORT_API void FailBeyondFileLimit();
+
+/// From now on a file that is made without rights of its own, as a database driver makes one, is
+/// its owner's alone. On Windows the folder says who may read it.
+SIGNUTILS_PORT_API void KeepNewFilesPrivate();
+
 /// Whether standard input is a terminal, at which somebody can be asked.
 SIGNUTILS_PORT_API bool InputIsTerminal();
 /// Whether standard error is a terminal that a line can be drawn anew on.

@@ -28,7 +28,8 @@ std::vector<OptionSpec> CheckOptions()
         kSigners,
         {"format", OptionKind::Text, "F",
          "work the amounts out of the file, which has this format: auto, ISO20022/pain.001, "
-         "ISO20022/pain.008, CFONB/160, CFONB/320 or SWIFT/MT101"},
+         "ISO20022/pain.008, CFONB/160, CFONB/320 or SWIFT/MT101",
+         false, kOrderFormatChoices},
         {"total", OptionKind::Amount, "X",
          "without --format: total amount of the file, such as 1500.00"},
         kLargest,

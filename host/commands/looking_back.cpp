@@ -27,8 +27,9 @@ constexpr OptionSpec kSignerFilter = {"signer", OptionKind::Text, "NAME",
                                       "with this part of a signer's name only, in whatever case"};
 constexpr OptionSpec kReasonFilter = {"reason", OptionKind::Text, "TEXT",
                                       "with this part of the reason only, in whatever case"};
-constexpr OptionSpec kVerdictFilter = {"verdict", OptionKind::Text, "V",
-                                       "success, refused or no-rule only (or 1, 2, 0)"};
+constexpr OptionSpec kVerdictFilter = {"verdict", OptionKind::Text,
+                                       "V",       "success, refused or no-rule only (or 1, 2, 0)",
+                                       false,     "success|refused|no-rule"};
 constexpr OptionSpec kAmountFrom = {"amount-from", OptionKind::Amount, "X",
                                     "with a total of at least X only, such as 1500.00"};
 constexpr OptionSpec kAmountTo = {"amount-to", OptionKind::Amount, "Y",
@@ -108,7 +109,8 @@ CommandFamily LookingBackCommands()
               kSignerFilter,
               kVerdictFilter,
               kReasonFilter,
-              {"level", OptionKind::Text, "L", "information, error or refusal only (or 0, 1, 2)"},
+              {"level", OptionKind::Text, "L", "information, error or refusal only (or 0, 1, 2)",
+               false, "information|error|refusal"},
               {"request", OptionKind::Text, "REF", "of this request only"},
               kSince,
               kUntil,
@@ -128,7 +130,8 @@ CommandFamily LookingBackCommands()
               kServiceFilter,
               kOrderFilter,
               kSignerFilter,
-              {"status", OptionKind::Text, "S", "of this status only, such as RJCT"},
+              {"status", OptionKind::Text, "S", "of this status only, such as RJCT", false,
+               "ACTC|RCVD|PART|RJCT|PDNG|ACCP|ACSP|ACSC|ACCR|ACWC"},
               kAmountFrom,
               kAmountTo,
               {"reason", OptionKind::Text, "R",

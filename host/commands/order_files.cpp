@@ -13,9 +13,13 @@ namespace
 
 constexpr OptionSpec kOrderFile = {"file", OptionKind::Text, "FILE", "the order file to read",
                                    true};
-constexpr OptionSpec kFormat = {"format", OptionKind::Text, "F",
+constexpr OptionSpec kFormat = {"format",
+                                OptionKind::Text,
+                                "F",
                                 "ISO20022/pain.001, ISO20022/pain.008, CFONB/160, CFONB/320 or "
-                                "SWIFT/MT101; auto, as when not given: recognised from the file"};
+                                "SWIFT/MT101; auto, as when not given: recognised from the file",
+                                false,
+                                kOrderFormatChoices};
 
 } // namespace
 

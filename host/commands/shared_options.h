@@ -28,6 +28,9 @@ inline constexpr OptionSpec kAnswerFormat = {
 /// Where --format is the format of the order file.
 inline constexpr OptionSpec kOrderAnswerFormat = {
     kOutputFormatOption, OptionKind::Text, "F", kAnswerFormat.help, false, kAnswerFormat.choices};
+/// Of --format where it is the format of the order file.
+inline constexpr const char* kOrderFormatChoices =
+    "auto|ISO20022/pain.001|ISO20022/pain.008|CFONB/160|CFONB/320|SWIFT/MT101";
 inline constexpr OptionSpec kYes = {"yes", OptionKind::Flag, "",
                                     "do not ask; needed where standard input is no terminal"};
 

@@ -54,6 +54,8 @@ std::string FirstWordsOffered()
 {
     const std::vector<FirstWord> words = FirstWords();
     std::string text = "    if (( CURRENT == 2 )); then\n        " + Described(words) +
+                       "\n        words_here+=( '--help:list the commands' "
+                       "'--version:show the version' )"
                        "\n        _describe command words_here\n        return\n    fi\n"
                        "    case $command in\n";
     for (const FirstWord& word : words)

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <limits>
 #include <string_view>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace port
@@ -48,6 +49,17 @@ std::vector<std::string> Utf8EnvironmentNames()
 }
 
 void UseUtf8Output() {}
+
+void FailBeyondFileLimit()
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void KeepNewFilesPrivate()
+{
+    constexpr mode_t kOthers = 077;
+    umask(kOthers);
+}
 
 bool InputIsTerminal()
 {

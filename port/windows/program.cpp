@@ -88,6 +88,10 @@ void UseUtf8Output()
     SetConsoleOutputCP(CP_UTF8);
 }
 
+void FailBeyondFileLimit() {}
+
+void KeepNewFilesPrivate() {}
+
 bool InputIsTerminal()
 {
     // The null device is a device of characters, too, but has no mode of a console.

@@ -1,8 +1,15 @@
 // Commands of two words: their group, its help and their tables in a settings file.
 
+#include "host/command_table.h"
+#include "host/exit_status_table.h"
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
+
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
 
 namespace testing_support
 {
@@ -42,6 +49,55 @@ TEST_F(CommandGroup, TheHelpOfACommandEndsWithExamples)
                 AllOf(HasSubstr("--contract"),
                       HasSubstr("Examples:\n  The whole bank:\n    signcheck rules export"),
                       HasSubstr("signcheck rules export --contract C-1001\n")));
+}
+
+// Those of the commands' own help, which are run.
+TEST_F(CommandGroup, TheHelpOfSigncheckAndOfAGroupHasExamplesToo)
+{
+    std::set<std::string> lines;
+    for (const host::CommandSpec& command : host::Commands())
+    {
+        for (const host::Example& example : command.examples)
+        {
+            lines.insert(example.line);
+        }
+    }
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"--help"}, {"rules", "--help"}, {"report", "--help"}})
+    {
+        std::istringstream help(RunSigncheck(arguments).output);
+        std::size_t examples = 0;
+        for (std::string line; std::getline(help, line);)
+        {
+            if (line.starts_with("    signcheck "))
+            {
+                EXPECT_TRUE(lines.contains(line.substr(4))) << line;
+                ++examples;
+            }
+        }
+        EXPECT_GE(examples, 1U) << arguments.front();
+    }
+}
+
+std::string StatusLine(const host::Ending& ending)
+{
+    std::string number = std::to_string(ending.status);
+    number.resize(4, ' ');
+    return "\n  " + number + ending.meaning + "\n";
+}
+
+TEST_F(CommandGroup, TheHelpTellsEveryExitStatus)
+{
+    const std::string every = RunSigncheck({"--help"}).output;
+    for (const host::Ending& ending : host::EveryEnding())
+    {
+        EXPECT_THAT(every, HasSubstr(StatusLine(ending)));
+    }
+    const std::string ofBatch = RunSigncheck({"batch", "--help"}).output;
+    for (const host::Ending& ending : host::EndingsOf(*host::FindCommand("batch")))
+    {
+        EXPECT_THAT(ofBatch, HasSubstr(StatusLine(ending)));
+    }
 }
 
 TEST_F(CommandGroup, ASettingsFileHasItsCommandsInTablesOfItsOwn)

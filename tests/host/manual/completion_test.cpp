@@ -3,8 +3,12 @@
 #include "host/manual/completion.h"
 
 #include "host/command_table.h"
+#include "host/event_row.h"
+#include "host/history_row.h"
 #include "host/manual/completed_value.h"
 #include "host/manual/shell_words.h"
+#include "host/order_format.h"
+#include "host/statusreport/form.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -77,6 +81,58 @@ TEST(Completion, OfEachShellKnowsEveryCommand)
             }
         }
     }
+}
+
+TEST(Completion, OfEachShellKnowsHelpAndVersionByThemselves)
+{
+    EXPECT_THAT(manual::BashCompletion(), HasSubstr(" --help --version'"));
+    EXPECT_THAT(manual::ZshCompletion(),
+                HasSubstr("'--help:list the commands' '--version:show the version'"));
+    EXPECT_THAT(manual::FishCompletion(), HasSubstr("'__signcheck_is' -l version"));
+}
+
+TEST(Completion, OfEachShellOffersTheChoicesOfAFilter)
+{
+    for (const auto& [command, option] :
+         {std::pair{"history", "verdict"}, std::pair{"events", "level"},
+          std::pair{"reports", "status"}, std::pair{"check", "format"},
+          std::pair{"batch", "format"}, std::pair{"amounts", "format"}})
+    {
+        const host::OptionSpec* const spec = host::FindOption(*host::FindCommand(command), option);
+        ASSERT_NE(spec, nullptr);
+        EXPECT_EQ(manual::CompletedValueOf(*spec), manual::Completed::Choices) << command;
+        const std::string choices = manual::Joined(manual::ChoicesOf(*spec));
+        for (const std::string& file :
+             {manual::BashCompletion(), manual::ZshCompletion(), manual::FishCompletion()})
+        {
+            EXPECT_THAT(file, HasSubstr(choices));
+        }
+    }
+}
+
+// What the shells offer is taken.
+TEST(Completion, EveryChoiceIsOneOfTheCommands)
+{
+    const auto choicesOf = [](const char* command, const char* option)
+    { return manual::ChoicesOf(*host::FindOption(*host::FindCommand(command), option)); };
+    for (const std::string& verdict : choicesOf("history", "verdict"))
+    {
+        EXPECT_NO_THROW(host::VerdictFrom({verdict, "option --verdict"})) << verdict;
+    }
+    for (const std::string& level : choicesOf("events", "level"))
+    {
+        EXPECT_NO_THROW(host::LevelFrom({level, "option --level"})) << level;
+    }
+    for (const std::string& status : choicesOf("reports", "status"))
+    {
+        EXPECT_NE(statusreport::FindStatus(status), nullptr) << status;
+    }
+    std::string formats;
+    for (const std::string& format : choicesOf("check", "format"))
+    {
+        formats += format == "auto" ? "" : (formats.empty() ? "" : ", ") + format;
+    }
+    EXPECT_EQ(formats, host::KnownOrderFormats());
 }
 
 TEST(Completion, QuotesWhatHasAMeaningToTheShell)

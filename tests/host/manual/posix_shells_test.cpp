@@ -104,6 +104,9 @@ TEST_F(BashCompletion, OffersChoicesBehindABlankAndBehindASign)
     EXPECT_THAT(OfferedFor({"signcheck", "history", "--format", "="}),
                 ElementsAre("table", "json", "ndjson", "csv"));
     EXPECT_THAT(OfferedFor({"signcheck", "history", "--format", "=", "n"}), ElementsAre("ndjson"));
+    EXPECT_THAT(OfferedFor({"signcheck", "history", "--verdict", "r"}), ElementsAre("refused"));
+    EXPECT_THAT(OfferedFor({"signcheck", "check", "x.xml", "--format", "=", "CFONB/1"}),
+                ElementsAre("CFONB/160"));
 }
 
 TEST_F(BashCompletion, OffersFilesAndFolders)
