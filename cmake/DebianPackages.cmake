@@ -76,7 +76,7 @@ This package has the shared libraries."
   SECTION libs
   RECOMMENDS "signutils-engine ${same_version}"
   SUGGESTS libsqliteodbc odbc-postgresql odbc-mariadb
-  CONTROL "${made}/shlibs" "${made}/triggers")
+  CONTROL "${made}/shlibs" "${made}/triggers" "${debian}/preinst")
 
 debian_package(development libsignutils-dev
   SUMMARY "signature rules of electronic-banking order files, development files"
@@ -92,7 +92,7 @@ pain.008, CFONB 160, CFONB 320 and MT 101. With the configuration of how
 orders are displayed."
   SECTION libs
   DEPENDS "${library_package} ${same_version}"
-  CONTROL "${debian}/conffiles")
+  CONTROL "${debian}/conffiles" "${debian}/engine/triggers" "${debian}/preinst")
 
 debian_package(host signcheck
   SUMMARY "judges the signatures of electronic-banking order files"
@@ -102,7 +102,8 @@ reports. A systemd service that is not enabled by default judges what
 arrives in a folder."
   DEPENDS "${library_package} ${same_version}" "signutils-engine ${same_version}" adduser
   RECOMMENDS "libsqliteodbc | odbc-postgresql | odbc-mariadb"
-  CONTROL "${debian}/postinst" "${debian}/prerm" "${debian}/postrm")
+  CONTROL "${debian}/preinst" "${debian}/postinst" "${debian}/prerm" "${debian}/postrm"
+    "${debian}/host/triggers")
 
 debian_package(python python3-signutils
   SUMMARY "signature rules of electronic-banking order files, Python package"
