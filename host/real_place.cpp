@@ -7,14 +7,24 @@
 namespace host
 {
 
+namespace
+{
+
+// The root of a drive keeps its separator: C: is the folder that one is in there.
+std::string WithoutEnd(std::string path)
+{
+    while (path.size() > 1 && port::IsPathSeparator(path.back()) && path[path.size() - 2] != ':')
+    {
+        path.pop_back();
+    }
+    return path;
+}
+
+} // namespace
+
 std::string FolderAbove(const std::string& path)
 {
-    std::string bare = path;
-    while (bare.size() > 1 && port::IsPathSeparator(bare.back()))
-    {
-        bare.pop_back();
-    }
-    return FolderOf(bare);
+    return WithoutEnd(FolderOf(WithoutEnd(path)));
 }
 
 bool LiesWithin(const std::string& path, const std::string& folder)

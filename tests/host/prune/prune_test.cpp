@@ -282,7 +282,7 @@ TEST_F(Prune, AnArchiveWhoseFolderIsMissingIsRefused)
 
     EXPECT_EQ(answer.status, 64);
     EXPECT_THAT(answer.errors, AllOf(HasSubstr("option --export: there is no folder '"),
-                                     HasSubstr("Make it, or check the spelling")));
+                                     HasSubstr("none' to make the archive in. Make it, or check")));
     EXPECT_FALSE(std::filesystem::exists(m_folder.Path("none")));
     EXPECT_EQ(OrdersLeft().size(), 3U);
 }
