@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <optional>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <thread>
@@ -70,15 +71,32 @@ public:
         {
             return -1;
         }
-        int status = 0;
         kill(m_id, number);
+        int status = 0;
         waitpid(m_id, &status, 0);
+        return Outcome(status);
+    }
+
+    /// How it ended of its own accord, as End gives it; nothing while it runs.
+    std::optional<int> Ended()
+    {
+        int status = 0;
+        if (m_id > 1 && waitpid(m_id, &status, WNOHANG) == m_id)
+        {
+            m_ended = Outcome(status);
+        }
+        return m_ended;
+    }
+
+private:
+    int Outcome(int status)
+    {
         m_id = -1;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     }
 
-private:
     pid_t m_id = -1;
+    std::optional<int> m_ended;
 };
 
 class PosixWatch : public BatchTest
@@ -265,11 +283,10 @@ TEST_F(PosixWatch, EndsWhenItsFolderGoesAway)
     ASSERT_TRUE(WaitUntil([this] { return LinesTold() >= 1; }));
 
     fs::rename(m_orders.Path(), m_orders.Path() + ".away");
-    ASSERT_TRUE(WaitUntil([this] { return !ReadWholeFile(m_folder.Path("errors")).empty(); }));
-    const int status = watch.End(SIGTERM);
+    WaitUntil([&] { return watch.Ended().has_value(); });
     fs::rename(m_orders.Path() + ".away", m_orders.Path());
 
-    EXPECT_EQ(status, 3);
+    EXPECT_EQ(watch.Ended(), 3);
     EXPECT_THAT(ReadWholeFile(m_folder.Path("errors")), HasSubstr("is gone"));
 }
 
