@@ -36,7 +36,9 @@ std::string BatchTest::Order(const std::string& name) const
 
 std::string BatchTest::Named(const std::string& name) const
 {
-    return fs::absolute(m_orders.Path(name)).make_preferred().string();
+    const std::u8string path =
+        fs::absolute(Utf8Path(m_orders.Path(name))).make_preferred().u8string();
+    return {path.begin(), path.end()};
 }
 
 void BatchTest::Terms(const std::string& name, const std::string& json) const
