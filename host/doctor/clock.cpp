@@ -17,7 +17,7 @@ namespace
 constexpr const char* kCheck = "clock";
 constexpr std::int64_t kTolerated = 2;
 // Time zones differ by whole quarters of an hour.
-constexpr std::int64_t kZoneStep = 15 * 60;
+constexpr std::int64_t kZoneStep = std::int64_t{15} * 60;
 
 // Negative when the database is behind. The look there took its time between the other two.
 std::int64_t Difference(const ClockReading& reading)

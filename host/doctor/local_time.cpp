@@ -22,8 +22,8 @@ struct Unit
 };
 
 constexpr Unit kUnits[] = {
-    {24 * 60 * 60, "day", "days"},
-    {60 * 60, "hour", "hours"},
+    {std::int64_t{24} * 60 * 60, "day", "days"},
+    {std::int64_t{60} * 60, "hour", "hours"},
     {60, "minute", "minutes"},
     {1, "second", "seconds"},
 };
@@ -39,11 +39,13 @@ std::optional<std::int64_t> ClockSeconds(const std::string& localTime)
     }
     const auto part = [&text](std::size_t begin, std::size_t length)
     { return std::stoi(text.substr(begin, length)); };
+    constexpr std::int64_t kMinute = 60;
+    constexpr std::int64_t kHour = 60 * kMinute;
     const std::chrono::sys_days day = std::chrono::year(part(0, 4)) /
                                       std::chrono::month(static_cast<unsigned>(part(5, 2))) /
                                       std::chrono::day(static_cast<unsigned>(part(8, 2)));
-    return std::chrono::sys_seconds(day).time_since_epoch().count() + part(11, 2) * 3600 +
-           part(14, 2) * 60 + part(17, 2);
+    return std::chrono::sys_seconds(day).time_since_epoch().count() + part(11, 2) * kHour +
+           part(14, 2) * kMinute + part(17, 2);
 }
 
 std::int64_t ClockSecondsNow()

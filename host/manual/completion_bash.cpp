@@ -48,6 +48,7 @@ complete -F _signcheck signcheck
 std::vector<std::string> WordsOf(const std::vector<FirstWord>& all)
 {
     std::vector<std::string> words;
+    words.reserve(all.size());
     for (const FirstWord& word : all)
     {
         words.push_back(word.word);

@@ -151,6 +151,8 @@ TEST_F(Scratch, GoesWhenTheCommandIsInterrupted)
         const TemporaryFolder copies;
         const TemporaryFilesIn folder(copies.Path());
         {
+            // Shells have what they start in the background ignore an interruption.
+            std::signal(number, SIG_DFL);
             const scratch::Copy copy(m_source, m_where, m_book);
             scratch::Judge judge(copy, Kind());
             judge.Ask({{}, 1.0, 1.0, true});
