@@ -3,16 +3,12 @@
 #include "database/cdatabase.h"
 #include "host/scratch/leftovers.h"
 #include "tests/host/replay/replay_run.h"
+#include "tests/host/started_command.h"
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <csignal>
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
+#include <optional>
 
 namespace testing_support
 {
@@ -23,7 +19,6 @@ using scratch::Leftover;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr auto kLongest = std::chrono::seconds(60);
 // Each with a signer of its own, so that each has to be asked about: seconds of work.
 constexpr int kOrders = 3000;
 
@@ -59,44 +54,16 @@ protected:
     void Start()
     {
         const std::string rules = m_folder.Write("replayed.toml", Exported());
-        std::vector<std::string> texts = {SIGNCHECK_PROGRAM, "replay", "--rules=" + rules,
-                                          "--db=" + Db(), "--json"};
-        std::vector<char*> arguments;
-        for (std::string& text : texts)
-        {
-            arguments.push_back(text.data());
-        }
-        arguments.push_back(nullptr);
-        posix_spawn_file_actions_t files;
-        posix_spawn_file_actions_init(&files);
-        const int mode = O_WRONLY | O_CREAT | O_TRUNC;
-        posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, m_output.c_str(), mode, 0600);
-        posix_spawn_file_actions_addopen(&files, STDERR_FILENO, m_errors.c_str(), mode, 0600);
-        EXPECT_EQ(posix_spawn(&m_process, arguments[0], &files, nullptr, arguments.data(), environ),
-                  0);
-        posix_spawn_file_actions_destroy(&files);
-        ASSERT_GT(m_process, 1);
-        const auto end = std::chrono::steady_clock::now() + kLongest;
-        while (Copies().size() < 2 && std::chrono::steady_clock::now() < end)
-        {
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-    }
-
-    /// The exit status, once it has ended by itself.
-    int End()
-    {
-        int status = 0;
-        EXPECT_EQ(waitpid(m_process, &status, 0), m_process);
-        EXPECT_TRUE(WIFEXITED(status)) << "ended by a signal";
-        return WEXITSTATUS(status);
+        m_replay.emplace(m_folder.Path(), std::vector<std::string>{"replay", "--rules=" + rules,
+                                                                   "--db=" + Db(), "--json"});
+        ASSERT_TRUE(ComesToHold([this] { return Copies().size() >= 2; }));
     }
 
     void ExpectNothingLeft(const std::string& told)
     {
-        EXPECT_EQ(End(), 3);
-        EXPECT_THAT(ReadWholeFile(m_errors), HasSubstr(told));
-        const auto answer = nlohmann::json::parse(ReadWholeFile(m_output), nullptr, false);
+        EXPECT_EQ(m_replay->End(), 3);
+        EXPECT_THAT(m_replay->Errors(), HasSubstr(told));
+        const auto answer = nlohmann::json::parse(m_replay->Output(), nullptr, false);
         ASSERT_TRUE(answer.is_object());
         EXPECT_EQ(answer["status"], 3);
         EXPECT_THAT(answer["error"].get<std::string>(), HasSubstr(told));
@@ -105,9 +72,7 @@ protected:
 
     host::Connection m_where;
     CDatabase m_source;
-    std::string m_output = m_folder.Path("output");
-    std::string m_errors = m_folder.Path("errors");
-    pid_t m_process = 0;
+    std::optional<StartedCommand> m_replay;
 };
 
 TEST_F(PosixReplay, ThatIsInterruptedLeavesNothingAndSaysSo)
@@ -118,9 +83,9 @@ TEST_F(PosixReplay, ThatIsInterruptedLeavesNothingAndSaysSo)
         const auto before = AllTables();
         // Shells have what they start in the background ignore an interruption.
         std::signal(signal, SIG_DFL);
-        Start();
+        ASSERT_NO_FATAL_FAILURE(Start());
 
-        ASSERT_EQ(kill(m_process, signal), 0);
+        m_replay->Signal(signal);
 
         ExpectNothingLeft("interrupted; nothing was written to the database");
         EXPECT_EQ(AllTables(), before);
@@ -129,7 +94,7 @@ TEST_F(PosixReplay, ThatIsInterruptedLeavesNothingAndSaysSo)
 
 TEST_F(PosixReplay, WhoseHistoryGoesAwayLeavesNothingAndSaysSo)
 {
-    Start();
+    ASSERT_NO_FATAL_FAILURE(Start());
 
     m_database.Execute(L"DROP TABLE HST_SIGNRULES");
 
