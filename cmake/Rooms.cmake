@@ -30,10 +30,39 @@ function(signutils_room name)
   target_link_libraries(${target} ${scope} ${ROOM_USES} ${ROOM_LINKS})
 endfunction()
 
-# signutils_tests(<room> SOURCES <files> [LINKS <libraries>] [OPTIMISED])
-# One test program a room; every test is registered under its own name.
+# Registers each test of a program under its own name, in a process of its own.
+function(signutils_register_each target room)
+  gtest_discover_tests(${target}
+    TEST_PREFIX "${room}."
+    NO_PRETTY_VALUES # names are the same on every platform
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 300)
+endfunction()
+
+# Registers a test program as so many processes with a share of its tests each: under Wine the start of
+# a process for each would take longer than the tests. What ran stands in test-results/<room>.<share>.xml
+# below the build folder.
+function(signutils_register_shares target room count)
+  set(results "${PROJECT_BINARY_DIR}/test-results")
+  file(MAKE_DIRECTORY "${results}")
+  math(EXPR last "${count} - 1")
+  foreach(index RANGE ${last})
+    set(name ${room}.${index})
+    add_test(NAME ${name} COMMAND ${target} --gtest_brief=1 "--gtest_output=xml:${name}.xml"
+      WORKING_DIRECTORY "${results}")
+    set_tests_properties(${name} PROPERTIES
+      TIMEOUT 1200
+      COST ${count} # the longest programs begin first
+      ENVIRONMENT "GTEST_TOTAL_SHARDS=${count};GTEST_SHARD_INDEX=${index}"
+      FIXTURES_REQUIRED engine_registered) # COM finds the engine by the registry
+  endforeach()
+endfunction()
+
+# signutils_tests(<room> SOURCES <files> [LINKS <libraries>] [OPTIMISED] [SHARES <count>])
+# One test program a room. SHARES: in how many processes the tests run where they do not run in one each.
 function(signutils_tests room)
-  cmake_parse_arguments(TESTS "OPTIMISED" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(TESTS "OPTIMISED" "SHARES" "SOURCES;LINKS" ${ARGN})
   foreach(source IN LISTS TESTS_SOURCES)
     cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
     set_property(GLOBAL APPEND PROPERTY SIGNUTILS_LISTED_TESTS "${source}")
@@ -42,24 +71,21 @@ function(signutils_tests room)
   add_executable(${target} ${TESTS_SOURCES})
   target_link_libraries(${target} PRIVATE
     signutils_warnings signutils_testing ${TESTS_LINKS} GTest::gmock GTest::gtest)
-  set(properties TIMEOUT 300)
   # What is tested is optimised; the tests themselves need not be, and are built in half the time. A
   # program whose runs are counted has other flags than the precompiled headers.
   if(NOT TESTS_OPTIMISED AND NOT room IN_LIST SIGNUTILS_COVERAGE)
     target_compile_options(${target} PRIVATE -O0)
     target_precompile_headers(${target} REUSE_FROM signutils_testing)
   endif()
-  if(WIN32)
-    # COM finds the engine by the registry.
-    list(APPEND properties FIXTURES_REQUIRED engine_registered)
-  endif()
   signutils_count_runs(${target} ${room})
-  gtest_discover_tests(${target}
-    TEST_PREFIX "${room}."
-    NO_PRETTY_VALUES # names are the same on every platform
-    DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 60
-    PROPERTIES ${properties})
+  if(NOT WIN32)
+    signutils_register_each(${target} ${room})
+    return()
+  endif()
+  if(NOT TESTS_SHARES)
+    set(TESTS_SHARES 1)
+  endif()
+  signutils_register_shares(${target} ${room} ${TESTS_SHARES})
 endfunction()
 
 # Fails the configuration when a test file below `folder` is built by no test program.
