@@ -34,8 +34,8 @@ Answer RunShell(const std::string& line)
 std::string Settled(const std::string& folder)
 {
     return "cd '" + folder +
-           "' && export SIGNCHECK_DB='Driver=SQLite3;Database=bank.db' SIGNUTILS_SPOOL=spool "
-           "SIGNUTILS_HANDOFF=handoff && ";
+           "' || exit 99\nexport SIGNCHECK_DB='Driver=SQLite3;Database=bank.db' "
+           "SIGNUTILS_SPOOL=spool SIGNUTILS_HANDOFF=handoff\n";
 }
 
 constexpr const char* kSetUp =
@@ -71,14 +71,15 @@ Answer ShellWorldTest::RunInCopy(const std::string& line) const
     const TemporaryFolder copies;
     const std::string copy = copies.Path("copy");
     fs::copy(m_world, copy, fs::copy_options::recursive);
-    return RunShell(Settled(copy) + "\n" + line);
+    return RunShell(Settled(copy) + line);
 }
 
 Answer ShellWorldTest::RunUntil(const std::string& word, const std::string& line) const
 {
     return RunInCopy(line + " >printed & watcher=$!\n" + "for try in $(seq 600); do\n" +
                      "grep -q '" + word + "' printed && break; sleep 0.1; done\n" +
-                     "kill -TERM $watcher; wait $watcher; status=$?; cat printed; exit $status");
+                     "kill -TERM $watcher; wait $watcher; status=$?; cat printed\n" + "grep -q '" +
+                     word + "' printed && exit $status; exit 98");
 }
 
 } // namespace testing_support
