@@ -6,6 +6,7 @@
 #include "host/refusal.h"
 #include "host/text.h"
 #include "host/trace_option.h"
+#include "port/file_identity.h"
 #include "support/codepage.h"
 #include "support/folders.h"
 #include "support/store_name.h"
@@ -198,6 +199,18 @@ void WarnOfApostrophes(const CheckRequest& request, std::vector<std::string>& wa
     }
 }
 
+// A line added to the order would make another order of it.
+void RefuseToLogInto(const OptionValue& order, const OptionValues& values)
+{
+    const OptionValue* log = values.Find("log");
+    if (log != nullptr && !log->text.empty() &&
+        port::IdentifyFile(log->text) == port::IdentifyFile(order.text))
+    {
+        throw UsageRefusal(log->origin + ": " + Quoted(log->text) +
+                           " is the order file itself. Name another file for the log.");
+    }
+}
+
 } // namespace
 
 std::vector<std::string> SplitSigners(const std::string& utf8)
@@ -243,6 +256,7 @@ CheckRequest ReadCheckRequest(const OptionValues& values)
 {
     const OptionValue& file = OrderFileArgument(values, "signcheck check order.xml --db CONN …");
     const std::string path = ExistingFilePath(file, "the order file");
+    RefuseToLogInto(file, values);
     CheckRequest request = ReadCheckTerms(values);
     request.fileShown = file.text;
     request.file = path;

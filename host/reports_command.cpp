@@ -77,9 +77,11 @@ bool FitsAll(const EqualFilter (&filters)[count], const OptionValues& values,
 void RefuseUnknownStatus(const OptionValues& values)
 {
     const OptionValue* const status = values.Find("status");
-    const std::string fault =
-        status == nullptr ? std::string()
-                          : statusreport::FaultOf(statusreport::TextForm::Status, status->text);
+    if (status == nullptr)
+    {
+        return;
+    }
+    const std::string fault = statusreport::FaultOf(statusreport::TextForm::Status, status->text);
     if (!fault.empty())
     {
         throw UsageRefusal(status->origin + ": " + fault + ".");

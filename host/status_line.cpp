@@ -4,6 +4,7 @@
 #include "support/format.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace host
@@ -18,7 +19,7 @@ constexpr const char* kClearLine = "\r\x1B[K";
 
 std::string Duration(double seconds)
 {
-    const auto whole = static_cast<long long>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     return support::FormatA("%d:%02d:%02d", static_cast<int>(whole / 3600),
                             static_cast<int>(whole / 60 % 60), static_cast<int>(whole % 60));
 }

@@ -16,7 +16,6 @@ namespace replay
 namespace
 {
 
-using listing::Record;
 using listing::Shape;
 using listing::TableRow;
 
@@ -166,6 +165,7 @@ std::vector<std::string> WaysInWords(const ToldOrder& told)
         note->second += (note->second.empty() ? "" : "; ") + InWords(counted[index].way);
     }
     std::vector<std::string> lines;
+    lines.reserve(notes.size());
     for (const auto& [words, ways] : notes)
     {
         lines.push_back(notes.size() == 1 ? words : ways + ": " + words);

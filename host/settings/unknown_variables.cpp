@@ -59,6 +59,7 @@ std::string NearestTo(const std::string& name, const std::vector<std::string>& k
                        return isSmall ? static_cast<char>(letter - ('a' - 'A')) : letter;
                    });
     std::vector<std::string> candidates;
+    candidates.reserve(known.size());
     for (const std::string& each : known)
     {
         candidates.push_back(each.substr(kLead.size()));

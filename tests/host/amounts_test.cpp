@@ -4,6 +4,7 @@
 #include "tests/host/order_files.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 #include <set>

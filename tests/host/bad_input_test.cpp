@@ -3,6 +3,7 @@
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 
@@ -320,6 +321,22 @@ TEST_F(BadInput, FilesThatCannotBeWritten)
 
     EXPECT_THAT(RefusalOf(ValidAnd({"--trace", path})), HasSubstr("option --trace: '" + path));
     EXPECT_THAT(RefusalOf(ValidAnd({"--log", path})), HasSubstr("option --log: '" + path));
+}
+
+TEST_F(BadInput, TheOrderIsNoLog)
+{
+    const std::string order = m_folder.Write("order.xml", "<order/>");
+    const std::string other = m_folder.Path("other folder");
+    std::filesystem::create_directory(other);
+    const auto valid = ForFile(order);
+    for (const std::string& log : {order, other + "/../order.xml"})
+    {
+        auto arguments = valid;
+        arguments.insert(arguments.end(), {"--log", log});
+        EXPECT_THAT(RefusalOf(arguments), AllOf(HasSubstr("option --log: '" + log),
+                                                HasSubstr("is the order file itself")));
+    }
+    EXPECT_EQ(ReadWholeFile(order), "<order/>");
 }
 
 // What was named by mistake stays as it is; an empty file and an earlier trace are appended to.

@@ -4,6 +4,7 @@
 #include "tests/testing/platform.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 #include <map>

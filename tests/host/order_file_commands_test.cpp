@@ -5,6 +5,7 @@
 #include "tests/host/order_files.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 

@@ -3,6 +3,8 @@
 #include "schema/scripts.h"
 #include "tests/testing/platform.h"
 
+#include <nlohmann/json.hpp>
+
 #include <filesystem>
 
 namespace testing_support

@@ -4,7 +4,7 @@
 #include "tests/testing/test_database.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <string>
 #include <vector>

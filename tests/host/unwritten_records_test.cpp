@@ -3,6 +3,7 @@
 #include "tests/host/signcheck_process.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 

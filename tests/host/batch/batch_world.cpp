@@ -4,6 +4,8 @@
 #include "host/batch/order_path.h"
 #include "support/codepage.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <filesystem>
 #include <sstream>

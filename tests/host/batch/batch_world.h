@@ -2,6 +2,8 @@
 
 #include "tests/host/signcheck_process.h"
 
+#include <nlohmann/json.hpp>
+
 #include <map>
 #include <string>
 #include <vector>

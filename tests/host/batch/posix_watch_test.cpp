@@ -5,6 +5,7 @@
 #include "tests/testing/file_mode.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <chrono>

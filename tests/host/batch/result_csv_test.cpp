@@ -7,6 +7,7 @@
 #include "tests/host/batch/batch_world.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 

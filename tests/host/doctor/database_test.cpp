@@ -4,6 +4,7 @@
 #include "tests/host/doctor/doctor_bank.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 

@@ -4,6 +4,8 @@
 #include "database/connection_string.h"
 #include "port/files.h"
 
+#include <nlohmann/json.hpp>
+
 #include <filesystem>
 
 namespace testing_support

@@ -13,6 +13,7 @@
 #include "tests/testing/file_mode.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <csignal>
 #include <filesystem>

@@ -11,6 +11,7 @@
 #include "tests/host/replay/replay_run.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 namespace testing_support
 {

@@ -6,6 +6,7 @@
 #include "tests/host/started_command.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <csignal>
 #include <optional>

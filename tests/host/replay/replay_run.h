@@ -3,6 +3,8 @@
 #include "tests/host/authority/temporary_files_in.h"
 #include "tests/host/rulebook/rule_file_run.h"
 
+#include <nlohmann/json.hpp>
+
 #include <string>
 #include <vector>
 

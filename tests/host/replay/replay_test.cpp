@@ -4,6 +4,7 @@
 #include "tests/host/replay/replay_run.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <sstream>
 

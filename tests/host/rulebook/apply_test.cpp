@@ -8,6 +8,7 @@
 #include "tests/host/rulebook/rule_file_run.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 namespace testing_support
 {
