@@ -30,7 +30,8 @@ template <typename Number>
 void AppendNumber(std::wstring& target, Number number)
 {
     char digits[kSixPlacesSize];
-    AppendAscii(target, digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+    const char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    AppendAscii(target, digits, end);
 }
 
 } // namespace
