@@ -15,16 +15,6 @@ namespace
 constexpr std::size_t kIdentifierLength = 8;
 constexpr std::size_t kMostDigits = 10;
 
-bool HasControlCharacter(const std::string& utf8)
-{
-    return std::any_of(utf8.begin(), utf8.end(),
-                       [](char byte)
-                       {
-                           const auto value = static_cast<unsigned char>(byte);
-                           return value < 0x20 || value == 0x7F;
-                       });
-}
-
 } // namespace
 
 const OptionValue& Required(const OptionValues& values, const std::string& name,

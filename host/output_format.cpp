@@ -62,6 +62,11 @@ OutputFormat OutputFormatFrom(const CommandSpec& command, const OptionValues& va
     if (!Offers(choices, value->text))
     {
         const bool isOfOthers = FindFormat(value->text) != nullptr;
+        // A habit of who lists rows; `config` must be able to show it.
+        if (isOfOthers && !value->origin.starts_with("option "))
+        {
+            return OutputFormat::Table;
+        }
         throw UsageRefusal(value->origin + ": " + Quoted(value->text) +
                            (isOfOthers ? " is for commands that list rows, which signcheck " +
                                              std::string(command.name) + " does not. Give one of: "

@@ -15,6 +15,7 @@ namespace
 
 constexpr std::size_t kWidth = 20;
 constexpr auto kBetween = std::chrono::milliseconds(100);
+constexpr char kEscape = '\x1B';
 constexpr const char* kClearLine = "\r\x1B[K";
 
 std::string Duration(double seconds)
@@ -45,6 +46,25 @@ std::string Pace(std::size_t done, std::size_t total, double seconds)
     return words;
 }
 
+std::string FitInto(const std::string& line, std::size_t columns)
+{
+    std::string fitting;
+    std::size_t shown = 0;
+    for (std::size_t at = 0; at < line.size();)
+    {
+        const std::size_t end = line[at] == kEscape ? line.find('m', at) : at;
+        const std::size_t length = end == std::string::npos ? line.size() - at : end + 1 - at;
+        const bool isColour = line[at] == kEscape;
+        if (isColour || columns == 0 || shown < columns)
+        {
+            fitting.append(line, at, length);
+            shown += isColour ? 0 : 1;
+        }
+        at += length;
+    }
+    return fitting;
+}
+
 StatusLine::StatusLine(std::chrono::milliseconds wait)
     : m_isOn(port::ErrorIsTerminal()), m_next(m_start + wait)
 {
@@ -69,7 +89,9 @@ void StatusLine::Draw(const std::string& line)
 {
     m_isDrawn = true;
     m_next = Clock::now() + kBetween;
-    std::fputs((kClearLine + line).c_str(), stderr);
+    // A line that wraps would leave its first part behind with every new one; a full one may wrap.
+    const std::size_t columns = port::ErrorColumns();
+    std::fputs((kClearLine + FitInto(line, columns > 1 ? columns - 1 : columns)).c_str(), stderr);
 }
 
 void StatusLine::Clear()

@@ -13,6 +13,10 @@ std::string Gauge(std::size_t done, std::size_t total);
 /// ", 2/s, 0:00:05 left", what is left only once something is done.
 std::string Pace(std::size_t done, std::size_t total, double seconds);
 
+/// As much of a line as `columns` characters show, ends of colours among it; the whole line where
+/// `columns` is 0. The line is ASCII but for colours.
+std::string FitInto(const std::string& line, std::size_t columns);
+
 /// One line at a terminal that tells how far a command is, drawn anew on standard error.
 class StatusLine
 {

@@ -198,4 +198,14 @@ bool IsUtf8(std::string_view bytes)
     return support::TryWideFromUtf8(bytes, ignored);
 }
 
+bool HasControlCharacter(std::string_view utf8)
+{
+    return std::any_of(utf8.begin(), utf8.end(),
+                       [](char byte)
+                       {
+                           const auto value = static_cast<unsigned char>(byte);
+                           return value < 0x20 || value == 0x7F;
+                       });
+}
+
 } // namespace host

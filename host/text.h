@@ -34,4 +34,7 @@ std::string FirstWithoutNarrowPlace(std::string_view utf8);
 /// Whether the bytes are well-formed UTF-8.
 bool IsUtf8(std::string_view bytes);
 
+/// Whether a byte is one of ASCII's control characters, such as a tab or the end of a line.
+bool HasControlCharacter(std::string_view utf8);
+
 } // namespace host

@@ -4,6 +4,7 @@
 
 #include "port/export.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -37,6 +38,9 @@ SIGNUTILS_PORT_API void KeepNewFilesPrivate();
 SIGNUTILS_PORT_API bool InputIsTerminal();
 /// Whether standard error is a terminal that a line can be drawn anew on.
 SIGNUTILS_PORT_API bool ErrorIsTerminal();
+
+/// How many characters a line of the terminal behind standard error has; 0 when that is not known.
+SIGNUTILS_PORT_API std::size_t ErrorColumns();
 
 /// Whether standard output, or standard error, is a terminal that takes sequences for colours. On
 /// Windows a console is asked to take them.

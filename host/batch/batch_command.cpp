@@ -136,7 +136,7 @@ int RunBatch(const OptionValues& values)
 {
     const auto start = std::chrono::steady_clock::now();
     const OptionValue* const given = values.Find("orders");
-    if (given == nullptr)
+    if (given == nullptr || given->text.empty())
     {
         throw UsageRefusal("argument ORDERS is missing. Give the folder of the orders or a list of "
                            "them, as in: signcheck batch /var/spool/orders --db CONN …");

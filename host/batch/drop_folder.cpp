@@ -195,7 +195,8 @@ void DropFolder::Look(const std::string& name, Time now)
     const Readiness::Look look =
         order.fault.empty() ? LookAt(order.path) : Readiness::Look{VersionOf(order.path), false};
     // What has the name of the terms and is no file is refused with its reason.
-    if (m_isTermsBeside && look.version && !IsThere(order.path + kTermsEnding))
+    if (order.fault.empty() && m_isTermsBeside && look.version &&
+        !IsThere(order.path + kTermsEnding))
     {
         m_readiness.Forget(name); // its terms will tell
         m_withoutTerms.try_emplace(name, Lack{now});

@@ -69,6 +69,12 @@ std::string JournalPath(const host::OptionValues& values, const std::string& jud
 {
     if (const host::OptionValue* const given = values.Find("journal"); given != nullptr)
     {
+        if (given->text.empty())
+        {
+            throw host::UsageRefusal(given->origin +
+                                     " is empty. Name the progress journal, or leave it out.");
+        }
+        RefuseAmongOrders(*given, judged);
         return AbsolutePath(given->text);
     }
     const std::string real = port::RealPath(judged);

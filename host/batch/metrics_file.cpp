@@ -1,8 +1,8 @@
 #include "host/batch/metrics_file.h"
 
+#include "host/batch/order_path.h"
 #include "host/option_readers.h"
 #include "host/output.h"
-#include "host/real_place.h"
 #include "host/refusal.h"
 #include "host/text.h"
 #include "signutils/measures.h"
@@ -19,17 +19,6 @@ namespace
 
 // Servers fetch every 15 to 60 seconds.
 constexpr std::chrono::seconds kBetweenTexts(15);
-
-// Whatever comes into that folder is judged, and the text comes again and again.
-void RefuseInside(const std::string& judged, const host::OptionValue& given)
-{
-    if (host::LiesWithin(given.text, judged))
-    {
-        throw host::UsageRefusal(given.origin + ": " + host::Quoted(given.text) +
-                                 " lies in the folder whose orders are judged. Name a file "
-                                 "outside of it.");
-    }
-}
 
 // A mistyped name must not cost a database or an order.
 void RefuseOther(const std::string& path, const host::OptionValue& given)
@@ -56,7 +45,7 @@ std::string PathFrom(const host::OptionValues& values, const std::string& judged
                                  "out.");
     }
     const std::string path = host::NarrowText(*given);
-    RefuseInside(judged, *given);
+    RefuseAmongOrders(*given, judged);
     RefuseOther(path, *given);
     return path;
 }

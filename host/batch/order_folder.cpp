@@ -30,6 +30,10 @@ std::string Fault(const std::string& name)
     {
         return "the file's name is no UTF-8 text. Rename it.";
     }
+    if (host::HasControlCharacter(name))
+    {
+        return "the file's name holds a control character. Rename it.";
+    }
     const std::string without = host::FirstWithoutNarrowPlace(name);
     return without.empty() ? std::string()
                            : "the file's name holds " + host::Quoted(without) +

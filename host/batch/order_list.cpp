@@ -29,6 +29,7 @@ using nlohmann::json;
 constexpr std::int64_t kLargestFileMiB = 256;
 constexpr std::size_t kMostProblems = 20;
 constexpr const char* kFile = "file";
+constexpr const char* kRemark = "#";
 constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
 
 class ListReader
@@ -117,7 +118,8 @@ private:
 
     void ReadCsvLines()
     {
-        const auto records = rulebook::ReadCsv(m_text, rulebook::SeparatorOf(m_text), "#");
+        const auto records =
+            rulebook::ReadCsv(m_text, rulebook::SeparatorOf(m_text, kRemark), kRemark);
         if (records.empty())
         {
             return;

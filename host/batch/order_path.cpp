@@ -1,5 +1,9 @@
 #include "host/batch/order_path.h"
 
+#include "host/real_place.h"
+#include "host/refusal.h"
+#include "host/text.h"
+
 #include <filesystem>
 
 namespace batch
@@ -62,6 +66,16 @@ bool IsThere(const std::string& path)
 {
     std::error_code failed;
     return fs::exists(fs::symlink_status(Native(path), failed));
+}
+
+void RefuseAmongOrders(const host::OptionValue& file, const std::string& folder)
+{
+    if (host::LiesWithin(file.text, folder))
+    {
+        throw host::UsageRefusal(file.origin + ": " + host::Quoted(file.text) +
+                                 " lies in the folder whose orders are judged. Name a file "
+                                 "outside of it.");
+    }
 }
 
 std::optional<std::string> VersionOf(const std::string& path)

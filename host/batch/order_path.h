@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/option_values.h"
+
 #include <optional>
 #include <string>
 
@@ -19,6 +21,10 @@ std::string NameIn(const std::string& path);
 bool IsFolder(const std::string& path);
 /// Whether anything has that name, a link that leads nowhere too.
 bool IsThere(const std::string& path);
+
+/// Raises host::UsageRefusal for a file that a run would write into the folder that it judges,
+/// where whatever comes is an order. `folder` is empty for a list of orders.
+void RefuseAmongOrders(const host::OptionValue& file, const std::string& folder);
 
 /// What tells a file from what its name stood for before: size and time of the last change. Empty
 /// when there is no such file.

@@ -1,6 +1,8 @@
 #include "host/prune/prune_command.h"
 
 #include "database/cdatabase.h"
+#include "host/batch/database_identity.h"
+#include "host/batch/order_path.h"
 #include "host/connection.h"
 #include "host/exit_status.h"
 #include "host/hand_off_option.h"
@@ -92,13 +94,20 @@ Json AsJson(const Counts& counts)
             {"spool", counts.spool}};
 }
 
+// What is archived is gone on with from any folder, and only where it lay.
+std::string StoreFrom(const host::OptionValues& values)
+{
+    const std::string store = support::Utf8FromNarrow(host::HandOffStoreFrom(values));
+    return host::NarrowText({batch::AbsolutePath(store), "the hand-off store"});
+}
+
 /// One prune, from the settings to the last removed file.
 class Prune
 {
 public:
     explicit Prune(const host::OptionValues& values)
         : m_values(values), m_day(DayFrom(values)), m_connection(host::ConnectionFrom(values)),
-          m_store(host::HandOffStoreFrom(values))
+          m_store(StoreFrom(values))
     {
     }
 
@@ -203,7 +212,8 @@ private:
 
     void RequireSame(const Manifest& manifest) const
     {
-        const bool isSame = manifest.before == m_day && manifest.database == m_connection.shown &&
+        const bool isSame = manifest.before == m_day &&
+                            manifest.database == batch::DatabaseIdentity(m_connection) &&
                             manifest.store == support::Utf8FromNarrow(m_store);
         if (!isSame)
         {
@@ -223,7 +233,7 @@ private:
         Manifest manifest;
         manifest.before = m_day;
         manifest.made = host::LocalNow();
-        manifest.database = m_connection.shown;
+        manifest.database = batch::DatabaseIdentity(m_connection);
         manifest.store = support::Utf8FromNarrow(m_store);
         // The spool first: what is found delivered there has its event in the journal's part.
         manifest.files.push_back(SpoolLines(m_database, m_connection, m_day).Export(path));

@@ -139,12 +139,33 @@ std::string_view WithoutMark(std::string_view csv)
     return csv.substr(csv.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
 }
 
+// The first line that is neither blank nor a remark, as the reader skips them.
+std::string_view FirstRecordLine(std::string_view csv, std::string_view comment)
+{
+    for (;;)
+    {
+        const std::string_view line = csv.substr(0, csv.find('\n'));
+        const bool isBlank = line.find_first_not_of(" \t\r") == std::string_view::npos;
+        const bool isRemark = !comment.empty() && line.starts_with(comment);
+        if (!isBlank && !isRemark)
+        {
+            return line;
+        }
+        if (line.size() == csv.size())
+        {
+            return {};
+        }
+        csv.remove_prefix(line.size() + 1);
+    }
+}
+
 } // namespace
 
-char SeparatorOf(std::string_view csv)
+char SeparatorOf(std::string_view csv, std::string_view comment)
 {
-    const std::size_t first = std::min(csv.find_first_of(";,\t"), csv.find('\n'));
-    return first == std::string_view::npos || csv[first] == '\n' ? ';' : csv[first];
+    const std::string_view head = FirstRecordLine(WithoutMark(csv), comment);
+    const std::size_t first = head.find_first_of(";,\t");
+    return first == std::string_view::npos ? ';' : head[first];
 }
 
 std::vector<CsvRecord> ReadCsv(std::string_view csv, char separator, std::string_view comment)

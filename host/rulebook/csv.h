@@ -18,7 +18,8 @@ struct CsvRecord
 };
 
 /// What separates the fields of a file: ';', ',' or a tab, whichever its first line has first.
-char SeparatorOf(std::string_view csv);
+/// Lines that are blank or begin with `comment` are passed over.
+char SeparatorOf(std::string_view csv, std::string_view comment);
 
 /// Takes a file apart. A field in double quotes may hold separators, line ends and doubled quotes.
 /// Empty lines and those that begin with `comment` are left out. A quote that is not closed ends

@@ -299,7 +299,7 @@ HolderImport ReadHolders(std::string_view csv, const std::string& name,
                          const std::vector<Holder>& there)
 {
     RefuseUtf16(csv, name);
-    const std::vector<CsvRecord> records = ReadCsv(csv, SeparatorOf(csv), kComment);
+    const std::vector<CsvRecord> records = ReadCsv(csv, SeparatorOf(csv, kComment), kComment);
     if (records.empty())
     {
         throw host::Refusal(host::kFindings, name +

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <limits>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -69,6 +70,12 @@ bool InputIsTerminal()
 bool ErrorIsTerminal()
 {
     return isatty(STDERR_FILENO) == 1;
+}
+
+std::size_t ErrorColumns()
+{
+    winsize size = {};
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 bool OutputTakesColours()

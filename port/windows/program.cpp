@@ -105,6 +105,14 @@ bool ErrorIsTerminal()
     return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
 }
 
+std::size_t ErrorColumns()
+{
+    CONSOLE_SCREEN_BUFFER_INFO info = {};
+    const bool isKnown =
+        GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &info) != 0 && info.dwSize.X > 0;
+    return isKnown ? static_cast<std::size_t>(info.dwSize.X) : 0;
+}
+
 bool OutputTakesColours()
 {
     return TakesColours(STD_OUTPUT_HANDLE);

@@ -51,6 +51,20 @@ TEST_F(OutputFormat, CommandsWithOneAnswerHaveNoCsv)
                       HasSubstr("table, json, ndjson.")));
 }
 
+// A habit must not keep `config` from telling where it was set.
+TEST_F(OutputFormat, OfAListInTheSettingsLeavesOtherCommandsTheirTable)
+{
+    const std::string file = m_folder.Write("set.toml", "output-format = \"csv\"\n");
+
+    const Answer map = RunSigncheck({"map", "C-1001", "--db", Db(), "--config", file});
+    EXPECT_EQ(map.status, 0) << map.errors;
+    EXPECT_EQ(map.output, RunSigncheck({"map", "C-1001", "--db", Db()}).output);
+
+    const Answer config = RunSigncheck({"config", "--config", file});
+    EXPECT_EQ(config.status, 0) << config.errors;
+    EXPECT_THAT(config.output, HasSubstr("csv"));
+}
+
 TEST_F(OutputFormat, AnUnknownOneListsTheChoices)
 {
     const Answer answer = RunSigncheck({"history", "--db", Db(), "--format", "xml"});

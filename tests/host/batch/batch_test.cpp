@@ -305,6 +305,24 @@ TEST_F(ManyOrders, RefusesWrongUsageBeforeAnythingIsJudged)
     EXPECT_EQ(RecordsWritten(), 0U);
 }
 
+TEST_F(ManyOrders, RefuseAJournalAmongThemAndOneWithoutAName)
+{
+    Order("A001.xml");
+
+    const Answer among = Batch({"--journal", m_orders.Path("progress")});
+    EXPECT_EQ(among.status, 64);
+    EXPECT_THAT(among.errors, HasSubstr("lies in the folder whose orders are judged"));
+    const Answer empty = Batch({"--journal", ""});
+    EXPECT_EQ(empty.status, 64);
+    EXPECT_THAT(empty.errors, HasSubstr("option --journal is empty. Name the progress journal"));
+    const Answer none = BatchOf("");
+    EXPECT_EQ(none.status, 64);
+    EXPECT_THAT(none.errors, HasSubstr("argument ORDERS is missing"));
+
+    EXPECT_THAT(NamesInFolder(), ElementsAre("A001.xml"));
+    EXPECT_EQ(RecordsWritten(), 0U);
+}
+
 TEST_F(ManyOrders, IsRefusedWithoutItsDatabase)
 {
     Order("A001.xml");

@@ -77,6 +77,17 @@ TEST_F(ListOfOrders, OfCommaSeparatedValuesGivesEachOrderItsTerms)
     EXPECT_EQ(WithCommon(*orders[1].terms, m_common).Find("signers")->text, "Ana Ruiz");
 }
 
+TEST_F(ListOfOrders, MayBeginWithRemarksAndEmptyLines)
+{
+    const auto orders = Read("# from Monday; sent by mail\n"
+                             "\n"
+                             "file,signers\n"
+                             "A001.xml,Ana Ruiz\n");
+
+    ASSERT_EQ(orders.size(), 1U);
+    EXPECT_EQ(orders[0].terms->Find("signers")->text, "Ana Ruiz");
+}
+
 TEST_F(ListOfOrders, OfJsonLinesGivesEachOrderItsTerms)
 {
     const auto orders = Read("{\"file\": \"A001.xml\", \"veu\": true, \"type\": 2}\n"

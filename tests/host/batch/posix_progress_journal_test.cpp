@@ -162,9 +162,11 @@ TEST_F(PosixPlantedJournal, ThatIsALinkInTheDropFolderOverwritesNothing)
 TEST_F(PosixPlantedJournal, NamedByItsOptionInAFolderOfManyIsRefused)
 {
     Order("A001.xml");
-    ASSERT_EQ(chmod(m_orders.Path().c_str(), 02770), 0);
+    const std::string ofMany = m_folder.Path("many");
+    fs::create_directory(ofMany);
+    ASSERT_EQ(chmod(ofMany.c_str(), 02770), 0);
 
-    const Answer answer = Batch({"--journal", m_orders.Path("progress")});
+    const Answer answer = Batch({"--journal", ofMany + "/progress"});
 
     EXPECT_EQ(answer.status, 3);
     EXPECT_THAT(answer.errors, HasSubstr("so that others may put one of theirs in its place"));

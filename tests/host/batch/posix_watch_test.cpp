@@ -136,6 +136,26 @@ protected:
         return Lines(answer);
     }
 
+    void ExpectOddNamesAreToldOnly(Child watch)
+    {
+        for (const std::size_t number : {1U, 2U})
+        {
+            Order(number == 1 ? "A\t1.xml" : "A\n2.xml");
+            ASSERT_TRUE(WaitUntil([&] { return LinesTold() >= number; }));
+        }
+        Terms("A003.xml", "{}");
+        Order("A003.xml");
+        ASSERT_TRUE(WaitUntil([this] { return LinesTold() >= 3; }));
+
+        EXPECT_EQ(watch.End(SIGTERM), 0);
+
+        EXPECT_THAT(ReadWholeFile(m_folder.Path("told")),
+                    HasSubstr("the file's name holds a control character. Rename it."));
+        EXPECT_EQ(Told().at("")["summary"]["accepted"], 1);
+        EXPECT_EQ(Told().at("")["summary"]["notJudged"], 2);
+        EXPECT_THAT(Rows(), ElementsAre(Pair("A003.xml", 1)));
+    }
+
     std::size_t LinesTold()
     {
         const std::string told =
@@ -161,6 +181,17 @@ TEST_F(PosixWatch, JudgesEachOrderOnceAndEndsCleanly)
     EXPECT_EQ(ReadWholeFile(m_folder.Path("errors")), "");
     EXPECT_THAT(Rows(), ElementsAre(Pair("A001.xml", 1), Pair("A002.xml", 1)));
     EXPECT_THAT(NamesInFolder(), ElementsAre("A001.xml", "A002.xml"));
+}
+
+// Whoever may drop a file must not end the judging of everybody's orders.
+TEST_F(PosixWatch, GoesOnBesideNamesWithControlCharacters)
+{
+    ExpectOddNamesAreToldOnly(Start());
+}
+
+TEST_F(PosixWatch, GoesOnBesideNamesWithControlCharactersThatLackTheirTerms)
+{
+    ExpectOddNamesAreToldOnly(Start({"--sidecar"}));
 }
 
 TEST_F(PosixWatch, TellsRowsOfCsvAsTheyCome)

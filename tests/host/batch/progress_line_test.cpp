@@ -1,4 +1,5 @@
 #include "host/batch/progress_bar.h"
+#include "host/status_line.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -48,6 +49,22 @@ TEST(ProgressLine, HasColoursOnlyWhereTheyAreWanted)
     EXPECT_NE(ProgressLine(tally, 1, 1.0, true).find("\x1B[33m1 refused\x1B[0m"),
               std::string::npos);
     EXPECT_EQ(ProgressLine(tally, 1, 1.0, false).find('\x1B'), std::string::npos);
+}
+
+TEST(ProgressLine, IsCutWhereTheTerminalEndsAndKeepsNoColour)
+{
+    Tally tally;
+    tally.Add(Result(Ending::Judged, 2));
+    const std::string plain = ProgressLine(tally, 10'000, 1.0, false);
+    const std::string coloured = ProgressLine(tally, 10'000, 1.0, true);
+
+    EXPECT_EQ(host::FitInto(plain, 30), plain.substr(0, 30));
+    EXPECT_EQ(host::FitInto(plain, plain.size()), plain);
+    EXPECT_EQ(host::FitInto(plain, 0), plain);
+    EXPECT_EQ(host::FitInto(coloured, plain.size()), coloured);
+    // "[....................] 1/10000 files, 1 ref"
+    EXPECT_EQ(host::FitInto(coloured, 43),
+              plain.substr(0, 38) + "\x1B[33m" + plain.substr(38, 5) + "\x1B[0m");
 }
 
 TEST(Counts, TellOrdersThatWaitForTheirTerms)

@@ -197,6 +197,24 @@ TEST_F(Prune, TheManifestHasDigestsOfEveryFile)
     }
 }
 
+// A relative name would be another place for who goes on with the archive from another folder.
+TEST_F(Prune, TheArchiveNamesDatabaseAndStoreByTheirFullPaths)
+{
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(Utf8Path(m_folder.Path()));
+    const Answer answer = Run({"--yes", "--hand-off", "handoff"});
+    std::filesystem::current_path(before);
+
+    EXPECT_EQ(answer.status, 0) << answer.errors;
+    const auto manifest = nlohmann::json::parse(ReadWholeFile(InArchive("manifest.json")));
+    EXPECT_EQ(Utf8Path(manifest["store"].get<std::string>()),
+              std::filesystem::absolute(Utf8Path(m_folder.Path("handoff"))).make_preferred());
+    EXPECT_THAT(manifest["database"].get<std::string>(), HasSubstr(".db"));
+    EXPECT_TRUE(Utf8Path(ObjectsIn(InArchive("reports.ndjson"))[0]["original"].get<std::string>())
+                    .is_absolute());
+    EXPECT_EQ(ReportOf("A002"), "");
+}
+
 TEST_F(Prune, ReportsAreCopiedByteForByte)
 {
     const std::string document = ReadWholeFile(ReportOf("A002"));

@@ -95,11 +95,15 @@ TEST(Csv, AByteOrderMarkIsNoLetter)
 
 TEST(Csv, TheFirstLineShowsTheSeparator)
 {
-    EXPECT_EQ(SeparatorOf("huid;a,b\n"), ';');
-    EXPECT_EQ(SeparatorOf("huid,a;b\n"), ',');
-    EXPECT_EQ(SeparatorOf("huid\ta\n"), '\t');
-    EXPECT_EQ(SeparatorOf("huid\na,b\n"), ';');
-    EXPECT_EQ(SeparatorOf(""), ';');
+    EXPECT_EQ(SeparatorOf("huid;a,b\n", "#"), ';');
+    EXPECT_EQ(SeparatorOf("huid,a;b\n", "#"), ',');
+    EXPECT_EQ(SeparatorOf("huid\ta\n", "#"), '\t');
+    EXPECT_EQ(SeparatorOf("huid\na,b\n", "#"), ';');
+    EXPECT_EQ(SeparatorOf("", "#"), ';');
+    EXPECT_EQ(SeparatorOf("# a;b\n\r\n  \nhuid,a;b\n", "#"), ',');
+    EXPECT_EQ(SeparatorOf("\xEF\xBB\xBF# a;b\nhuid\ta\n", "#"), '\t');
+    EXPECT_EQ(SeparatorOf("# a,b\n# c", "#"), ';');
+    EXPECT_EQ(SeparatorOf("\n", "#"), ';');
 }
 
 } // namespace
