@@ -15,7 +15,7 @@ constexpr OptionSpec kColor = {
     kColorOption,
     OptionKind::Text,
     "WHEN",
-    "colour verdicts, errors and warnings: auto, as when not given, on a "
+    "colour the verdicts of checks, errors and warnings: auto, as when not given, on a "
     "terminal unless NO_COLOR is set; always; never",
     false,
     "auto|always|never"};

@@ -7,6 +7,7 @@
 #include "support/casefold.h"
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 namespace host
@@ -69,6 +70,15 @@ OrderFormat NamedFormat(const OptionValue& value)
                        " to have it recognised from the file.");
 }
 
+// Empty when the file is to show it.
+std::optional<OrderFormat> FormatNamedBy(const OptionValues& values)
+{
+    const OptionValue* const value = values.Find("format");
+    return value == nullptr || SameName(value->text, kRecognised)
+               ? std::nullopt
+               : std::optional(NamedFormat(*value));
+}
+
 } // namespace
 
 std::string KnownOrderFormats()
@@ -83,9 +93,13 @@ std::string KnownOrderFormats()
 
 OrderFormat ReadOrderFormat(const OptionValues& values, const std::string& path)
 {
-    const OptionValue* const value = values.Find("format");
-    return value == nullptr || SameName(value->text, kRecognised) ? RecogniseOrderFormat(path)
-                                                                  : NamedFormat(*value);
+    const auto named = FormatNamedBy(values);
+    return named ? *named : RecogniseOrderFormat(path);
+}
+
+void RefuseUnknownFormat(const OptionValues& values)
+{
+    FormatNamedBy(values);
 }
 
 } // namespace host

@@ -26,4 +26,7 @@ std::string KnownOrderFormats();
 /// for wrong usage when no format has that name, "could not run" when the content shows none.
 OrderFormat ReadOrderFormat(const OptionValues& values, const std::string& path);
 
+/// Raises UsageRefusal when option --format names no format, without a look at any file.
+void RefuseUnknownFormat(const OptionValues& values);
+
 } // namespace host

@@ -170,6 +170,7 @@ CheckRequest OrderJudge::RequestOf(const Order& order) const
     {
         own = *order.terms;
     }
+    RequireOwnReport(own, m_run.common);
     host::OptionValues values = WithCommon(std::move(own), m_run.common);
     values.AddUnlessThere("file", {order.path, "the order"});
     CheckRequest request = host::ReadCheckRequest(values);

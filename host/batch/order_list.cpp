@@ -5,6 +5,7 @@
 #include "host/batch/terms.h"
 #include "host/check_request.h"
 #include "host/file_text.h"
+#include "host/order_format.h"
 #include "host/refusal.h"
 #include "host/rulebook/csv.h"
 #include "host/suggestion.h"
@@ -213,6 +214,7 @@ private:
         RequireTerms(*terms, line);
         order.terms = std::move(terms);
         RequireOnce(order.path, file, line);
+        RequireReportOnce(*order.terms, line);
         m_orders.push_back(std::move(order));
     }
 
@@ -250,12 +252,34 @@ private:
         }
     }
 
+    // Two reports of one identifier would be taken for one.
+    void RequireReportOnce(const OptionValues& terms, std::size_t line)
+    {
+        const host::OptionValue* const report = terms.Find("message-id");
+        if (report == nullptr || report->text.empty())
+        {
+            return;
+        }
+        const auto [before, isNew] = m_reports.emplace(report->text, line);
+        if (!isNew)
+        {
+            throw UsageRefusal(Place(line) + ", field message-id: " + host::Quoted(report->text) +
+                               " is the report of line " + std::to_string(before->second) +
+                               " already. Give every report an identifier of its own.");
+        }
+    }
+
     // What is missing in a line is told with the line, too.
     void RequireTerms(const OptionValues& terms, std::size_t line) const
     {
         try
         {
-            host::ReadCheckTerms(WithCommon(terms, m_common));
+            const OptionValues all = WithCommon(terms, m_common);
+            if (host::ReadCheckTerms(all).amountsFromFile)
+            {
+                host::RefuseUnknownFormat(all);
+            }
+            RequireOwnReport(terms, m_common);
         }
         catch (const UsageRefusal& refusal)
         {
@@ -291,7 +315,8 @@ private:
     std::string m_folder;
     std::string m_text;
     std::vector<Order> m_orders;
-    std::map<std::string, std::size_t> m_lines; ///< by the file, whatever name it was given
+    std::map<std::string, std::size_t> m_lines;   ///< by the file, whatever name it was given
+    std::map<std::string, std::size_t> m_reports; ///< lines by the identifiers of their reports
     std::vector<std::string> m_problems;
 };
 

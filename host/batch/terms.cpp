@@ -193,6 +193,24 @@ OptionValues TermsBeside(const std::string& order)
     return values;
 }
 
+void RequireOwnReport(const OptionValues& own, const OptionValues& common)
+{
+    const OptionValues all = WithCommon(own, common);
+    const OptionValue* const service = all.Find("psr-service");
+    if (service == nullptr || service->text.empty())
+    {
+        return;
+    }
+    for (const char* const name : {"message-id", "order-id"})
+    {
+        if (own.Find(name) == nullptr)
+        {
+            throw UsageRefusal(service->origin + " asks for a status report: the term " + name +
+                               " must be the order's own. Give it in the terms of each order.");
+        }
+    }
+}
+
 OptionValues WithCommon(OptionValues own, const OptionValues& common)
 {
     for (const std::string& name : CommonNames())

@@ -35,6 +35,10 @@ void AddJsonTerms(const nlohmann::json& object, const std::string& place,
 /// file, or with line and field.
 host::OptionValues TermsBeside(const std::string& order);
 
+/// Raises UsageRefusal when a status report is asked for and the order's own terms do not name it:
+/// every report has an identifier of its own, and says which order it answers.
+void RequireOwnReport(const host::OptionValues& own, const host::OptionValues& common);
+
 /// The settings of one order: its own terms go before what holds for all.
 host::OptionValues WithCommon(host::OptionValues own, const host::OptionValues& common);
 

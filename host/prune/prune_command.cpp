@@ -197,6 +197,7 @@ private:
                        {"archive", support::Utf8FromNarrow(path)},
                        {"archived", AsJson(archived)},
                        {"keptEvents", manifest.kept},
+                       {"resumed", earlier.has_value()},
                        {"removed", AsJson(removed)}};
         folder.MarkRemoved(object.dump(2) + "\n");
         if (m_values.IsOn("json"))

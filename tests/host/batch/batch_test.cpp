@@ -226,6 +226,22 @@ TEST_F(ManyOrders, JudgesNoOrderWhoseTermsAreMissingOrWrong)
     EXPECT_THAT(Rows(), IsEmpty());
 }
 
+TEST_F(ManyOrders, JudgesNoOrderWhoseReportWouldHaveTheIdentifierOfAll)
+{
+    Order("A001.xml");
+    Terms("A001.xml", R"({"order-id": "A1"})");
+    Order("A002.xml");
+    Terms("A002.xml", R"({"order-id": "A2", "message-id": "R2"})");
+
+    const auto lines =
+        Lines(Batch({"--sidecar", "--json", "--psr-service", "STATUS", "--party", "QZBKFRPP",
+                     "--message-name", "pain.001.001.03", "--message-id", "R"}));
+
+    EXPECT_THAT(lines.at("A001.xml")["error"].get<std::string>(),
+                HasSubstr("the term message-id must be the order's own"));
+    EXPECT_EQ(lines.at("A002.xml")["outcome"], "success");
+}
+
 TEST_F(ManyOrders, JudgesNoOrderThatAnotherHostJudges)
 {
     const std::string held = Order("A001.xml");

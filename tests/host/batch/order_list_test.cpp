@@ -155,6 +155,37 @@ TEST_F(ListOfOrders, TakesAFileOnceByWhateverNameItHas)
     }
 }
 
+TEST_F(ListOfOrders, IsRefusedForAFormatThatIsNone)
+{
+    EXPECT_THAT(
+        Refused("file,format\nA001.xml,CFONB/160\nA002.xml,nope\n"),
+        AllOf(HasSubstr("orders.csv, line 3, field format: 'nope' is no known order format"),
+              HasSubstr("Nothing was judged.")));
+    // Amounts that are given need none.
+    m_common.AddUnlessThere("total", {"5.00", "option --total"});
+    m_common.AddUnlessThere("largest", {"5.00", "option --largest"});
+    m_common.AddUnlessThere("currency", {"EUR", "option --currency"});
+    EXPECT_THAT(Refused("file,format\nA002.xml,nope\n"), HasSubstr("are given as well"));
+}
+
+TEST_F(ListOfOrders, IsRefusedForReportsThatHaveNoIdentifierOfTheirOwn)
+{
+    m_common.AddUnlessThere("psr-service", {"STATUS", "option --psr-service"});
+    m_common.AddUnlessThere("party", {"QZBKFRPP", "option --party"});
+    m_common.AddUnlessThere("message-name", {"pain.001.001.03", "option --message-name"});
+    m_common.AddUnlessThere("order-id", {"A", "option --order-id"});
+
+    EXPECT_EQ(Read("file,message-id,order-id\nA001.xml,R1,A1\nA002.xml,R2,A1\n").size(), 2U);
+    EXPECT_THAT(Refused("file,message-id,order-id\nA001.xml,R1,A1\nA002.xml,R1,A2\n"),
+                HasSubstr("line 3, field message-id: 'R1' is the report of line 2 already"));
+    EXPECT_THAT(
+        Refused("file,message-id\nA001.xml,R1\n"),
+        HasSubstr("line 2: option --psr-service asks for a status report: the term order-id "
+                  "must be the order's own"));
+    m_common.AddUnlessThere("message-id", {"R", "option --message-id"});
+    EXPECT_THAT(Refused("file,order-id\nA001.xml,A1\n"), HasSubstr("the term message-id must be"));
+}
+
 TEST_F(ListOfOrders, SkipsALineOfBlanksAsAnEmptyOne)
 {
     EXPECT_EQ(Read("file,signers\nA001.xml,Ana\n  \t \n\n \r\nA002.xml,Ana\n").size(), 2U);

@@ -264,6 +264,7 @@ TEST_F(Prune, JsonTellsWhatWasArchivedAndRemoved)
     const auto json = Run({"--yes", "--json"}).Json();
 
     EXPECT_EQ(json["archived"]["history"], 2);
+    EXPECT_FALSE(json["resumed"].get<bool>());
     EXPECT_EQ(json["removed"]["history"], 2);
     EXPECT_EQ(json["removed"]["events"], 3);
     EXPECT_EQ(json["removed"]["reports"], 1);
