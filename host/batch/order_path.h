@@ -23,7 +23,7 @@ bool IsFolder(const std::string& path);
 bool IsThere(const std::string& path);
 
 /// Raises host::UsageRefusal for a file that a run would write into the folder that it judges,
-/// where whatever comes is an order. `folder` is empty for a list of orders.
+/// where whatever comes is an order. For a list of orders `folder` is empty or the list itself.
 void RefuseAmongOrders(const host::OptionValue& file, const std::string& folder);
 
 /// What tells a file from what its name stood for before: size and time of the last change. Empty

@@ -364,6 +364,7 @@ TEST_F(InterruptedPrune, ASecondRunGoesOnFromTheArchiveOfAnInterruptedOne)
     EXPECT_EQ(ReadWholeFile(InArchive("history.ndjson")), archived);
     EXPECT_THAT(OrdersLeft(), ElementsAre(L"A003"));
     EXPECT_EQ(ReportOf("A002"), "");
+    EXPECT_TRUE(nlohmann::json::parse(ReadWholeFile(InArchive("removed.json")))["resumed"]);
 }
 
 TEST_F(Prune, ASecondRunGoesOnWhereTheRowsHaveGoneAndTheReportsStay)
