@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <regex>
+
 namespace testing_support
 {
 namespace
@@ -58,6 +60,27 @@ TEST_F(PosixColours, OfErrorsAndWarningsStandOnATerminal)
                 HasSubstr(std::string(kRed) + "signcheck:\x1b[0m option --limit"));
     EXPECT_THAT(OnTerminal("signcheck check order.xml " TERMS " --signers \\\"\\\""),
                 HasSubstr(std::string(kYellow) + "WARNING:\x1b[0m"));
+}
+
+// A bar that wrapped would leave its first line behind each time it is drawn.
+TEST_F(PosixColours, OfABarAreNotCountedWhereItIsCutAtTheEndOfTheLine)
+{
+    const std::string shown = OnTerminal("stty cols 40; signcheck batch orders " TERMS
+                                         " --signers \\\"Élodie Lefèvre\\\"");
+    const std::string before = "\r\x1b[K";
+    std::size_t bars = 0;
+    for (std::size_t at = shown.find(before); at != std::string::npos; at = shown.find(before, at))
+    {
+        at += before.size();
+        const std::string line = shown.substr(at, shown.find_first_of("\r\n", at) - at);
+        if (line.starts_with("[") && line.find("/1 files") != std::string::npos)
+        {
+            EXPECT_EQ(std::regex_replace(line, std::regex("\x1b\\[[0-9]*m"), "").size(), 39U)
+                << line;
+            ++bars;
+        }
+    }
+    EXPECT_GT(bars, 0U) << shown;
 }
 
 TEST_F(PosixColours, StandInNoPipe)
