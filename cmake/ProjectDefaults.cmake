@@ -32,5 +32,17 @@ if(SIGNUTILS_FUZZ)
   add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
 
+# The host and the tests read far more of headers than they hold, so several of their files become one
+# to the compiler. The library's rooms never do: what is installed for others is compiled file by file.
+# The presets for debugging, sanitizers and analysis take every file alone and so find what a file
+# takes from its neighbour.
+function(signutils_join_sources target)
+  if(SIGNUTILS_JOIN_SOURCES AND NOT SIGNUTILS_COVERAGE)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${SIGNUTILS_JOINED})
+    # Joined, a file counts as a header, whose unnamed namespaces would be another in each file.
+    target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+  endif()
+endfunction()
+
 # Threads count too: without atomic counters some lines come out below nothing.
 set(SIGNUTILS_COVERAGE_FLAGS --coverage -fprofile-abs-path -fprofile-update=atomic)

@@ -3,8 +3,10 @@
 #include "host/option_readers.h"
 #include "host/refusal.h"
 #include "host/text.h"
+#include "support/codepage.h"
 #include "support/currencies.h"
 #include "support/format.h"
+#include "support/messages.h"
 
 #include <algorithm>
 #include <charconv>
@@ -20,12 +22,7 @@ namespace
 constexpr std::uint16_t kNotApplicable = 0xFFFF;
 constexpr unsigned int kDecimalsWhereNoneApply = 6;
 // Beyond 15 digits a double no longer keeps every cent.
-constexpr std::size_t kMostDigits = 15;
-
-bool IsDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
+constexpr std::size_t kMostWholeDigits = 15;
 
 std::string Example(const AmountForm& form)
 {
@@ -96,9 +93,9 @@ std::string Problem(const std::string& text, const AmountForm& form)
     const std::size_t firstCounted = std::min(text.find_first_not_of('0'), text.size());
     const auto digits = std::count_if(text.begin() + static_cast<std::ptrdiff_t>(firstCounted),
                                       text.end(), IsDigit);
-    if (static_cast<std::size_t>(digits) > kMostDigits)
+    if (static_cast<std::size_t>(digits) > kMostWholeDigits)
     {
-        return "it has more than " + std::to_string(kMostDigits) + " digits";
+        return "it has more than " + std::to_string(kMostWholeDigits) + " digits";
     }
     return {};
 }
@@ -143,6 +140,11 @@ std::string WarningOfLargest(double total, double largest)
     return largest > total ? "option --largest is above option --total; the rules are judged on "
                              "both as given."
                            : "";
+}
+
+std::string RuleAmount(double amount)
+{
+    return support::Utf8FromWide(support::AmountText(amount));
 }
 
 std::string ShownAmount(double amount, const std::string& currency)

@@ -25,6 +25,9 @@ double ReadAmount(const OptionValue& value, const AmountForm& form);
 /// they do not. Rules are judged on both all the same.
 std::string WarningOfLargest(double total, double largest);
 
+/// An amount as the rules write it, whatever its currency, in UTF-8.
+std::string RuleAmount(double amount);
+
 /// An amount in the main unit for people: with the currency's decimals (two where the currency is
 /// unknown) and with more, up to four, where it has them.
 std::string ShownAmount(double amount, const std::string& currency);

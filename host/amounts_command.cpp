@@ -47,7 +47,7 @@ private:
     TDelimitedFile m_file;
 };
 
-std::string FieldOf(const amounts::DelimitedRow& row, std::size_t column)
+std::string NarrowFieldOf(const amounts::DelimitedRow& row, std::size_t column)
 {
     return std::string(row.GetAt(column));
 }
@@ -118,10 +118,10 @@ void PrintWords(const OrderSource& order, const FileAmounts& figures, Remittance
         [](const amounts::DelimitedRow& row)
         {
             const std::string line =
-                support::FormatA(kRow, FieldOf(row, amounts::kRecord).c_str(),
-                                 FieldOf(row, amounts::kRemittanceTotal).c_str(),
-                                 FieldOf(row, amounts::kRemittanceCurrency).c_str(),
-                                 FieldOf(row, amounts::kRemittanceOrders).c_str());
+                support::FormatA(kRow, NarrowFieldOf(row, amounts::kRecord).c_str(),
+                                 NarrowFieldOf(row, amounts::kRemittanceTotal).c_str(),
+                                 NarrowFieldOf(row, amounts::kRemittanceCurrency).c_str(),
+                                 NarrowFieldOf(row, amounts::kRemittanceOrders).c_str());
             Print(support::Utf8FromNarrow(line));
         });
     if (!errors.IsEmpty())

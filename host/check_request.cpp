@@ -25,10 +25,7 @@ constexpr std::size_t kHandOffLength = 260;
 constexpr std::size_t kLogPathLength = 259;
 // The longest identifier that a status report may hold.
 constexpr std::size_t kReportTextLength = 35;
-constexpr std::size_t kOrderIdKept = 10;
 constexpr std::size_t kFileNameKept = 256;
-// The contract tables keep signed numbers.
-constexpr std::uint32_t kLargestContractNumber = 0x7FFFFFFF;
 
 std::string UpTo(const OptionValues& values, const std::string& name, std::size_t longest)
 {

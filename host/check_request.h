@@ -4,6 +4,7 @@
 #include "host/option_values.h"
 #include "host/order_format.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,6 +12,11 @@
 
 namespace host
 {
+
+/// Characters of an order identifier that the history and the journal keep.
+constexpr std::size_t kOrderIdKept = 10;
+/// The contract tables keep signed numbers.
+constexpr std::uint32_t kLargestContractNumber = 0x7FFFFFFF;
 
 /// Everything that one check is asked with, validated. Narrow texts are Windows-1252.
 struct CheckRequest

@@ -27,11 +27,6 @@ bool IsThere(const std::string& path)
     return port::FileExists(path.c_str()) || port::FolderExists(path.c_str());
 }
 
-std::string Shown(const std::string& path)
-{
-    return Quoted(support::Utf8FromNarrow(path));
-}
-
 } // namespace
 
 OrderSource ReadOrderSource(const OptionValues& values, const std::string& command)
@@ -78,7 +73,7 @@ Conversion::~Conversion()
         {
             if (port::FileExists(Path(kind).c_str()))
             {
-                Warn("work file " + Shown(Path(kind)) +
+                Warn("work file " + QuotedPath(Path(kind)) +
                      " could not be removed. Remove it by hand; it holds the orders in plain "
                      "text.");
             }
@@ -127,7 +122,7 @@ void Conversion::RefuseExisting(const OrderSource& order) const
     {
         if (const std::string path = Path(kind); IsThere(path))
         {
-            there += (there.empty() ? "" : ", ") + Shown(path);
+            there += (there.empty() ? "" : ", ") + QuotedPath(path);
         }
     }
     if (!there.empty())
@@ -166,7 +161,7 @@ void Conversion::RefuseMissing(const OrderSource& order) const
         {
             throw Refusal(kCouldNotRun, "argument FILE: the conversion of " + Quoted(order.shown) +
                                             " ended well but left no work file " +
-                                            Shown(Path(kind)) +
+                                            QuotedPath(Path(kind)) +
                                             ". Check that nothing else cleans up its folder, and "
                                             "which conversion engine is registered.");
         }

@@ -1,4 +1,5 @@
 #include "host/decimal_sum.h"
+#include "host/text.h"
 
 #include <algorithm>
 
@@ -13,11 +14,6 @@ struct Number
     std::string digits;
     std::size_t decimals = 0;
 };
-
-bool IsDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
 
 Number Parsed(std::string_view text)
 {

@@ -16,7 +16,7 @@ using listing::Json;
 constexpr Choice kLevels[] = {{"information", 0}, {"error", 1}, {"refusal", 2}};
 constexpr Choice kHeadings[] = {{"NOT FOUND", 0}, {"SUCCESS", 1}, {"FAILED", 2}};
 
-struct Field
+struct EventField
 {
     const char* name;
     Json (*value)(const QueryRow& row, const AuditEvent& text);
@@ -40,7 +40,7 @@ Json OrNull(const QueryRow& row, const char* column)
     return value.empty() ? Json(nullptr) : Json(value);
 }
 
-constexpr Field kFields[] = {
+constexpr EventField kEventFields[] = {
     {"event",
      [](const QueryRow& row, const AuditEvent&) { return Json(NumberIn(row, "EVENTID")); }},
     {"time", [](const QueryRow& row, const AuditEvent&) { return Json(row.at("DATETIME")); }},
@@ -69,12 +69,12 @@ listing::TableRow Shown(const QueryRow& row, const AuditEvent& text)
             LinesOf(text.message)};
 }
 
-listing::Shape MakeShape()
+listing::Shape MakeEventShape()
 {
     using Align = Table::Align;
     listing::Shape shape;
     shape.listName = "events";
-    shape.fields = listing::NamesOf(kFields);
+    shape.fields = listing::NamesOf(kEventFields);
     shape.columns = {{"EVENT", Align::Right},   {"TIME", Align::Left},  {"LEVEL", Align::Left},
                      {"CONTRACT", Align::Left}, {"ORDER", Align::Left}, {"REQUEST", Align::Left}};
     shape.whenEmpty = "No audit event fits.";
@@ -92,13 +92,13 @@ const std::vector<std::string>& EventColumns()
 
 const listing::Shape& EventShape()
 {
-    static const listing::Shape shape = MakeShape();
+    static const listing::Shape shape = MakeEventShape();
     return shape;
 }
 
 listing::Record EventRecord(const QueryRow& row, const AuditEvent& text)
 {
-    return {[&row, &text] { return listing::ValuesOf(kFields, row, text); },
+    return {[&row, &text] { return listing::ValuesOf(kEventFields, row, text); },
             [&row, &text] { return Shown(row, text); }};
 }
 

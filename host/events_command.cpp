@@ -67,7 +67,7 @@ struct TextOfEvent
     std::optional<int> verdict;
 };
 
-Conditions ConditionsFrom(const OptionValues& values)
+Conditions EventConditionsFrom(const OptionValues& values)
 {
     Conditions conditions;
     if (const OptionValue* level = values.Find("level"); level != nullptr)
@@ -84,7 +84,7 @@ Conditions ConditionsFrom(const OptionValues& values)
 int RunEvents(const OptionValues& values)
 {
     const Connection connection = ConnectionFrom(values);
-    const Conditions conditions = ConditionsFrom(values);
+    const Conditions conditions = EventConditionsFrom(values);
     RefuseReasonCode(values, kEventTable.name);
     const TextOfEvent text(values);
     listing::Pager pager("events", values, EventShape());

@@ -15,7 +15,7 @@ namespace host
 namespace
 {
 
-Conditions ConditionsFrom(const OptionValues& values)
+Conditions HistoryConditionsFrom(const OptionValues& values)
 {
     Conditions conditions;
     FilterBy(values, "partner", "VPNAME", conditions);
@@ -37,7 +37,7 @@ Conditions ConditionsFrom(const OptionValues& values)
 int RunHistory(const OptionValues& values)
 {
     const Connection connection = ConnectionFrom(values);
-    const Conditions conditions = ConditionsFrom(values);
+    const Conditions conditions = HistoryConditionsFrom(values);
     RefuseReasonCode(values, kHistoryTable.name);
     const listing::TextFilter signer(values, "signer");
     const listing::TextFilter reason(values, "reason");

@@ -20,7 +20,7 @@ using listing::Json;
 constexpr Choice kVerdicts[] = {{"success", 1}, {"refused", 2}, {"no-rule", 0}};
 constexpr std::size_t kFileWidth = 71; // behind "File "
 
-struct Field
+struct HistoryField
 {
     const char* name;
     Json (*value)(const QueryRow& row);
@@ -37,14 +37,14 @@ Json Decimal(const QueryRow& row, const char* column)
     return support::ToDouble(Amount(row.at(column)).c_str());
 }
 
-std::string Trimmed(std::string text)
+std::string WithoutPadding(std::string text)
 {
     text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
     text.erase(text.find_last_not_of(' ') + 1);
     return text;
 }
 
-constexpr Field kFields[] = {
+constexpr HistoryField kHistoryFields[] = {
     {"row", [](const QueryRow& row) { return Json(NumberIn(row, "ROWNO")); }},
     {"time", [](const QueryRow& row) { return Json(row.at("DATETIME")); }},
     {"verdict", [](const QueryRow& row) { return Json(NumberIn(row, "STATUT")); }},
@@ -58,8 +58,8 @@ constexpr Field kFields[] = {
     {"orderId", [](const QueryRow& row) { return Json(row.at("ORDERID")); }},
     {"fileId", [](const QueryRow& row) { return Json(NumberIn(row, "IDFICVFS")); }},
     {"control", [](const QueryRow& row) { return Json(NumberIn(row, "TYPE_CTRL")); }},
-    {"signer1", [](const QueryRow& row) { return Json(Trimmed(row.at("SIGNER1"))); }},
-    {"signer2", [](const QueryRow& row) { return Json(Trimmed(row.at("SIGNER2"))); }},
+    {"signer1", [](const QueryRow& row) { return Json(WithoutPadding(row.at("SIGNER1"))); }},
+    {"signer2", [](const QueryRow& row) { return Json(WithoutPadding(row.at("SIGNER2"))); }},
     {"reason", [](const QueryRow& row) { return Json(row.at("MOTIF")); }},
     {"signers", [](const QueryRow& row) { return Json(row.at("CNS")); }},
     {"total", [](const QueryRow& row) { return Decimal(row, "TOTAL"); }},
@@ -70,7 +70,7 @@ constexpr Field kFields[] = {
 // MOTIF joins reason and message by " : ", also where one of them is empty.
 std::string Reason(const std::string& motif)
 {
-    std::string reason = Trimmed(motif);
+    std::string reason = WithoutPadding(motif);
     if (reason.starts_with(": "))
     {
         reason.erase(0, 2);
@@ -84,8 +84,8 @@ std::string Reason(const std::string& motif)
 
 std::string Holders(const QueryRow& row)
 {
-    const std::string first = Trimmed(row.at("SIGNER1"));
-    const std::string second = Trimmed(row.at("SIGNER2"));
+    const std::string first = WithoutPadding(row.at("SIGNER1"));
+    const std::string second = WithoutPadding(row.at("SIGNER2"));
     return second.empty() ? first : first + ", " + second;
 }
 
@@ -105,12 +105,12 @@ listing::TableRow Shown(const QueryRow& row)
              Reason(row.at("MOTIF")), "File " + ShortenedPath(row.at("FILENAME"), kFileWidth)}};
 }
 
-listing::Shape MakeShape()
+listing::Shape MakeHistoryShape()
 {
     using Align = Table::Align;
     listing::Shape shape;
     shape.listName = "rows";
-    shape.fields = listing::NamesOf(kFields);
+    shape.fields = listing::NamesOf(kHistoryFields);
     shape.columns = {{"ROW", Align::Right},     {"TIME", Align::Left},  {"VERDICT", Align::Left},
                      {"CONTRACT", Align::Left}, {"ORDER", Align::Left}, {"TOTAL", Align::Right}};
     shape.whenEmpty = "No history row fits.";
@@ -130,13 +130,14 @@ const std::vector<std::string>& HistoryColumns()
 
 const listing::Shape& HistoryShape()
 {
-    static const listing::Shape shape = MakeShape();
+    static const listing::Shape shape = MakeHistoryShape();
     return shape;
 }
 
 listing::Record HistoryRecord(const QueryRow& row)
 {
-    return {[&row] { return listing::ValuesOf(kFields, row); }, [&row] { return Shown(row); }};
+    return {[&row] { return listing::ValuesOf(kHistoryFields, row); },
+            [&row] { return Shown(row); }};
 }
 
 int VerdictFrom(const OptionValue& value)

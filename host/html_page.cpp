@@ -1,6 +1,7 @@
 #include "host/html_page.h"
 
 #include "host/option_readers.h"
+#include "host/order_path.h"
 #include "host/refusal.h"
 #include "host/text.h"
 #include "port/files.h"
@@ -32,17 +33,7 @@ constexpr const char* kStyle =
     "*{-webkit-print-color-adjust:exact;print-color-adjust:exact}}";
 
 // What every page of ours begins with.
-constexpr std::string_view kBeginning = "<!DOCTYPE html>\n<html lang=\"";
-
-std::string FolderOf(const std::string& path)
-{
-    std::size_t end = path.size();
-    while (end > 0 && !port::IsPathSeparator(path[end - 1]))
-    {
-        --end;
-    }
-    return end == 0 ? "." : path.substr(0, end);
-}
+constexpr std::string_view kPageBegins = "<!DOCTYPE html>\n<html lang=\"";
 
 // Putting the page in its place would take away a device or pipe, such as /dev/null.
 void RefuseWhatIsNoFile(const std::string& path, const std::string& origin)
@@ -60,14 +51,14 @@ void RefuseWhatIsNoFile(const std::string& path, const std::string& origin)
 bool IsPageOrEmpty(const std::string& path)
 {
     port::File file;
-    char begin[kBeginning.size()];
+    char begin[kPageBegins.size()];
     if (!file.Open(path.c_str(), port::OpenMode::Read))
     {
         return false;
     }
     const auto read = file.Read(begin, sizeof begin);
     return read == 0 ||
-           (read > 0 && std::string_view(begin, static_cast<std::size_t>(read)) == kBeginning);
+           (read > 0 && std::string_view(begin, static_cast<std::size_t>(read)) == kPageBegins);
 }
 
 // The path may be that of the order, the database or the rules by mistake.
@@ -119,7 +110,7 @@ std::string HtmlText(std::string_view utf8)
 std::string HtmlPage(const std::string& title, const std::string& style, const std::string& body,
                      const std::string& language)
 {
-    return std::string(kBeginning) + language +
+    return std::string(kPageBegins) + language +
            "\">\n<head>\n<meta charset=\"utf-8\">\n"
            "<meta name=\"viewport\" content=\"width=device-width,initial-scale=1\">\n<title>" +
            HtmlText(title) + "</title>\n<style>" + kStyle + style +

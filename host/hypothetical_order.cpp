@@ -15,7 +15,6 @@ namespace
 {
 
 // The contract tables keep signed numbers.
-constexpr std::uint32_t kLargestType = 0x7FFFFFFF;
 
 // Under one key of the contract.
 std::vector<scratch::OrderKind> KindsAskedFor(const HypotheticalOrder& asked,
@@ -47,7 +46,7 @@ HypotheticalOrder ReadAskedContract(const OptionValues& values)
     asked.cuid = contract.text;
     if (const OptionValue* const type = values.Find("type"); type != nullptr)
     {
-        asked.type = WholeNumber(*type, kLargestType);
+        asked.type = WholeNumber(*type, kLargestContractNumber);
     }
     return asked;
 }

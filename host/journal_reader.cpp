@@ -14,9 +14,8 @@ namespace
 {
 
 constexpr const char* kSource = "RULSGN";
-constexpr std::size_t kOrderIdKept = 10;
 
-std::string Trimmed(std::string text)
+std::string WithoutBlanksAtTheEnd(std::string text)
 {
     text.erase(text.find_last_not_of(' ') + 1);
     return text;
@@ -25,7 +24,7 @@ std::string Trimmed(std::string text)
 bool IsOfRequest(const AuditEvent& event, const CheckRequest& request)
 {
     const auto same = [](const std::string& shown, const std::string& narrow)
-    { return shown == Trimmed(support::Utf8FromNarrow(narrow)); };
+    { return shown == WithoutBlanksAtTheEnd(support::Utf8FromNarrow(narrow)); };
     // The audit text shows the file identifier as a signed number.
     const auto fileId = std::to_string(static_cast<std::int32_t>(request.fileId));
     return event.message.rfind(kCheckHeading, 0) == 0 && same(event.partner, request.partner) &&

@@ -12,7 +12,7 @@ namespace host
 namespace
 {
 
-constexpr std::size_t kIndent = 2;
+constexpr std::size_t kIndentWidth = 2;
 
 std::string Quote(std::string_view text)
 {
@@ -115,7 +115,7 @@ void JsonStream::NewLine()
         return;
     }
     m_pending += '\n';
-    m_pending.append(m_levels.size() * kIndent, ' ');
+    m_pending.append(m_levels.size() * kIndentWidth, ' ');
 }
 
 void JsonStream::Finish()

@@ -46,7 +46,7 @@ std::set<std::string> AllContracts(CDatabase& database, const Connection& connec
 }
 
 /// Everything that one run found.
-struct Report
+struct LintReport
 {
     std::vector<authority::LintedKind> kinds;
     std::string provenance;
@@ -56,7 +56,7 @@ struct Report
 };
 
 void LintContract(CDatabase& database, const Connection& connection, const std::string& cuid,
-                  Report& report)
+                  LintReport& report)
 {
     ++report.contracts;
     for (const auto& part : authority::ReadContract(database, connection, cuid))
@@ -88,7 +88,7 @@ void LintContract(CDatabase& database, const Connection& connection, const std::
     }
 }
 
-Json AsJson(const Report& report)
+Json AsJson(const LintReport& report)
 {
     Json object = {{"contracts", report.contracts},
                    {"findings", report.findings},
@@ -102,7 +102,7 @@ Json AsJson(const Report& report)
     return object;
 }
 
-std::string Summary(const Report& report)
+std::string Summary(const LintReport& report)
 {
     std::string text;
     AppendParagraph(text, "Found",
@@ -131,7 +131,7 @@ int RunLint(const OptionValues& values)
     {
         contracts = AllContracts(database, connection);
     }
-    Report report;
+    LintReport report;
     for (const std::string& cuid : contracts)
     {
         LintContract(database, connection, cuid, report);

@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr std::size_t kIdentifierLength = 8;
-constexpr std::size_t kMostDigits = 10;
+constexpr std::size_t kMostNumberDigits = 10;
 
 } // namespace
 
@@ -94,7 +94,7 @@ std::string ContractIdentifier(const OptionValue& value)
 
 std::uint32_t WholeNumber(const OptionValue& value, std::uint32_t largest, std::uint32_t smallest)
 {
-    const bool isDigits = !value.text.empty() && value.text.size() <= kMostDigits &&
+    const bool isDigits = !value.text.empty() && value.text.size() <= kMostNumberDigits &&
                           value.text.find_first_not_of("0123456789") == std::string::npos;
     std::uint64_t number = 0;
     for (const char digit : isDigits ? value.text : std::string())

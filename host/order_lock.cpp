@@ -11,13 +11,13 @@ namespace host
 namespace
 {
 
-constexpr const char* kEnding = ".veu.lock";
+constexpr const char* kLockEnding = ".veu.lock";
 
 } // namespace
 
 std::string OrderLockPath(const std::string& order)
 {
-    return order + kEnding;
+    return order + kLockEnding;
 }
 
 std::string LockNote(const std::string& holder)

@@ -9,7 +9,7 @@ namespace host
 namespace
 {
 
-constexpr std::uint64_t kAll = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint64_t kAllOrders = std::numeric_limits<std::uint64_t>::max();
 
 // Details and counts have a row each for every remittance and currency, in the same order.
 struct Walker
@@ -94,7 +94,7 @@ void OrderWalk::Show(OrderVisitor& visitor)
     if (walker.orders.HasRow())
     {
         visitor.BeginRemittance();
-        walker.ShowOrders(kAll);
+        walker.ShowOrders(kAllOrders);
         visitor.EndRemittance();
     }
 }

@@ -13,20 +13,20 @@ namespace host
 namespace
 {
 
-struct NamedFormat
+struct FormatName
 {
     const char* name;
     OutputFormat format;
 };
 
-constexpr NamedFormat kFormats[] = {
+constexpr FormatName kFormats[] = {
     {"table", OutputFormat::Table},
     {"json", OutputFormat::Json},
     {"ndjson", OutputFormat::NdJson},
     {"csv", OutputFormat::Csv},
 };
 
-const NamedFormat* FindFormat(const std::string& name)
+const FormatName* FindFormat(const std::string& name)
 {
     const auto* const found = std::find_if(std::begin(kFormats), std::end(kFormats),
                                            [&name](const auto& each) { return name == each.name; });
@@ -96,7 +96,7 @@ OutputFormat OutputFormatFrom(const OptionValues& values)
     {
         return OutputFormat::Json;
     }
-    const NamedFormat* const named = value == nullptr ? nullptr : FindFormat(value->text);
+    const FormatName* const named = value == nullptr ? nullptr : FindFormat(value->text);
     return named == nullptr ? OutputFormat::Table : named->format;
 }
 

@@ -19,7 +19,7 @@ namespace host
 namespace
 {
 
-constexpr const char* kEnding = ".psr";
+constexpr const char* kReportEnding = ".psr";
 constexpr std::size_t kLargestReport = std::size_t{1024} * 1024;
 
 struct ReportElement
@@ -63,7 +63,7 @@ std::vector<std::string> NamesIn(const std::string& folder)
 // name.
 std::optional<long long> FileIdOf(const std::string& name)
 {
-    const std::string ending = kEnding;
+    const std::string ending = kReportEnding;
     if (name.size() <= ending.size() ||
         name.compare(name.size() - ending.size(), ending.size(), ending) != 0)
     {
@@ -136,7 +136,7 @@ StoredReport ReportStore::Place(std::size_t index) const
     const Folder& folder = m_folders[place.folder];
     StoredReport report;
     report.path = support::Utf8FromNarrow(
-        port::JoinPath(folder.path, std::to_string(place.fileId) + kEnding));
+        port::JoinPath(folder.path, std::to_string(place.fileId) + kReportEnding));
     report.service = support::Utf8FromNarrow(folder.service);
     report.partner = support::Utf8FromNarrow(folder.partner);
     report.fileId = place.fileId;

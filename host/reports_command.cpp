@@ -39,13 +39,13 @@ constexpr EqualFilter kDocumentFilters[] = {
     {"status", &StoredReport::status},
 };
 
-struct Field
+struct ReportField
 {
     const char* name;
     Json (*value)(const StoredReport& report);
 };
 
-constexpr Field kFields[] = {
+constexpr ReportField kReportFields[] = {
     {"fileId", [](const StoredReport& report) { return Json(report.fileId); }},
     {"path", [](const StoredReport& report) { return Json(report.path); }},
     {"service", [](const StoredReport& report) { return Json(report.service); }},
@@ -160,7 +160,7 @@ listing::TableRow Shown(const StoredReport& report, bool withDocument)
 
 listing::Record RecordOf(const StoredReport& report, bool withDocument)
 {
-    return {[&report] { return listing::ValuesOf(kFields, report); },
+    return {[&report] { return listing::ValuesOf(kReportFields, report); },
             [&report, withDocument] { return Shown(report, withDocument); }};
 }
 
@@ -169,7 +169,7 @@ listing::Shape ShapeOf(const std::string& store)
     using Align = Table::Align;
     listing::Shape shape;
     shape.listName = "reports";
-    shape.fields = listing::NamesOf(kFields);
+    shape.fields = listing::NamesOf(kReportFields);
     shape.columns = {{"FILE ID", Align::Right}, {"TIME", Align::Left},  {"SERVICE", Align::Left},
                      {"PARTNER", Align::Left},  {"ORDER", Align::Left}, {"STATUS", Align::Left},
                      {"CODE", Align::Left}};

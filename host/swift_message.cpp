@@ -1,4 +1,5 @@
 #include "host/swift_message.h"
+#include "host/text.h"
 
 #include <algorithm>
 #include <array>
@@ -10,15 +11,10 @@ namespace
 {
 
 // The fields of an MT 101, but 28D.
-constexpr std::array<std::string_view, 31> kFields = {
+constexpr std::array<std::string_view, 31> kFieldTags = {
     "20", "21R", "50C", "50L", "50F", "50G", "50H", "51A", "52A", "52C", "30",
     "25", "21",  "21F", "23E", "32B", "56A", "56C", "56D", "57A", "57C", "57D",
     "59", "59A", "59F", "70",  "77B", "33B", "71A", "25A", "36"};
-
-bool IsDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
 
 std::string_view TakeLine(std::string_view& bytes)
 {
@@ -92,7 +88,8 @@ std::string SwiftMessageType(std::string_view bytes)
         {
             return hasReference ? std::string(kSwiftMt101) : std::string();
         }
-        if (!tag.empty() && std::find(kFields.begin(), kFields.end(), tag) == kFields.end())
+        if (!tag.empty() &&
+            std::find(kFieldTags.begin(), kFieldTags.end(), tag) == kFieldTags.end())
         {
             return {};
         }

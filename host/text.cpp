@@ -171,11 +171,21 @@ std::string ShortenedPath(std::string_view utf8, std::size_t width)
     return "…" + kept.substr(keptFromSeparator == 0 ? 0 : kept.size() - keptFromSeparator);
 }
 
+bool IsDigit(char character) noexcept
+{
+    return character >= '0' && character <= '9';
+}
+
 std::string Quoted(std::string_view utf8)
 {
     const std::string shown = Printable(utf8);
     const std::string cut = CutTo(shown, kLongestQuotedValue);
     return "'" + cut + (cut.size() < shown.size() ? "…'" : "'");
+}
+
+std::string QuotedPath(const std::string& narrow)
+{
+    return Quoted(support::Utf8FromNarrow(narrow));
 }
 
 std::string FirstWithoutNarrowPlace(std::string_view utf8)

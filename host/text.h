@@ -7,6 +7,9 @@
 namespace host
 {
 
+/// What tables, pages of help and explanations are made for.
+constexpr std::size_t kTerminalColumns = 80;
+
 /// Splits UTF-8 into code points; each malformed byte is U+FFFD.
 std::u32string CodePoints(std::string_view utf8);
 std::string Utf8FromCodePoint(char32_t character);
@@ -25,8 +28,14 @@ std::string CutTo(std::string_view utf8, std::size_t count);
 /// near enough.
 std::string ShortenedPath(std::string_view utf8, std::size_t width);
 
+/// Whether the byte is one of ASCII's digits.
+bool IsDigit(char character) noexcept;
+
 /// The value in quotes for a message, printable and cut where it is very long.
 std::string Quoted(std::string_view utf8);
+
+/// A path in Windows-1252, in quotes for a message.
+std::string QuotedPath(const std::string& narrow);
 
 /// The first character that Windows-1252 has no place for, in UTF-8; empty when all have one.
 std::string FirstWithoutNarrowPlace(std::string_view utf8);

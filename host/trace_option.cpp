@@ -15,7 +15,7 @@ namespace
 {
 
 // Of the first section's time, as support/trace.h shows it.
-constexpr std::string_view kBeginning = "[0000-00-00 00:00:00.";
+constexpr std::string_view kTraceNameBegins = "[0000-00-00 00:00:00.";
 
 // Pipes and devices are no files that anything could be lost from.
 bool HoldsSomethingElse(const std::string& path)
@@ -25,9 +25,9 @@ bool HoldsSomethingElse(const std::string& path)
     {
         return false;
     }
-    char beginning[kBeginning.size()] = {};
+    char beginning[kTraceNameBegins.size()] = {};
     const std::int64_t count = file.Read(beginning, sizeof beginning);
-    return count < 0 || !HasShape({beginning, static_cast<std::size_t>(count)}, kBeginning);
+    return count < 0 || !HasShape({beginning, static_cast<std::size_t>(count)}, kTraceNameBegins);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "host/authority/bands.h"
 
+#include "host/amount_text.h"
 #include "signutils/amount_units.h"
 #include "support/codepage.h"
 #include "support/messages.h"
@@ -60,11 +61,6 @@ bool IsPossible(const Cell& cell)
     return Least(cell.largest) <= Greatest(cell.total);
 }
 
-std::string Shown(double amount)
-{
-    return support::Utf8FromWide(support::AmountText(amount));
-}
-
 std::string InWords(const Band& band, const std::string& what)
 {
     if (!band.above && !band.upTo)
@@ -72,9 +68,9 @@ std::string InWords(const Band& band, const std::string& what)
         return {};
     }
     std::string words = what;
-    words += band.above ? " above " + Shown(*band.above) : std::string();
+    words += band.above ? " above " + host::RuleAmount(*band.above) : std::string();
     words += band.above && band.upTo ? "," : "";
-    words += band.upTo ? " up to " + Shown(*band.upTo) : std::string();
+    words += band.upTo ? " up to " + host::RuleAmount(*band.upTo) : std::string();
     return words;
 }
 

@@ -1,5 +1,6 @@
 #include "host/authority/change_of_effect.h"
 
+#include "host/authority/contract_maps.h"
 #include "host/authority/map_text.h"
 #include "host/refusal.h"
 
@@ -21,27 +22,11 @@ using rulebook::RuleBook;
 
 constexpr unsigned int kVerdicts = 3; // 0, 1 and 2
 
-void AddOnce(std::vector<ContractKey>& keys, const ContractKey& key)
+void AddKeysOf(std::vector<ContractKey>& keys, const Contract* contract)
 {
-    if (std::find(keys.begin(), keys.end(), key) == keys.end())
+    if (contract != nullptr)
     {
-        keys.push_back(key);
-    }
-}
-
-void AddKeys(std::vector<ContractKey>& keys, const Contract* contract)
-{
-    if (contract == nullptr)
-    {
-        return;
-    }
-    for (const auto& terms : contract->terms)
-    {
-        AddOnce(keys, terms.key);
-    }
-    if (contract->entry)
-    {
-        AddOnce(keys, contract->entry->key);
+        AddKeys(keys, *contract);
     }
 }
 
@@ -81,8 +66,8 @@ std::vector<ContractKey> KeysReached(const RuleBook& before, const RuleBook& aft
     std::vector<ContractKey> keys;
     for (const auto& contract : change.contracts)
     {
-        AddKeys(keys, contract.before);
-        AddKeys(keys, contract.after);
+        AddKeysOf(keys, contract.before);
+        AddKeysOf(keys, contract.after);
     }
     std::set<std::string> huids;
     for (const auto& holder : change.holders)
@@ -98,7 +83,7 @@ std::vector<ContractKey> KeysReached(const RuleBook& before, const RuleBook& aft
         {
             if (Names(contract, huids))
             {
-                AddKeys(keys, &contract);
+                AddKeys(keys, contract);
             }
         }
     }
@@ -113,7 +98,7 @@ RuleBook PartOf(const RuleBook& book, const ContractKey& key)
     for (const Contract& contract : book.contracts)
     {
         std::vector<ContractKey> keys;
-        AddKeys(keys, &contract);
+        AddKeys(keys, contract);
         if (std::find(keys.begin(), keys.end(), key) == keys.end())
         {
             continue;

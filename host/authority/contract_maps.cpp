@@ -22,20 +22,6 @@ void AddOnce(std::vector<rulebook::ContractKey>& keys, const rulebook::ContractK
     }
 }
 
-std::vector<rulebook::ContractKey> KeysOf(const rulebook::Contract& contract)
-{
-    std::vector<rulebook::ContractKey> keys;
-    for (const rulebook::ContractTerms& terms : contract.terms)
-    {
-        AddOnce(keys, terms.key);
-    }
-    if (contract.entry)
-    {
-        AddOnce(keys, contract.entry->key);
-    }
-    return keys;
-}
-
 std::int64_t UnusedType(const rulebook::RuleBook& book)
 {
     std::set<std::int64_t> used;
@@ -106,6 +92,18 @@ std::vector<std::string> Notes(const ContractUnderKey& part, const std::string& 
 
 } // namespace
 
+void AddKeys(std::vector<rulebook::ContractKey>& keys, const rulebook::Contract& contract)
+{
+    for (const rulebook::ContractTerms& terms : contract.terms)
+    {
+        AddOnce(keys, terms.key);
+    }
+    if (contract.entry)
+    {
+        AddOnce(keys, contract.entry->key);
+    }
+}
+
 std::vector<ContractUnderKey> ReadContract(CDatabase& database, const host::Connection& connection,
                                            const std::string& cuid)
 {
@@ -113,7 +111,9 @@ std::vector<ContractUnderKey> ReadContract(CDatabase& database, const host::Conn
     std::vector<ContractUnderKey> parts;
     for (const rulebook::Contract& contract : alone.contracts)
     {
-        for (const rulebook::ContractKey& key : KeysOf(contract))
+        std::vector<rulebook::ContractKey> keys;
+        AddKeys(keys, contract);
+        for (const rulebook::ContractKey& key : keys)
         {
             ContractUnderKey part;
             part.key = key;

@@ -23,6 +23,9 @@ struct ContractUnderKey
     std::optional<std::int64_t> otherType;
 };
 
+/// Adds the keys that the contract's rules or it itself stand under, each once.
+void AddKeys(std::vector<rulebook::ContractKey>& keys, const rulebook::Contract& contract);
+
 /// Every key of the contract. Raises host::Refusal when there is no such contract or the database
 /// cannot be read.
 std::vector<ContractUnderKey> ReadContract(CDatabase& database, const host::Connection& connection,

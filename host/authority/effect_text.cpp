@@ -1,6 +1,7 @@
 #include "host/authority/change_of_effect.h"
 #include "host/authority/map_text.h"
 #include "host/table.h"
+#include "host/text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -12,11 +13,9 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::size_t kTerminal = 80;
-
 void Append(std::string& text, const std::string& indent, const std::string& words)
 {
-    for (const std::string& line : host::Wrapped(words, kTerminal - indent.size()))
+    for (const std::string& line : host::Wrapped(words, host::kTerminalColumns - indent.size()))
     {
         text += indent + line + "\n";
     }

@@ -1,5 +1,6 @@
 #include "host/authority/lint_words.h"
 
+#include "host/amount_text.h"
 #include "host/authority/map_text.h"
 #include "host/paragraph.h"
 #include "support/codepage.h"
@@ -15,11 +16,6 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
-std::string Shown(double amount)
-{
-    return support::Utf8FromWide(support::AmountText(amount));
-}
-
 std::string InWords(const Witness& witness)
 {
     const scratch::Order& order = witness.order;
@@ -28,8 +24,8 @@ std::string InWords(const Witness& witness)
     {
         words += (words.empty() ? "" : "; ") + signer;
     }
-    words = (words.empty() ? "nobody" : words) + ", total " + Shown(order.total) +
-            ", largest order " + Shown(order.largest) + ", VEU " +
+    words = (words.empty() ? "nobody" : words) + ", total " + host::RuleAmount(order.total) +
+            ", largest order " + host::RuleAmount(order.largest) + ", VEU " +
             (order.isDistributed ? "on" : "off");
     words += witness.judgedBy.empty() ? "" : ", judged by " + witness.judgedBy;
     words += std::string(": ") + OutcomeOf(witness.decision.verdict);

@@ -10,7 +10,7 @@ namespace
 {
 
 // As many columns as a sheet of paper takes; further ones stand in a table below.
-constexpr std::size_t kBandsInATable = 4;
+constexpr std::size_t kBandsOnAPage = 4;
 
 // On a narrow screen each row is a block of its own, in which every verdict stands beside its
 // amounts: nothing lies outside the window.
@@ -100,9 +100,9 @@ std::string MapAsHtml(const AuthorityMap& exact)
     {
         return html + "<p>" + host::HtmlText(kNothingAccepted) + "</p>\n";
     }
-    for (std::size_t first = 0; first < map.cells.size(); first += kBandsInATable)
+    for (std::size_t first = 0; first < map.cells.size(); first += kBandsOnAPage)
     {
-        html += TableAsHtml(map, {first, std::min(first + kBandsInATable, map.cells.size())});
+        html += TableAsHtml(map, {first, std::min(first + kBandsOnAPage, map.cells.size())});
     }
     const bool hasOthers = std::any_of(map.rows.begin(), map.rows.end(),
                                        [](const Row& row) { return IsWithoutRule(row); });

@@ -11,10 +11,9 @@ namespace authority
 namespace
 {
 
-constexpr std::size_t kTerminal = 80;
 constexpr std::size_t kSignersWidth = 36;
 // With the signers, the mode and gaps of two between, as many columns of two as 80 take.
-constexpr std::size_t kBandsInATable = 9;
+constexpr std::size_t kBandsOnATerminal = 9;
 
 // A, B, … Z, AA, AB, …
 std::string Letters(std::size_t number)
@@ -40,7 +39,7 @@ void AppendWrapped(std::string& text, const std::string& head, const std::string
 {
     const std::string indent(host::DisplayWidth(head), ' ');
     bool isFirst = true;
-    for (const std::string& line : host::Wrapped(words, kTerminal - indent.size()))
+    for (const std::string& line : host::Wrapped(words, host::kTerminalColumns - indent.size()))
     {
         text += (isFirst ? head : indent) + line + "\n";
         isFirst = false;
@@ -122,9 +121,9 @@ std::string MapAsText(const AuthorityMap& exact)
         return text + "\n";
     }
     text += Legend(map) + "\n";
-    for (std::size_t first = 0; first < map.cells.size(); first += kBandsInATable)
+    for (std::size_t first = 0; first < map.cells.size(); first += kBandsOnATerminal)
     {
-        text += TableOf(map, first, std::min(kBandsInATable, map.cells.size() - first)) + "\n";
+        text += TableOf(map, first, std::min(kBandsOnATerminal, map.cells.size() - first)) + "\n";
     }
     if (static_cast<std::size_t>(shown) < map.rows.size())
     {

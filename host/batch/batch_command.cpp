@@ -27,7 +27,7 @@ using host::OptionValue;
 using host::OptionValues;
 using host::UsageRefusal;
 
-constexpr const char* kHolder = "signcheck batch";
+constexpr const char* kBatchHolder = "signcheck batch";
 constexpr auto kBetweenLooks = std::chrono::milliseconds(100);
 
 /// The orders as they were found, and where their progress is kept.
@@ -144,11 +144,11 @@ int RunBatch(const OptionValues& values)
     const bool isFolder = port::FolderExists(host::NarrowText(*given).c_str());
     const std::size_t jobs = JobsFrom(values);
     RemovalAge(values);
-    const RunTerms run = RunTermsFrom(values, isFolder, kHolder);
+    const RunTerms run = RunTermsFrom(values, isFolder, kBatchHolder);
     Source source = SourceFrom(values, run, *given, isFolder);
     MetricsFile metrics(values, source.folder);
     RequireDatabase(run.connection);
-    ProgressJournal journal(source.journal, kHolder);
+    ProgressJournal journal(source.journal, kBatchHolder);
     journal.RequireDatabase(DatabaseIdentity(run.connection));
     Tidy(source, journal);
     TellLeftovers(source, values);

@@ -1,6 +1,7 @@
 #include "host/batch/history_reader.h"
 
 #include "host/amount_columns.h"
+#include "host/check_request.h"
 #include "host/query.h"
 #include "host/refusal.h"
 #include "support/codepage.h"
@@ -24,12 +25,11 @@ std::string Trimmed(std::string text)
 }
 
 // What the history keeps of an order identifier and of a list of signers.
-constexpr std::size_t kOrderIdKept = 10;
 constexpr std::size_t kSignersKept = 2048;
 
-const std::vector<std::string> kColumns = {"SERVER", "STATUT", "VPNAME",   "TYPE_PTC",
-                                           "VFNAME", "VCNAME", "ORDERID",  "MOTIF",
-                                           "CNS",    "TOTAL",  "MAXORDER", "FILENAME"};
+const std::vector<std::string> kHistoryColumns = {"SERVER", "STATUT", "VPNAME",   "TYPE_PTC",
+                                                  "VFNAME", "VCNAME", "ORDERID",  "MOTIF",
+                                                  "CNS",    "TOTAL",  "MAXORDER", "FILENAME"};
 
 double AmountIn(const host::QueryRow& row, const char* column)
 {
@@ -57,7 +57,7 @@ bool IsOn(const host::CheckRequest& request, const host::QueryRow& row)
         host::NumberIn(row, "SERVER") == (request.isRequester ? 0 : 1);
     const bool isOrder =
         isText("FILENAME", request.fileShown) &&
-        isNarrow("ORDERID", request.orderId.substr(0, kOrderIdKept)) &&
+        isNarrow("ORDERID", request.orderId.substr(0, host::kOrderIdKept)) &&
         isText("CNS", support::Utf8FromWide(request.signers.substr(0, kSignersKept).c_str()));
     const bool isAmount =
         request.amountsFromFile || (IsSameAmount(AmountIn(row, "TOTAL"), request.total) &&
@@ -125,9 +125,9 @@ std::optional<RecordedDecision> HistoryReader::DecisionOn(const host::CheckReque
     conditions.Equal("FILENAME", request.fileShown);
     std::optional<RecordedDecision> decision;
     host::ForEachRow(*m_database, m_connection,
-                     "SELECT " + host::SelectedColumns(*m_database, kColumns) +
+                     "SELECT " + host::SelectedColumns(*m_database, kHistoryColumns) +
                          " FROM HST_SIGNRULES" + conditions.Clause() + " ORDER BY ROWNO",
-                     kColumns,
+                     kHistoryColumns,
                      [&](const host::QueryRow& row)
                      {
                          if (!IsOn(request, row))

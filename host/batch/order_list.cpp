@@ -27,7 +27,7 @@ using host::OptionValues;
 using host::UsageRefusal;
 using nlohmann::json;
 
-constexpr std::int64_t kLargestFileMiB = 256;
+constexpr std::int64_t kLargestListMiB = 256;
 constexpr std::size_t kMostProblems = 20;
 constexpr const char* kFile = "file";
 constexpr const char* kRemark = "#";
@@ -39,7 +39,7 @@ public:
     ListReader(const host::OptionValue& path, const OptionValues& common)
         : m_common(common), m_name(host::Printable(path.text)),
           m_folder(FolderOf(AbsolutePath(path.text))),
-          m_text(host::ReadTextFile(path, "the list of orders", kLargestFileMiB))
+          m_text(host::ReadTextFile(path, "the list of orders", kLargestListMiB))
     {
         if (m_text.starts_with(kByteOrderMark))
         {

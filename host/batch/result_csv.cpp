@@ -30,7 +30,7 @@ struct Column
     Form form = Form::Value;
 };
 
-constexpr Column kColumns[] = {
+constexpr Column kResultColumns[] = {
     {"file"},
     {"signers", Form::Signers},
     {"verdict"},
@@ -108,7 +108,7 @@ std::string FieldOf(const Json& value, Form form)
 std::string ResultNamesAsCsv()
 {
     std::vector<std::string> names;
-    for (const Column& column : kColumns)
+    for (const Column& column : kResultColumns)
     {
         names.emplace_back(column.name);
     }
@@ -119,7 +119,7 @@ std::string ResultAsCsv(const OrderResult& result)
 {
     const Json object = ResultAsJson(result);
     std::vector<std::string> fields;
-    for (const Column& column : kColumns)
+    for (const Column& column : kResultColumns)
     {
         fields.push_back(FieldOf(ValueOf(object, column.name), column.form));
     }

@@ -24,7 +24,7 @@ using host::OptionValues;
 using host::UsageRefusal;
 using nlohmann::json;
 
-constexpr std::int64_t kLargestFileMiB = 1;
+constexpr std::int64_t kLargestTermsMiB = 1;
 
 // What an order takes from the settings of all when it has none of its own.
 const std::vector<std::string>& CommonNames()
@@ -187,7 +187,7 @@ OptionValues TermsBeside(const std::string& order)
 {
     const std::string name = order + kTermsEnding;
     const std::string text = host::ReadTextFile({name, "the terms of " + host::Quoted(order)},
-                                                "the terms", kLargestFileMiB);
+                                                "the terms", kLargestTermsMiB);
     OptionValues values;
     AddJsonTerms(JsonObject(text, host::Printable(name), 1), host::Printable(name), "", values);
     return values;

@@ -29,9 +29,9 @@ using host::OptionValues;
 using host::UsageRefusal;
 using std::chrono::seconds;
 
-constexpr const char* kHolder = "signcheck watch";
-constexpr std::uint32_t kSettle = 2;
-constexpr std::uint32_t kRescan = 30;
+constexpr const char* kWatchHolder = "signcheck watch";
+constexpr std::uint32_t kUsualSettle = 2;
+constexpr std::uint32_t kUsualRescan = 30;
 constexpr std::uint32_t kLongest = 3600;
 
 std::string FolderFrom(const OptionValues& values)
@@ -103,13 +103,13 @@ int RunWatch(const OptionValues& values)
     const auto start = std::chrono::steady_clock::now();
     const std::string path = FolderFrom(values);
     const std::size_t jobs = JobsFrom(values);
-    const DropFolder::Times times = {SecondsFrom(values, "settle", kSettle),
-                                     SecondsFrom(values, "rescan", kRescan)};
+    const DropFolder::Times times = {SecondsFrom(values, "settle", kUsualSettle),
+                                     SecondsFrom(values, "rescan", kUsualRescan)};
     RemovalAge(values);
-    const RunTerms run = RunTermsFrom(values, true, kHolder);
+    const RunTerms run = RunTermsFrom(values, true, kWatchHolder);
     MetricsFile metrics(values, path);
     RequireDatabase(run.connection);
-    ProgressJournal journal(JournalPath(values, path), kHolder);
+    ProgressJournal journal(JournalPath(values, path), kWatchHolder);
     journal.RequireDatabase(DatabaseIdentity(run.connection));
     journal.Tidy([&path](const std::string& key)
                  { return VersionOf(path + port::PathSeparator() + key).has_value(); });

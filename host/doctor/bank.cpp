@@ -17,7 +17,7 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "database";
+constexpr const char* kBankCheck = "database";
 
 /// How an attempt to connect ended.
 struct Attempt
@@ -64,7 +64,7 @@ bool IsFileMissing(const database::ConnectionString& parts)
 
 Finding MissingFile(const database::ConnectionString& parts)
 {
-    return {kCheck, Outcome::Failed,
+    return {kBankCheck, Outcome::Failed,
             "the database file " + host::Quoted(support::Utf8FromNarrow(parts.Value("DATABASE"))) +
                 " is not there",
             "Correct Database= in the connection string, or make it: signcheck init --db CONN."};
@@ -73,7 +73,7 @@ Finding MissingFile(const database::ConnectionString& parts)
 Finding CannotOpen(const database::ConnectionString& parts, const Bank& bank,
                    const Attempt& attempt)
 {
-    return {kCheck, Outcome::Failed,
+    return {kBankCheck, Outcome::Failed,
             host::Quoted(bank.where.shown) +
                 " cannot be opened: " + host::Printable(attempt.reason),
             host::NamesSqlite(parts)
@@ -103,7 +103,7 @@ bool OpenBank(const Bank& bank, Findings& findings)
     findings.push_back(CheckDriverName(parts, database::InstalledDrivers()));
     if (findings.back().outcome != Outcome::Ok)
     {
-        findings.push_back({kCheck, Outcome::NotLooked, "its driver is not there", ""});
+        findings.push_back({kBankCheck, Outcome::NotLooked, "its driver is not there", ""});
         return false;
     }
     if (IsFileMissing(parts))
@@ -116,7 +116,7 @@ bool OpenBank(const Bank& bank, Findings& findings)
     {
         findings.back().found +=
             ": " + Shown(attempt.facts.driver) + " " + Shown(attempt.facts.driverVersion);
-        findings.push_back({kCheck, Outcome::Ok,
+        findings.push_back({kBankCheck, Outcome::Ok,
                             Shown(attempt.facts.product) + " " + Shown(attempt.facts.version) +
                                 " answered in " + std::to_string(attempt.milliseconds) + " ms at " +
                                 host::Quoted(bank.where.shown),
@@ -126,7 +126,7 @@ bool OpenBank(const Bank& bank, Findings& findings)
     if (host::IsDriverMissing(attempt.state))
     {
         findings.back() = CannotLoad(attempt, parts.Value("DRIVER"));
-        findings.push_back({kCheck, Outcome::NotLooked, "its driver cannot be loaded", ""});
+        findings.push_back({kBankCheck, Outcome::NotLooked, "its driver cannot be loaded", ""});
         return false;
     }
     findings.push_back(CannotOpen(parts, bank, attempt));

@@ -14,7 +14,7 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "clock";
+constexpr const char* kClockCheck = "clock";
 constexpr std::int64_t kTolerated = 2;
 // Time zones differ by whole quarters of an hour.
 constexpr std::int64_t kZoneStep = std::int64_t{15} * 60;
@@ -43,20 +43,20 @@ Finding JudgeClock(const ClockReading& reading)
     const std::int64_t difference = Difference(reading);
     if (std::abs(difference) <= kTolerated)
     {
-        return {kCheck, Outcome::Ok,
+        return {kClockCheck, Outcome::Ok,
                 "the database's time, which dates history rows, is that of this machine", ""};
     }
     const std::string words = "the database's clock is " + AgeInWords(std::abs(difference)) +
                               (difference < 0 ? " behind" : " ahead of") + " this machine's";
     if (MayBeZones(difference))
     {
-        return {kCheck, Outcome::Warning,
+        return {kClockCheck, Outcome::Warning,
                 words + ", as with another time zone: history rows have its time, audit events "
                         "this machine's",
                 "Give the database's session or user the time zone of this machine, or this "
                 "machine's hosts that of the database (TZ)."};
     }
-    return {kCheck, Outcome::Warning,
+    return {kClockCheck, Outcome::Warning,
             words + ": history rows have its time, audit events this machine's",
             "Set both machines by the same time server (timedatectl shows whether one is used)."};
 }
@@ -76,8 +76,8 @@ Findings CheckClock(const Bank& bank)
     const auto there = ClockSeconds(text);
     if (!there)
     {
-        return {{kCheck, Outcome::NotLooked, "the database told its time as " + host::Quoted(text),
-                 ""}};
+        return {{kClockCheck, Outcome::NotLooked,
+                 "the database told its time as " + host::Quoted(text), ""}};
     }
     reading.there = *there;
     return {JudgeClock(reading)};

@@ -16,7 +16,7 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "copies";
+constexpr const char* kCopiesCheck = "copies";
 
 using scratch::Leftover;
 
@@ -39,7 +39,7 @@ bool Remove(const Bank* bank, const Leftover& copy)
 
 Finding Told(const Leftover& copy)
 {
-    return {kCheck, Outcome::Warning,
+    return {kCopiesCheck, Outcome::Warning,
             copy.kind + " " + copy.name + ", " + AgeInWords(AgeOf(copy)) + " old: its process " +
                 std::to_string(copy.parts.process) + " of user " + copy.parts.user +
                 " does not run on this machine",
@@ -82,7 +82,7 @@ Findings CheckCopies(const Bank* bank, std::optional<std::chrono::seconds> remov
         std::string words = "no copy of rules and no trace was left behind";
         words += removed == 0 ? "" : "; " + host::Counted(removed, "was", "were") + " removed";
         words += inUse == 0 ? "" : "; " + host::Counted(inUse, "is", "are") + " in use";
-        findings.push_back({kCheck, Outcome::Ok, words, ""});
+        findings.push_back({kCopiesCheck, Outcome::Ok, words, ""});
     }
     return findings;
 }

@@ -14,7 +14,7 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "driver";
+constexpr const char* kDriverCheck = "driver";
 
 struct Package
 {
@@ -55,9 +55,9 @@ Finding CheckDriverFile(const std::string& driver)
     const std::string shown = host::Quoted(support::Utf8FromNarrow(driver));
     if (port::FileExists(driver.c_str()))
     {
-        return {kCheck, Outcome::Ok, "the driver's file " + shown + " is there", ""};
+        return {kDriverCheck, Outcome::Ok, "the driver's file " + shown + " is there", ""};
     }
-    return {kCheck, Outcome::Failed, "there is no file " + shown,
+    return {kDriverCheck, Outcome::Failed, "there is no file " + shown,
             "Correct Driver= in the connection string: give the name of an installed driver, which "
             "odbcinst -q -d lists, or the path of one."};
 }
@@ -80,7 +80,7 @@ Finding CheckDriverName(const database::ConnectionString& connection,
     const std::string driver = connection.Value("DRIVER");
     if (driver.empty())
     {
-        return {kCheck, Outcome::Ok,
+        return {kDriverCheck, Outcome::Ok,
                 "the data source " +
                     host::Quoted(support::Utf8FromNarrow(connection.Value("DSN"))) +
                     " names it, see odbc.ini",
@@ -92,7 +92,7 @@ Finding CheckDriverName(const database::ConnectionString& connection,
     }
     if (!installed)
     {
-        return {kCheck, Outcome::Failed, "the ODBC driver manager does not answer",
+        return {kDriverCheck, Outcome::Failed, "the ODBC driver manager does not answer",
                 "Install it: apt install unixodbc."};
     }
     const bool isInstalled = std::any_of(installed->begin(), installed->end(),
@@ -101,10 +101,10 @@ Finding CheckDriverName(const database::ConnectionString& connection,
     const std::string shown = host::Quoted(support::Utf8FromNarrow(driver));
     if (isInstalled)
     {
-        return {kCheck, Outcome::Ok, shown + " is installed", ""};
+        return {kDriverCheck, Outcome::Ok, shown + " is installed", ""};
     }
     const std::string package = PackageAdvice(driver);
-    return {kCheck, Outcome::Failed,
+    return {kDriverCheck, Outcome::Failed,
             shown + " is not installed; " +
                 (installed->empty() ? std::string("no driver is")
                                     : "installed are: " + Listed(*installed)),

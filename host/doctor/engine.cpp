@@ -18,7 +18,7 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "engine";
+constexpr const char* kEngineCheck = "engine";
 constexpr const char* kTotal = "1234.56";
 constexpr const char* kLargest = "1000.01";
 
@@ -96,19 +96,19 @@ Findings CheckEngine()
     if (const std::string obstacle = host::ConversionObstacle(order.Path()); !obstacle.empty())
     {
         const std::size_t end = obstacle.find(". ");
-        return {{kCheck, Outcome::Failed, obstacle.substr(0, end),
+        return {{kEngineCheck, Outcome::Failed, obstacle.substr(0, end),
                  end == std::string::npos ? "" : obstacle.substr(end + 2) + "."}};
     }
     const host::FileAmounts amounts = AmountsOf(order);
     if (amounts.total != kTotal || amounts.largest != kLargest || amounts.orders != 2)
     {
-        return {{kCheck, Outcome::Failed,
+        return {{kEngineCheck, Outcome::Failed,
                  ModuleInWords() + " made " + amounts.total + " of two transfers of " + kTotal +
                      " together",
                  "Install library, engine and signcheck of one version."}};
     }
-    return {
-        {kCheck, Outcome::Ok, ModuleInWords() + " converted an order file to the last cent", ""}};
+    return {{kEngineCheck, Outcome::Ok,
+             ModuleInWords() + " converted an order file to the last cent", ""}};
 }
 
 } // namespace doctor

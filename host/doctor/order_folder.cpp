@@ -22,7 +22,7 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "orders";
+constexpr const char* kOrderFolderCheck = "orders";
 
 /// What lies in the folder of one order.
 struct OfOrder
@@ -101,7 +101,7 @@ Findings InWords(const std::string& folder, const Left& left, std::size_t remove
     if (!left.workFiles.empty())
     {
         findings.push_back(
-            {kCheck, Outcome::Warning,
+            {kOrderFolderCheck, Outcome::Warning,
              host::Counted(left.workFiles.size(), "work file lies", "work files lie") + " in " +
                  host::Quoted(folder) +
                  ", kept by signcheck convert --keep or left by a kill, the "
@@ -113,7 +113,7 @@ Findings InWords(const std::string& folder, const Left& left, std::size_t remove
     }
     if (!left.locks.empty())
     {
-        findings.push_back({kCheck, Outcome::Warning,
+        findings.push_back({kOrderFolderCheck, Outcome::Warning,
                             host::Counted(left.locks.size(), "lock", "locks") +
                                 " of processes that do not run any more: " + Some(left.locks),
                             "Nothing is held by them: the next check, batch or watch of the order "
@@ -122,7 +122,7 @@ Findings InWords(const std::string& folder, const Left& left, std::size_t remove
     if (findings.empty())
     {
         findings.push_back(
-            {kCheck, Outcome::Ok,
+            {kOrderFolderCheck, Outcome::Ok,
              "nothing of a killed run lies in " + host::Quoted(folder) +
                  (removed == 0 ? ""
                                : "; " + host::Counted(removed, "work file was", "work files were") +

@@ -22,8 +22,8 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "progress";
-constexpr const char* kVariable = "SIGNCHECK_PROGRESS";
+constexpr const char* kProgressCheck = "progress";
+constexpr const char* kProgressVariable = "SIGNCHECK_PROGRESS";
 // So long a journal remembers orders whose files are gone.
 constexpr std::int64_t kOldSeconds = 30LL * 24 * 3600;
 constexpr const char* kLeaveIt =
@@ -46,7 +46,7 @@ Findings JudgePlace(const ServiceFolder& folder)
     }
     if (rights.othersMayWrite)
     {
-        return {{kCheck, Outcome::Failed,
+        return {{kProgressCheck, Outcome::Failed,
                  "the folder " + host::Quoted(shown) + " may be written by others (mode " +
                      rights.mode + "), who may then settle what is judged",
                  "Take it back: chmod 700 " + shown +
@@ -55,7 +55,7 @@ Findings JudgePlace(const ServiceFolder& folder)
     }
     if (rights.othersMayRead)
     {
-        findings.push_back({kCheck, Outcome::Warning,
+        findings.push_back({kProgressCheck, Outcome::Warning,
                             "the folder " + host::Quoted(shown) + " may be read by others (mode " +
                                 rights.mode + "): its journals name the orders",
                             "Make it its owner's: chmod 700 " + shown + "."});
@@ -65,7 +65,7 @@ Findings JudgePlace(const ServiceFolder& folder)
 
 Finding Refused(const std::string& name, const std::string& fault, const std::string& remedy)
 {
-    return {kCheck, Outcome::Failed,
+    return {kProgressCheck, Outcome::Failed,
             "the journal " + host::Quoted(Utf8(name)) + " " + fault +
                 ", so that signcheck batch and watch refuse it",
             remedy};
@@ -74,7 +74,7 @@ Finding Refused(const std::string& name, const std::string& fault, const std::st
 Finding Interrupted(const std::string& name, std::size_t begun, const LockHolder& holder)
 {
     const std::string by = holder.note.empty() ? "" : " (" + host::Printable(holder.note) + ")";
-    return {kCheck, Outcome::Warning,
+    return {kProgressCheck, Outcome::Warning,
             "the journal " + host::Quoted(Utf8(name)) + " has " +
                 host::Counted(begun, "order", "orders") + " begun and not done by a run that is " +
                 "gone" + by,
@@ -85,7 +85,7 @@ Finding Interrupted(const std::string& name, std::size_t begun, const LockHolder
 
 Finding Old(const std::string& name, std::int64_t age)
 {
-    return {kCheck, Outcome::Warning,
+    return {kProgressCheck, Outcome::Warning,
             "the journal " + host::Quoted(Utf8(name)) + " was last written " + AgeInWords(age) +
                 " ago, and no process holds it",
             "Where its folder or list of orders is gone, delete it. Else leave it: without it "
@@ -144,7 +144,7 @@ Journals JudgeJournals(const std::string& folder, Findings& findings)
     if (!port::ListFolder(folder.c_str(), names))
     {
         findings.push_back(
-            {kCheck, Outcome::Failed,
+            {kProgressCheck, Outcome::Failed,
              "the folder " + host::Quoted(Utf8(folder)) + " cannot be read",
              "Give its owner the right: chmod 700 " + host::Printable(Utf8(folder)) + "."});
     }
@@ -178,21 +178,22 @@ Findings CheckProgress()
 {
     const std::string folder = support::ProgressFolder();
     Findings findings = JudgePlace(
-        {kCheck, folder, port::Environment(kVariable).empty() ? "" : kVariable, "signcheck"});
+        {kProgressCheck, folder,
+         port::Environment(kProgressVariable).empty() ? "" : kProgressVariable, "signcheck"});
     if (IsRefused(findings) || !port::FolderExists(folder.c_str()))
     {
         return findings;
     }
     const Journals journals = JudgeJournals(folder, findings);
     const auto room = FreeBytes(folder);
-    if (const auto little = room ? JudgeRoom(kCheck, *room) : std::nullopt)
+    if (const auto little = room ? JudgeRoom(kProgressCheck, *room) : std::nullopt)
     {
         findings.push_back(*little);
     }
     if (findings.empty())
     {
         findings.push_back(
-            {kCheck, Outcome::Ok,
+            {kProgressCheck, Outcome::Ok,
              FolderInWords(folder) + ", " + host::Counted(journals.all, "journal", "journals") +
                  (journals.inUse == 0 ? "" : ", " + std::to_string(journals.inUse) + " in use"),
              ""});

@@ -16,7 +16,7 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "rights";
+constexpr const char* kRightsCheck = "rights";
 
 struct NeededRight
 {
@@ -40,12 +40,12 @@ Findings CheckFile(const std::string& path)
     const std::string shownFolder = host::Printable(support::Utf8FromNarrow(folder));
     if (!port::IsWritableFile(path.c_str()))
     {
-        return {{kCheck, Outcome::Failed, "the database file cannot be written by this user",
+        return {{kRightsCheck, Outcome::Failed, "the database file cannot be written by this user",
                  "Give it to this user: chown USER " + shown + "."}};
     }
     if (!port::IsWritableFolder(folder.c_str()))
     {
-        return {{kCheck, Outcome::Failed,
+        return {{kRightsCheck, Outcome::Failed,
                  "the folder of the database file cannot be written by this user, and SQLite lays "
                  "the journal of each transaction there",
                  "Give it to this user: chown USER " + shownFolder + "."}};
@@ -57,22 +57,22 @@ Findings CheckFile(const std::string& path)
     const bool isReached = !above.mode.ends_with("00");
     if (isReached && (file.othersMayWrite || file.othersMayRead))
     {
-        findings.push_back({kCheck, Outcome::Warning,
+        findings.push_back({kRightsCheck, Outcome::Warning,
                             "the database file has mode " + file.mode + ": others may " +
                                 (file.othersMayWrite ? "change" : "read") + " rules and records",
                             "Make it its owner's alone: chmod 600 " + shown + "."});
     }
     if (above.othersMayWrite && !above.isSticky)
     {
-        findings.push_back({kCheck, Outcome::Warning,
+        findings.push_back({kRightsCheck, Outcome::Warning,
                             "the folder of the database file has mode " + above.mode +
                                 ": others may put another file in its place",
                             "Make it its owner's alone: chmod 700 " + shownFolder + "."});
     }
     if (findings.empty())
     {
-        findings.push_back(
-            {kCheck, Outcome::Ok, "this user may write the database file and its folder", ""});
+        findings.push_back({kRightsCheck, Outcome::Ok,
+                            "this user may write the database file and its folder", ""});
     }
     return findings;
 }
@@ -119,18 +119,18 @@ Findings CheckRights(const Bank& bank)
     Findings findings;
     if (!missing.empty())
     {
-        findings.push_back({kCheck, Outcome::Failed, "this user has not: " + missing,
+        findings.push_back({kRightsCheck, Outcome::Failed, "this user has not: " + missing,
                             "As the owner of the tables: " + grants + "."});
     }
     if (!notThere.empty())
     {
         findings.push_back(
-            {kCheck, Outcome::NotLooked, "on " + notThere + ", which cannot be seen", ""});
+            {kRightsCheck, Outcome::NotLooked, "on " + notThere + ", which cannot be seen", ""});
     }
     if (findings.empty())
     {
         findings.push_back(
-            {kCheck, Outcome::Ok,
+            {kRightsCheck, Outcome::Ok,
              "SELECT on the tables of rules, INSERT into history and journal" + NotReadBack(bank),
              ""});
     }

@@ -21,7 +21,7 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "settings";
+constexpr const char* kSettingsCheck = "settings";
 constexpr const char* kDisplayFile = "CtlVEU.INI";
 
 // A settings file that names the database and that others may write was refused before any command
@@ -39,7 +39,7 @@ void JudgeSettingsFiles(const host::SettingsSources& sources, Findings& findings
         if (rights.othersMayWrite)
         {
             findings.push_back(
-                {kCheck, Outcome::Warning,
+                {kSettingsCheck, Outcome::Warning,
                  "the settings file " + host::Quoted(file.path.text) + " has mode " + rights.mode +
                      ": others may set limits and folders there",
                  "Make it its owner's: chmod go-w " + host::Printable(file.path.text) + "."});
@@ -53,7 +53,7 @@ void JudgePassword(const host::OptionValues& values, Findings& findings)
     if (db != nullptr && db->origin == "option --db" &&
         !database::ConnectionString(db->text).Secrets().empty())
     {
-        findings.push_back({kCheck, Outcome::Warning,
+        findings.push_back({kSettingsCheck, Outcome::Warning,
                             "the connection string on the command line holds a password, which "
                             "every user of this machine can list",
                             "Give it as SIGNCHECK_DB, or as field db of a --config file of mode "
@@ -67,7 +67,7 @@ void JudgeDisplay(Findings& findings)
     if (!port::FileExists(port::JoinPath(folder, kDisplayFile).c_str()) &&
         !port::FileExists((folder + kDisplayFile).c_str()))
     {
-        findings.push_back({kCheck, Outcome::Warning,
+        findings.push_back({kSettingsCheck, Outcome::Warning,
                             std::string(kDisplayFile) + " is not in the configuration folder " +
                                 host::Quoted(support::Utf8FromNarrow(folder)) +
                                 ": signcheck display cannot show orders",
@@ -83,7 +83,7 @@ void JudgeLanguage(Findings& findings)
                          support::EqualIgnoringAsciiCase(language.c_str(), "fr");
     if (!isKnown)
     {
-        findings.push_back({kCheck, Outcome::Warning,
+        findings.push_back({kSettingsCheck, Outcome::Warning,
                             "SIGNUTILS_LANG: " + host::Quoted(support::Utf8FromNarrow(language)) +
                                 " is an unknown language; messages are in English",
                             "Set en or fr."});
@@ -96,7 +96,7 @@ void JudgeVariables(Findings& findings)
     {
         if (variable.IsMistake())
         {
-            findings.push_back({kCheck, Outcome::Warning,
+            findings.push_back({kSettingsCheck, Outcome::Warning,
                                 "variable " + host::Printable(variable.name) + " has no effect",
                                 host::InWords(variable)});
         }
@@ -109,7 +109,7 @@ void JudgeTimeout(Findings& findings)
     if (seconds.find_first_not_of("0123456789") != std::string::npos)
     {
         findings.push_back(
-            {kCheck, Outcome::Warning,
+            {kSettingsCheck, Outcome::Warning,
              "SIGNUTILS_DB_TIMEOUT: " + host::Quoted(support::Utf8FromNarrow(seconds)) +
                  " is no number of seconds",
              "Give whole seconds, such as 30."});
@@ -145,7 +145,7 @@ Findings CheckSettings(const host::OptionValues& values)
     JudgeVariables(findings);
     if (findings.empty())
     {
-        findings.push_back({kCheck, Outcome::Ok, InWords(sources), ""});
+        findings.push_back({kSettingsCheck, Outcome::Ok, InWords(sources), ""});
     }
     return findings;
 }

@@ -20,8 +20,8 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "spool";
-constexpr const char* kVariable = "SIGNUTILS_SPOOL";
+constexpr const char* kSpoolCheck = "spool";
+constexpr const char* kSpoolVariable = "SIGNUTILS_SPOOL";
 constexpr const char* kFileStart = "events-";
 constexpr const char* kEvents = ".jsonl";
 constexpr const char* kDamaged = ".damaged";
@@ -103,14 +103,14 @@ void AddWaiting(const std::string& name, const SpoolFile& file, bool isOurs, Fin
     if (isOurs)
     {
         findings.push_back(
-            {kCheck, Outcome::Warning, waiting + "this database, " + Since(file),
+            {kSpoolCheck, Outcome::Warning, waiting + "this database, " + Since(file),
              "Each check on this connection string delivers some of them. Where they stay, the "
              "trace of a check (--trace) tells what the database says of them."});
     }
     else if (name == services::EventSpool("", "").FileName())
     {
         findings.push_back(
-            {kCheck, Outcome::Warning,
+            {kSpoolCheck, Outcome::Warning,
              waiting + "no database, " + Since(file) +
                  ": their host had no connection string, and nobody delivers them",
              "Give that host its connection string. The events are lines of JSON in " + name +
@@ -119,7 +119,7 @@ void AddWaiting(const std::string& name, const SpoolFile& file, bool isOurs, Fin
     else
     {
         findings.push_back(
-            {kCheck, Outcome::Warning,
+            {kSpoolCheck, Outcome::Warning,
              waiting + "another connection string in " + name + ", " + Since(file),
              "Checks on that very string deliver them. After a change of the string, of "
              "a password too, give the old one to a last check."});
@@ -132,7 +132,7 @@ void AddFile(const std::string& name, const SpoolFile& file, bool isOurs, Findin
     if (file.torn != 0)
     {
         findings.push_back(
-            {kCheck, Outcome::Warning,
+            {kSpoolCheck, Outcome::Warning,
              name + " has " +
                  host::Counted(file.torn, "line that is no event", "lines that are no events") +
                  ", torn by a crash or being written at this moment",
@@ -143,7 +143,7 @@ void AddFile(const std::string& name, const SpoolFile& file, bool isOurs, Findin
 
 Finding SetAside(const std::string& name, std::uint64_t lines)
 {
-    return {kCheck, Outcome::Warning,
+    return {kSpoolCheck, Outcome::Warning,
             host::Counted(lines, "damaged line was", "damaged lines were") + " set aside in " +
                 name,
             "Read what can be read of them, see with signcheck events what the journal has, and "
@@ -156,7 +156,7 @@ void AddFiles(const std::string& folder, const std::string& ours, Findings& find
     if (!port::ListFolder(folder.c_str(), names))
     {
         findings.push_back(
-            {kCheck, Outcome::Failed,
+            {kSpoolCheck, Outcome::Failed,
              "the folder " + host::Quoted(support::Utf8FromNarrow(folder)) + " cannot be read",
              "Give its owner the right: chmod u+rwx " +
                  host::Printable(support::Utf8FromNarrow(folder)) + "."});
@@ -186,8 +186,8 @@ void AddFiles(const std::string& folder, const std::string& ours, Findings& find
 Findings CheckSpool(const std::string& connexionString)
 {
     const std::string folder = support::SpoolFolder();
-    Findings findings =
-        JudgeFolder({kCheck, folder, port::Environment(kVariable).empty() ? "" : kVariable});
+    Findings findings = JudgeFolder(
+        {kSpoolCheck, folder, port::Environment(kSpoolVariable).empty() ? "" : kSpoolVariable});
     if (IsRefused(findings) || !port::FolderExists(folder.c_str()))
     {
         return findings;
@@ -195,13 +195,14 @@ Findings CheckSpool(const std::string& connexionString)
     const services::EventSpool ours(folder, connexionString);
     AddFiles(folder, connexionString.empty() ? std::string() : ours.FileName(), findings);
     const auto room = FreeBytes(folder);
-    if (const auto little = room ? JudgeRoom(kCheck, *room) : std::nullopt)
+    if (const auto little = room ? JudgeRoom(kSpoolCheck, *room) : std::nullopt)
     {
         findings.push_back(*little);
     }
     if (findings.empty())
     {
-        findings.push_back({kCheck, Outcome::Ok, FolderInWords(folder) + ", no event waits", ""});
+        findings.push_back(
+            {kSpoolCheck, Outcome::Ok, FolderInWords(folder) + ", no event waits", ""});
     }
     return findings;
 }

@@ -19,18 +19,18 @@ namespace doctor
 namespace
 {
 
-constexpr const char* kCheck = "store";
-constexpr const char* kVariable = "SIGNUTILS_HANDOFF";
+constexpr const char* kStoreCheck = "store";
+constexpr const char* kStoreVariable = "SIGNUTILS_HANDOFF";
 constexpr const char* kPart = ".part";
 
 ServiceFolder StoreFolder(const host::OptionValues& values)
 {
     if (const host::OptionValue* const given = values.Find("hand-off"); given != nullptr)
     {
-        return {kCheck, host::NarrowText(*given), given->origin};
+        return {kStoreCheck, host::NarrowText(*given), given->origin};
     }
-    return {kCheck, support::HandOffFolder(),
-            port::Environment(kVariable).empty() ? "" : kVariable};
+    return {kStoreCheck, support::HandOffFolder(),
+            port::Environment(kStoreVariable).empty() ? "" : kStoreVariable};
 }
 
 std::vector<std::string> FoldersIn(const std::string& folder)
@@ -84,7 +84,7 @@ Parts PartsIn(const std::string& store)
 
 Finding UnfinishedReports(const std::string& store, const Parts& parts)
 {
-    return {kCheck, Outcome::Warning,
+    return {kStoreCheck, Outcome::Warning,
             host::Counted(parts.count, "unfinished report lies", "unfinished reports lie") +
                 " there (.part), the oldest " + AgeInWords(parts.oldest) + " old",
             "Delete those that no host at work was writing: find " +
@@ -108,14 +108,14 @@ Findings CheckStore(const host::OptionValues& values)
         findings.push_back(UnfinishedReports(folder.path, parts));
     }
     const auto room = FreeBytes(folder.path);
-    if (const auto little = room ? JudgeRoom(kCheck, *room) : std::nullopt)
+    if (const auto little = room ? JudgeRoom(kStoreCheck, *room) : std::nullopt)
     {
         findings.push_back(*little);
     }
     if (findings.empty())
     {
         findings.push_back(
-            {kCheck, Outcome::Ok,
+            {kStoreCheck, Outcome::Ok,
              FolderInWords(folder.path) + ", " + host::Counted(store.Count(), "report", "reports"),
              ""});
     }

@@ -64,7 +64,7 @@ struct EndingLine
 };
 
 // The more exact ones first.
-constexpr EndingLine kEndings[] = {
+constexpr EndingLine kEndingLines[] = {
     {"#RULE SUCCEEDDED", "ALL SIGNERS ALLOWED!", Ending::AllAllowed},
     {"#RULE SUCCEEDDED", nullptr, Ending::Accepted, true},
     {"#RULE1 FAILED", nullptr, Ending::Opposition, true},
@@ -216,7 +216,7 @@ private:
             }
         }
         TakeHolder(line, value);
-        for (const EndingLine& each : kEndings)
+        for (const EndingLine& each : kEndingLines)
         {
             if (line.label == each.label && (each.value == nullptr || value == each.value))
             {

@@ -68,7 +68,7 @@ struct EndingWords
     Both words;
 };
 
-constexpr EndingWords kEndings[] = {
+constexpr EndingWords kEndingWords[] = {
     {Ending::Unknown,
      "unknown",
      {"The trace ends before the rule was judged.", "La trace s'arrête avant ce jugement."}},
@@ -161,7 +161,7 @@ constexpr Both kLookAgain = {" The decision stands. signcheck simulate --explain
 
 const EndingWords& WordsOf(Ending ending)
 {
-    return *std::find_if(std::begin(kEndings), std::end(kEndings),
+    return *std::find_if(std::begin(kEndingWords), std::end(kEndingWords),
                          [ending](const EndingWords& each) { return each.ending == ending; });
 }
 

@@ -12,7 +12,6 @@ namespace
 {
 
 constexpr std::size_t kRowsInBlock = 1000;
-constexpr std::size_t kLineWidth = 80;
 constexpr const char* kGap = "  ";
 constexpr const char* kNoteIndent = "    ";
 
@@ -21,7 +20,7 @@ void AppendLinesBelow(const TableRow& row, std::string& text)
     const std::string indent = kNoteIndent;
     for (const std::string& note : row.notes)
     {
-        for (const std::string& line : host::Wrapped(note, kLineWidth - indent.size()))
+        for (const std::string& line : host::Wrapped(note, host::kTerminalColumns - indent.size()))
         {
             text += line.empty() ? line : indent + line + "\n";
         }

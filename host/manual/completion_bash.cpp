@@ -15,7 +15,7 @@ using host::OptionSpec;
 
 // A word that '=' ends is a word of its own to bash, so that a value has its option one or two
 // words before it.
-constexpr const char* kBegin = R"(# Completion of signcheck for bash, made from its commands.
+constexpr const char* kBashBegin = R"(# Completion of signcheck for bash, made from its commands.
 
 _signcheck_words()
 {
@@ -40,7 +40,7 @@ _signcheck()
     fi
 )";
 
-constexpr const char* kEnd = R"(}
+constexpr const char* kBashEnd = R"(}
 
 complete -F _signcheck signcheck
 )";
@@ -75,7 +75,7 @@ std::string Offer(const OptionSpec& option)
     return ":";
 }
 
-std::string FirstWordsOffered()
+std::string BashFirstWordsOffered()
 {
     const std::vector<FirstWord> words = FirstWords();
     std::string text = "    if [[ $COMP_CWORD -eq 1 ]]; then\n"
@@ -134,7 +134,7 @@ std::string OptionsOf(const CommandSpec& command)
 }
 
 // Options where a dash begins one, and where the command has no argument that could be offered.
-std::string CommandOffered(const CommandSpec& command)
+std::string BashCommandOffered(const CommandSpec& command)
 {
     const OptionSpec* const argument = ArgumentOf(command);
     const std::string options = "_signcheck_words " + InSingleQuotes(OptionsOf(command));
@@ -152,12 +152,12 @@ std::string CommandOffered(const CommandSpec& command)
 
 std::string BashCompletion()
 {
-    std::string text = kBegin + FirstWordsOffered() + "    case $command in\n";
+    std::string text = kBashBegin + BashFirstWordsOffered() + "    case $command in\n";
     for (const CommandSpec& command : host::Commands())
     {
-        text += CommandOffered(command);
+        text += BashCommandOffered(command);
     }
-    return text + "    esac\n" + kEnd;
+    return text + "    esac\n" + kBashEnd;
 }
 
 } // namespace manual

@@ -13,7 +13,7 @@ using host::CommandSpec;
 using host::OptionKind;
 using host::OptionSpec;
 
-constexpr const char* kBegin = R"(# Completion of signcheck for fish, made from its commands.
+constexpr const char* kFishBegin = R"(# Completion of signcheck for fish, made from its commands.
 
 # Whether the words before the cursor are these and nothing else, or begin with these.
 function __signcheck_is
@@ -81,7 +81,7 @@ std::string ValuesOfOption(const OptionSpec& option)
     return (isFile ? " -r" : " -x") + Values(option);
 }
 
-std::string CommandOffered(const CommandSpec& command)
+std::string FishCommandOffered(const CommandSpec& command)
 {
     const std::string condition = std::string("__signcheck_in ") + command.name;
     std::string text;
@@ -107,10 +107,10 @@ std::string CommandOffered(const CommandSpec& command)
 
 std::string FishCompletion()
 {
-    std::string text = kBegin + WordsAfter("", FirstWords());
+    std::string text = kFishBegin + WordsAfter("", FirstWords());
     for (const CommandSpec& command : host::Commands())
     {
-        text += CommandOffered(command);
+        text += FishCommandOffered(command);
     }
     return text + Line("__signcheck_is", "-l help") + Line("__signcheck_is", "-l version");
 }

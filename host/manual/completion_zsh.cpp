@@ -15,7 +15,7 @@ using host::CommandSpec;
 using host::OptionKind;
 using host::OptionSpec;
 
-constexpr const char* kBegin = R"(#compdef signcheck
+constexpr const char* kZshBegin = R"(#compdef signcheck
 # Completion of signcheck for zsh, made from its commands.
 
 _signcheck()
@@ -24,7 +24,7 @@ _signcheck()
     local command=$words[2]
 )";
 
-constexpr const char* kEnd = R"(}
+constexpr const char* kZshEnd = R"(}
 
 _signcheck "$@"
 )";
@@ -50,7 +50,7 @@ std::string Described(const std::vector<FirstWord>& words)
     return "words_here=(" + text + " )";
 }
 
-std::string FirstWordsOffered()
+std::string ZshFirstWordsOffered()
 {
     const std::vector<FirstWord> words = FirstWords();
     std::string text = "    if (( CURRENT == 2 )); then\n        " + Described(words) +
@@ -108,7 +108,7 @@ std::string OptionOffered(const OptionSpec& option, const std::string& name)
     return option.kind == OptionKind::Flag ? name + help : name + "=" + help + ":" + Value(option);
 }
 
-std::string CommandOffered(const CommandSpec& command)
+std::string ZshCommandOffered(const CommandSpec& command)
 {
     std::string text = "    " + InSingleQuotes(command.name) + ")\n        _arguments";
     const auto add = [&text](const std::string& word)
@@ -133,12 +133,12 @@ std::string CommandOffered(const CommandSpec& command)
 
 std::string ZshCompletion()
 {
-    std::string text = kBegin + FirstWordsOffered() + "    case $command in\n";
+    std::string text = kZshBegin + ZshFirstWordsOffered() + "    case $command in\n";
     for (const CommandSpec& command : host::Commands())
     {
-        text += CommandOffered(command);
+        text += ZshCommandOffered(command);
     }
-    return text + "    esac\n" + kEnd;
+    return text + "    esac\n" + kZshEnd;
 }
 
 } // namespace manual

@@ -14,12 +14,6 @@ namespace
 {
 
 constexpr std::size_t kBlock = 65536;
-constexpr const char* kUnfinished = ".part";
-
-std::string Shown(const std::string& path)
-{
-    return host::Quoted(support::Utf8FromNarrow(path));
-}
 
 // Hands the file's bytes over block by block.
 void ReadBlocks(const std::string& path, const std::function<void(std::string_view)>& take)
@@ -37,7 +31,7 @@ void ReadBlocks(const std::string& path, const std::function<void(std::string_vi
     }
     if (count < 0)
     {
-        throw host::Refusal(host::kCouldNotRun, "the file " + Shown(path) +
+        throw host::Refusal(host::kCouldNotRun, "the file " + host::QuotedPath(path) +
                                                     " cannot be read. Check its rights and the "
                                                     "disk, then run the same command again.");
     }
@@ -65,7 +59,7 @@ ArchiveWriter::ArchiveWriter(std::string folder, std::string name)
 
 void ArchiveWriter::RefuseWriting() const
 {
-    throw host::Refusal(host::kCouldNotRun, "the file " + Shown(m_unfinished) +
+    throw host::Refusal(host::kCouldNotRun, "the file " + host::QuotedPath(m_unfinished) +
                                                 " cannot be written. Make room, or give the user "
                                                 "the right to write there. Nothing was removed.");
 }
@@ -141,7 +135,7 @@ void Verify(const std::string& folder, const ArchivedFile& entry)
     if (DigestOf(path) != entry.sha256)
     {
         throw host::Refusal(host::kCouldNotRun,
-                            "the file " + Shown(path) +
+                            "the file " + host::QuotedPath(path) +
                                 " is not what was written: its digest differs from " +
                                 entry.sha256 +
                                 ". Check the disk, and name another folder with --export. Nothing "

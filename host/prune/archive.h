@@ -20,6 +20,9 @@ struct ArchivedFile
     std::string sha256;
 };
 
+/// What a file of an archive is called by until it is whole.
+constexpr const char* kUnfinished = ".part";
+
 /// Writes one file of an archive. It has its name once it is whole and on the disk; until then, and
 /// for good after a failure, it is called NAME.part. Every step raises Refusal with kCouldNotRun.
 class ArchiveWriter

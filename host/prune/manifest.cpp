@@ -25,12 +25,6 @@ constexpr const char* kManifest = "manifest.json";
 constexpr const char* kRemoved = "removed.json";
 constexpr const char* kLock = "prune.lock";
 constexpr const char* kKind = "signcheck prune";
-constexpr const char* kUnfinished = ".part";
-
-std::string Shown(const std::string& path)
-{
-    return host::Quoted(support::Utf8FromNarrow(path));
-}
 
 bool IsOurs(std::string name)
 {
@@ -103,7 +97,7 @@ ArchiveFolder::ArchiveFolder(std::string path) : m_path(std::move(path))
     if (!port::CreatePrivateFolder(m_path.c_str()))
     {
         throw host::Refusal(host::kCouldNotRun,
-                            "option --export: the folder " + Shown(m_path) +
+                            "option --export: the folder " + host::QuotedPath(m_path) +
                                 " cannot be made, or belongs to somebody else. Name a folder of "
                                 "the user who runs signcheck.");
     }
@@ -111,13 +105,15 @@ ArchiveFolder::ArchiveFolder(std::string path) : m_path(std::move(path))
     const std::string lock = port::JoinPath(m_path, kLock);
     if (!m_lock.Open(lock.c_str(), port::OpenMode::AppendNoLink) || !m_lock.LockExclusive())
     {
-        throw host::Refusal(host::kCouldNotRun, "option --export: the file " + Shown(lock) +
+        throw host::Refusal(host::kCouldNotRun, "option --export: the file " +
+                                                    host::QuotedPath(lock) +
                                                     " cannot be written. Make room, or give the "
                                                     "user the right to write there.");
     }
     if (port::FileExists(port::JoinPath(m_path, kRemoved).c_str()))
     {
-        throw host::Refusal(host::kCouldNotRun, "option --export: the folder " + Shown(m_path) +
+        throw host::Refusal(host::kCouldNotRun, "option --export: the folder " +
+                                                    host::QuotedPath(m_path) +
                                                     " holds an archive that is done. Name a new "
                                                     "folder for each prune.");
     }
@@ -130,11 +126,12 @@ void ArchiveFolder::RefuseStrangers() const
     const auto stranger = std::find_if_not(names.begin(), names.end(), IsOurs);
     if (!isRead || stranger != names.end())
     {
-        throw host::Refusal(host::kCouldNotRun,
-                            "option --export: the folder " + Shown(m_path) +
-                                (isRead ? " holds " + Shown(*stranger) + ", which is no archive"
-                                        : std::string(" cannot be read")) +
-                                ". Name a new folder for each prune.");
+        throw host::Refusal(
+            host::kCouldNotRun,
+            "option --export: the folder " + host::QuotedPath(m_path) +
+                (isRead ? " holds " + host::QuotedPath(*stranger) + ", which is no archive"
+                        : std::string(" cannot be read")) +
+                ". Name a new folder for each prune.");
     }
 }
 
@@ -158,7 +155,7 @@ std::optional<Manifest> ArchiveFolder::ReadManifest() const
     catch (const Json::exception&)
     {
     }
-    throw host::Refusal(host::kCouldNotRun, "the manifest " + Shown(path) +
+    throw host::Refusal(host::kCouldNotRun, "the manifest " + host::QuotedPath(path) +
                                                 " is damaged. Name a new folder with --export.");
 }
 

@@ -3,6 +3,7 @@
 #include "host/moment.h"
 #include "host/refusal.h"
 #include "host/report_store.h"
+#include "host/rulebook/iso_date.h"
 #include "host/text.h"
 #include "port/kernel.h"
 #include "services/sha256.h"
@@ -21,7 +22,6 @@ namespace
 using Json = nlohmann::ordered_json;
 
 constexpr const char* kFolder = "reports";
-constexpr std::size_t kDayLength = 10;
 
 std::string Narrow(const std::string& utf8)
 {
@@ -30,7 +30,7 @@ std::string Narrow(const std::string& utf8)
 
 bool IsFromBefore(const host::StoredReport& report, const std::string& day)
 {
-    const std::string itsDay = report.created.substr(0, kDayLength);
+    const std::string itsDay = report.created.substr(0, rulebook::kIsoDateLength);
     return host::HasShape(itsDay, "0000-00-00") && itsDay < day;
 }
 

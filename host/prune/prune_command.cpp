@@ -37,8 +37,6 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::size_t kDayLength = 10;
-
 // Today's rows are still being written, so no day behind today can be meant.
 std::string DayFrom(const host::OptionValues& values)
 {
@@ -48,7 +46,7 @@ std::string DayFrom(const host::OptionValues& values)
         throw host::UsageRefusal(value.origin + ": " + host::Quoted(value.text) +
                                  " is no day. Write one such as 2026-01-01.");
     }
-    if (value.text > host::LocalNow().substr(0, kDayLength))
+    if (value.text > host::LocalNow().substr(0, rulebook::kIsoDateLength))
     {
         throw host::UsageRefusal(value.origin + ": " + host::Quoted(value.text) +
                                  " has not come yet. Give today or an earlier day: what is from "

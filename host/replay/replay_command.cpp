@@ -1,6 +1,7 @@
 #include "host/replay/replay_command.h"
 
 #include "database/cdatabase.h"
+#include "host/check_request.h"
 #include "host/connection.h"
 #include "host/exit_status.h"
 #include "host/option_readers.h"
@@ -18,7 +19,6 @@ namespace
 {
 
 // The contract tables keep signed numbers.
-constexpr std::uint32_t kLargestType = 0x7FFFFFFF;
 constexpr Choice kModes[] = {{"off", 0}, {"on", 1}};
 
 replay::AskedWays AskedFrom(const OptionValues& values)
@@ -26,7 +26,7 @@ replay::AskedWays AskedFrom(const OptionValues& values)
     replay::AskedWays asked;
     if (const OptionValue* const type = values.Find("type"); type != nullptr)
     {
-        asked.type = WholeNumber(*type, kLargestType);
+        asked.type = WholeNumber(*type, kLargestContractNumber);
     }
     if (const OptionValue* const mode = values.Find("veu-mode"); mode != nullptr)
     {
@@ -35,7 +35,7 @@ replay::AskedWays AskedFrom(const OptionValues& values)
     return asked;
 }
 
-Conditions ConditionsFrom(const OptionValues& values)
+Conditions ReplayConditionsFrom(const OptionValues& values)
 {
     Conditions conditions;
     FilterBy(values, "partner", "VPNAME", conditions);
@@ -82,7 +82,7 @@ int RunReplay(const OptionValues& values)
 {
     const OptionValue& rules = Required(values, "rules", "--rules rules.toml");
     const replay::AskedWays asked = AskedFrom(values);
-    const Conditions conditions = ConditionsFrom(values);
+    const Conditions conditions = ReplayConditionsFrom(values);
     const Connection connection = ConnectionFrom(values);
     CDatabase database;
     rulebook::PlannedChange planned;

@@ -19,7 +19,6 @@ namespace
 using listing::Shape;
 using listing::TableRow;
 
-constexpr std::size_t kTerminal = 80;
 constexpr std::size_t kFileWidth = 71; // behind "File "
 
 struct Section
@@ -114,7 +113,7 @@ std::string Summary(const Answer& answer)
 {
     const Tally& tally = answer.findings.tally;
     std::string text;
-    for (const std::string& line : host::Wrapped(Headline(tally), kTerminal))
+    for (const std::string& line : host::Wrapped(Headline(tally), host::kTerminalColumns))
     {
         text += line + "\n";
     }

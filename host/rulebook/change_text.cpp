@@ -16,7 +16,6 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::size_t kTerminal = 80;
 constexpr const char* kFurtherIn = "  ";
 
 std::string NameOf(const Holder& holder)
@@ -66,9 +65,9 @@ std::vector<LineChange> LinesOf(const ItemChange<Item>& change)
 
 /// How many of one kind come, change and go.
 template <typename Item>
-struct Counts
+struct ChangeCounts
 {
-    explicit Counts(const std::vector<ItemChange<Item>>& changes)
+    explicit ChangeCounts(const std::vector<ItemChange<Item>>& changes)
     {
         for (const ItemChange<Item>& change : changes)
         {
@@ -117,7 +116,7 @@ std::vector<std::string> BrokenAtCommas(const std::string& words, std::size_t wi
 std::string Shown(const LineChange& line)
 {
     const std::string sign = std::string("  ") + (line.isAdded ? "+ " : "- ");
-    if (host::DisplayWidth(sign + line.text) <= kTerminal)
+    if (host::DisplayWidth(sign + line.text) <= host::kTerminalColumns)
     {
         return sign + line.text + "\n";
     }
@@ -126,7 +125,7 @@ std::string Shown(const LineChange& line)
     const std::string further = head + kFurtherIn;
     std::string text;
     for (const std::string& part :
-         BrokenAtCommas(line.text.substr(words), kTerminal - further.size()))
+         BrokenAtCommas(line.text.substr(words), host::kTerminalColumns - further.size()))
     {
         text += head + part + "\n";
         head = further;
@@ -178,15 +177,15 @@ std::string AsText(const BookChange& change)
     }
     else
     {
-        text += "Holders: " + Counts<Holder>(change.holders).Text() + ".\n";
-        text += "Contracts: " + Counts<Contract>(change.contracts).Text() + ".\n";
+        text += "Holders: " + ChangeCounts<Holder>(change.holders).Text() + ".\n";
+        text += "Contracts: " + ChangeCounts<Contract>(change.contracts).Text() + ".\n";
     }
     if (change.otherHolders + change.otherContracts > 0)
     {
         const std::string others = Counted(change.otherHolders, "holder") + " and " +
                                    Counted(change.otherContracts, "contract") +
                                    " of the database are not in the file and stay as they are.";
-        for (const std::string& line : host::Wrapped(others, kTerminal))
+        for (const std::string& line : host::Wrapped(others, host::kTerminalColumns))
         {
             text += line + "\n";
         }

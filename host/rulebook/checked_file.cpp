@@ -12,7 +12,7 @@ namespace rulebook
 namespace
 {
 
-constexpr std::int64_t kLargestFileMiB = 64;
+constexpr std::int64_t kLargestRuleFileMiB = 64;
 
 } // namespace
 
@@ -31,7 +31,7 @@ CheckedFile CheckRuleFile(const host::OptionValue& path, const RuleBook* databas
 {
     CheckedFile checked;
     checked.name = host::Printable(path.text);
-    const std::string toml = host::ReadTextFile(path, "the rule file", kLargestFileMiB);
+    const std::string toml = host::ReadTextFile(path, "the rule file", kLargestRuleFileMiB);
     checked.file = ReadRuleFile(toml, checked.problems);
     Validate(checked.file, database, checked.problems);
     return checked;

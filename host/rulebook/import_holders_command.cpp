@@ -23,7 +23,7 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::int64_t kLargestFileMiB = 64;
+constexpr std::int64_t kLargestHolderFileMiB = 64;
 
 /// The file of rejected lines. It is there before the database changes, and goes again when the
 /// database does not.
@@ -68,15 +68,15 @@ private:
 };
 
 /// What an import did.
-struct Counts
+struct ImportCounts
 {
     std::size_t added = 0;
     std::size_t changed = 0;
 };
 
-Counts CountsOf(const BookChange& change)
+ImportCounts CountsOf(const BookChange& change)
 {
-    Counts counts;
+    ImportCounts counts;
     for (const auto& holder : change.holders)
     {
         ++(holder.before == nullptr ? counts.added : counts.changed);
@@ -85,7 +85,7 @@ Counts CountsOf(const BookChange& change)
 }
 
 void Tell(const host::OptionValues& values, const std::string& name, const HolderImport& imported,
-          const Counts& counts)
+          const ImportCounts& counts)
 {
     if (!values.IsOn("json"))
     {
@@ -120,7 +120,7 @@ int RunImportHolders(const host::OptionValues& values)
             "huid;first-name;last-name;certificate.");
     }
     const std::string name = host::Printable(path->text);
-    const std::string csv = host::ReadTextFile(*path, "the CSV file", kLargestFileMiB);
+    const std::string csv = host::ReadTextFile(*path, "the CSV file", kLargestHolderFileMiB);
     const host::Connection connection = host::ConnectionFrom(values);
     CDatabase database;
     OpenRuleTables(database, connection);

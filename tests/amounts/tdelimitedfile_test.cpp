@@ -25,8 +25,8 @@ static_assert(!std::is_copy_constructible_v<DelimitedRow> &&
 namespace
 {
 
-constexpr int kFourLines = 0;
-constexpr int kOneLine = 1;
+constexpr int kDelimitedFourLines = 0;
+constexpr int kDelimitedOneLine = 1;
 
 using Fields = std::vector<std::string>;
 
@@ -54,7 +54,7 @@ Fields FieldsOf(const TArray<TSimpleString>& header)
 std::vector<Fields> RowsAfterOneHeader(const std::string& dataLines)
 {
     const TemporaryFolder folder;
-    TDelimitedFile file(folder.Write("work.txt", "A;B\r\n" + dataLines).c_str(), kOneLine);
+    TDelimitedFile file(folder.Write("work.txt", "A;B\r\n" + dataLines).c_str(), kDelimitedOneLine);
     std::vector<Fields> rows;
     while (file.HasRow())
     {
@@ -74,7 +74,8 @@ TEST(DelimitedFile, FiveLinesGiveTwoHeadersAndTheCurrentRow)
 {
     const TemporaryFolder folder;
     const TDelimitedFile file(
-        folder.Write("work.txt", kFourLineFile + "\"a\";\"b\";\"c\"\r\n").c_str(), kFourLines);
+        folder.Write("work.txt", kFourLineFile + "\"a\";\"b\";\"c\"\r\n").c_str(),
+        kDelimitedFourLines);
     EXPECT_THAT(FieldsOf(file.GetFirstHeader()), ElementsAre("NAME", "VALUE", "THIRD"));
     EXPECT_THAT(FieldsOf(file.GetSecondHeader()), ElementsAre("Name", "Value"));
     EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("a", "b", "c"));
@@ -88,7 +89,8 @@ TEST(DelimitedFile, OneLineModeTakesTheSecondLineAsData)
 {
     const TemporaryFolder folder;
     TDelimitedFile file(
-        folder.Write("work.txt", "POS;MESS\r\n\"1\";\"m\"\r\n\"2\";\"n\"\r\n").c_str(), kOneLine);
+        folder.Write("work.txt", "POS;MESS\r\n\"1\";\"m\"\r\n\"2\";\"n\"\r\n").c_str(),
+        kDelimitedOneLine);
     EXPECT_THAT(FieldsOf(file.GetFirstHeader()), ElementsAre("POS", "MESS"));
     EXPECT_THAT(FieldsOf(file.GetSecondHeader()), IsEmpty());
     EXPECT_THAT(FieldsOf(file.CurrentRow()), ElementsAre("1", "m"));
@@ -106,7 +108,7 @@ TEST(DelimitedFile, OneLineModeTakesTheSecondLineAsData)
 TEST(DelimitedFile, HeaderArraysHoldRoomFor128Fields)
 {
     const TemporaryFolder folder;
-    const TDelimitedFile file(folder.Write("work.txt", "A\r\n").c_str(), kOneLine);
+    const TDelimitedFile file(folder.Write("work.txt", "A\r\n").c_str(), kDelimitedOneLine);
     EXPECT_EQ(file.GetFirstHeader().GetCapacity(), 128);
     EXPECT_EQ(file.GetSecondHeader().GetCapacity(), 128);
 }
@@ -114,7 +116,8 @@ TEST(DelimitedFile, HeaderArraysHoldRoomFor128Fields)
 TEST(DelimitedFile, QuotesOfTheFirstLineHaveNoMeaning)
 {
     const TemporaryFolder folder;
-    const TDelimitedFile file(folder.Write("work.txt", "\"A;B\";;C;\r\n").c_str(), kOneLine);
+    const TDelimitedFile file(folder.Write("work.txt", "\"A;B\";;C;\r\n").c_str(),
+                              kDelimitedOneLine);
     EXPECT_THAT(FieldsOf(file.GetFirstHeader()), ElementsAre("\"A", "B\"", "", "C", ""));
     EXPECT_FALSE(file.HasRow());
 }
@@ -125,7 +128,7 @@ TEST(DelimitedFile, ShortFilesHaveNoRow)
     for (const char* const bytes : {"", "A;B", "A;B\r\n", "A;B\r\n1;2\r\n",
                                     "A;B\r\n1;2\r\n\"a\"\r\n", "A;B\r\n1;2\r\n\"a\"\r\n-\r\n"})
     {
-        const TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kFourLines);
+        const TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kDelimitedFourLines);
         EXPECT_FALSE(file.HasRow()) << bytes;
         EXPECT_FALSE(file.HasMoreRows()) << bytes;
     }
@@ -134,7 +137,8 @@ TEST(DelimitedFile, ShortFilesHaveNoRow)
 TEST(DelimitedFile, CallersOwnRowIsReadWithoutChangingTheCurrentOne)
 {
     const TemporaryFolder folder;
-    TDelimitedFile file(folder.Write("work.txt", "A\r\n\"1\"\r\n\"2\"\r\n").c_str(), kOneLine);
+    TDelimitedFile file(folder.Write("work.txt", "A\r\n\"1\"\r\n\"2\"\r\n").c_str(),
+                        kDelimitedOneLine);
     DelimitedRow row;
     file.ReadRow(row);
     EXPECT_THAT(FieldsOf(row), ElementsAre("2"));
@@ -152,7 +156,7 @@ TEST(DelimitedFile, CurrentRowStaysWhileCallersRowsAreReadOn)
     {
         bytes += '"' + std::to_string(i) + "\"\r\n";
     }
-    TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kOneLine);
+    TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kDelimitedOneLine);
     DelimitedRow first;
     DelimitedRow row;
     file.ReadRow(first);
@@ -184,7 +188,7 @@ TEST(DelimitedFile, BareLineFeedsEndRows)
     {
         bytes += "\"" + std::to_string(i) + "\"\n";
     }
-    TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kFourLines);
+    TDelimitedFile file(folder.Write("work.txt", bytes).c_str(), kDelimitedFourLines);
     for (int i = 0; i < 500; ++i)
     {
         ASSERT_THAT(FieldsOf(file.CurrentRow()), ElementsAre(std::to_string(i)));
@@ -283,7 +287,7 @@ TEST(DelimitedRow, FieldsMayBeAskedForInAnyOrder)
 {
     const TemporaryFolder folder;
     const TDelimitedFile file(folder.Write("work.txt", "H\n\"0\";\"1\";\"2\";\"3\"\n").c_str(),
-                              kOneLine);
+                              kDelimitedOneLine);
     const DelimitedRow& row = file.CurrentRow();
     for (const std::size_t column : {2U, 0U, 0U, 3U, 1U})
     {
@@ -299,7 +303,8 @@ TEST(DelimitedRow, FieldsMayBeAskedForInAnyOrder)
 TEST(DelimitedFile, EmptyFieldsOfTheFirstLineCount)
 {
     const TemporaryFolder folder;
-    const TDelimitedFile file(folder.Write("work.txt", "A;;C;\r\n\"1\"\r\n").c_str(), kOneLine);
+    const TDelimitedFile file(folder.Write("work.txt", "A;;C;\r\n\"1\"\r\n").c_str(),
+                              kDelimitedOneLine);
     EXPECT_THAT(FieldsOf(file.GetFirstHeader()), ElementsAre("A", "", "C", ""));
 }
 
@@ -318,7 +323,7 @@ std::string ErrorsOfOpening(const char* path, std::size_t failingSize = 0)
     testing::internal::CaptureStderr();
     {
         const testing_support::FailLargeAllocation fault(failingSize == 0 ? SIZE_MAX : failingSize);
-        TDelimitedFile file(path, kFourLines);
+        TDelimitedFile file(path, kDelimitedFourLines);
         EXPECT_EQ(file.GetHeaderLineCount(), 0);
         EXPECT_EQ(file.GetRowCounter(), 0U);
         DelimitedRow row;
@@ -381,7 +386,7 @@ TEST(DelimitedFileFailure, WithoutMemoryForTheSentenceTheReaderHasNoRow)
             const testing_support::FailAllAllocations fault(spared);
             try
             {
-                const TDelimitedFile file(path.c_str(), kOneLine);
+                const TDelimitedFile file(path.c_str(), kDelimitedOneLine);
                 opened = true;
                 hasRow = file.HasRow();
             }
@@ -403,7 +408,7 @@ TEST(DelimitedFileFailure, LineWithoutMemoryReadsAsEmptyAndIsPassedOver)
     const TemporaryFolder folder;
     const std::string path = folder.Write(
         "work.txt", "A\r\n\"1\"\r\n\"" + std::string(300'000, 'x') + "\"\r\n\"3\"\r\n");
-    TDelimitedFile file(path.c_str(), kOneLine);
+    TDelimitedFile file(path.c_str(), kDelimitedOneLine);
     DelimitedRow row;
     {
         const testing_support::FailLargeAllocation fault(100'000);
@@ -425,7 +430,7 @@ TEST(DelimitedFileFailure, LineThatFillsTheBlockIsTheOnlyOneLostWithoutMemoryFor
         "work.txt", "A\r\n\"1\"\r\n\"" +
                         std::string(kBlock - std::string_view("\"\"\r\n").size(), 'x') +
                         "\"\r\n\"3\"\r\n");
-    TDelimitedFile file(path.c_str(), kOneLine);
+    TDelimitedFile file(path.c_str(), kDelimitedOneLine);
     {
         const testing_support::FailLargeAllocation fault(kBlock);
         EXPECT_TRUE(file.NextRow());
@@ -448,7 +453,7 @@ protected:
         m_file.emplace(
             m_folder.Write("work.txt", "A\r\n\"" + first + "\"\r\n\"" + second + "\"\r\n\"3\"\r\n")
                 .c_str(),
-            kOneLine);
+            kDelimitedOneLine);
         const testing_support::FailLargeAllocation fault(kLong);
         m_file->ReadRow(m_row);
         EXPECT_TRUE(fault.WasUsed());
@@ -482,7 +487,7 @@ TEST(DelimitedFile, ClosedFileCanBeDeletedAndHasNoFurtherRow)
 {
     const TemporaryFolder folder;
     const std::string path = folder.Write("work.txt", "A\r\n\"1\"\r\n\"2\"\r\n");
-    TDelimitedFile file(path.c_str(), kOneLine);
+    TDelimitedFile file(path.c_str(), kDelimitedOneLine);
     file.Close();
     EXPECT_FALSE(file.HasMoreRows());
     EXPECT_FALSE(file.NextRow());

@@ -24,7 +24,7 @@ using testing_support::TemporaryFolder;
 namespace
 {
 
-std::string Remittance(const std::string& amount, const std::string& currency)
+std::string RemittanceRow(const std::string& amount, const std::string& currency)
 {
     return "\"1\";\"1\";\"" + amount + "\";\"" + currency + "\"\r\n";
 }
@@ -53,7 +53,7 @@ double TotalOf(const std::string& remittances)
 
 double TotalOfMany(int count, const std::string& amount)
 {
-    const std::string row = Remittance(amount, "EUR");
+    const std::string row = RemittanceRow(amount, "EUR");
     std::string rows;
     rows.reserve(row.size() * static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
@@ -117,14 +117,14 @@ TEST(TotalAgainstLimit, OneRemittanceIsJudgedToTheCent)
     for (const char* const amount :
          {"0.01", "0.30", "10000.00", "1234567890.12", "922337203685.47"})
     {
-        EXPECT_EQ(TotalOf(Remittance(amount, "EUR")), Limit(amount)) << amount;
+        EXPECT_EQ(TotalOf(RemittanceRow(amount, "EUR")), Limit(amount)) << amount;
     }
-    EXPECT_GT(TotalOf(Remittance("922337203685.47", "EUR")), Limit("922337203685.46"));
+    EXPECT_GT(TotalOf(RemittanceRow("922337203685.47", "EUR")), Limit("922337203685.46"));
 }
 
 TEST(TotalAgainstLimit, TwoRemittancesMayExceedALimitThatTheyEqual)
 {
-    const double total = TotalOf(Remittance("0.10", "EUR") + Remittance("0.20", "EUR"));
+    const double total = TotalOf(RemittanceRow("0.10", "EUR") + RemittanceRow("0.20", "EUR"));
     EXPECT_EQ(total, 0.30000000000000004);
     EXPECT_GT(total, Limit("0.30"));
 }
@@ -133,27 +133,27 @@ TEST(TotalAgainstLimit, LimitALittleLargerIsJudgedAsMeant)
 {
     EXPECT_GT(TotalOfMany(1'000'000, "0.01"), Limit("10000.00"));
     EXPECT_LE(TotalOfMany(1'000'000, "0.01"), Limit("10000.004"));
-    EXPECT_GT(TotalOf(Remittance("10000.01", "EUR")), Limit("10000.004"));
+    EXPECT_GT(TotalOf(RemittanceRow("10000.01", "EUR")), Limit("10000.004"));
 }
 
 TEST(TotalPrecision, RowsBeyondTheLargestUnitsCountAsThose)
 {
-    EXPECT_EQ(TotalOf(Remittance("922337203685.47", "EUR")), 922337203685.47);
-    EXPECT_EQ(TotalOf(Remittance("922337203685.48", "EUR")), 922337203685.47758);
-    EXPECT_EQ(TotalOf(Remittance("999999999999999999.00", "EUR")), 922337203685.47758);
-    EXPECT_LT(TotalOf(Remittance("922337203685.47", "EUR")),
-              TotalOf(Remittance("922337203685.48", "EUR")));
+    EXPECT_EQ(TotalOf(RemittanceRow("922337203685.47", "EUR")), 922337203685.47);
+    EXPECT_EQ(TotalOf(RemittanceRow("922337203685.48", "EUR")), 922337203685.47758);
+    EXPECT_EQ(TotalOf(RemittanceRow("999999999999999999.00", "EUR")), 922337203685.47758);
+    EXPECT_LT(TotalOf(RemittanceRow("922337203685.47", "EUR")),
+              TotalOf(RemittanceRow("922337203685.48", "EUR")));
 }
 
 TEST(TotalPrecision, SeventhDecimalIsDropped)
 {
-    EXPECT_EQ(TotalOf(Remittance("1.2345678", "XXX")), 1.234567);
+    EXPECT_EQ(TotalOf(RemittanceRow("1.2345678", "XXX")), 1.234567);
 }
 
 TEST(TotalPrecision, CurrenciesAreAdded)
 {
-    EXPECT_EQ(TotalOf(Remittance("100.00", "EUR") + Remittance("15000", "JPY") +
-                      Remittance("1.250", "KWD") + Remittance("0.5000", "CLF")),
+    EXPECT_EQ(TotalOf(RemittanceRow("100.00", "EUR") + RemittanceRow("15000", "JPY") +
+                      RemittanceRow("1.250", "KWD") + RemittanceRow("0.5000", "CLF")),
               15101.75);
 }
 

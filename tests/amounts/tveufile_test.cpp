@@ -19,9 +19,9 @@ using testing_support::TemporaryFolder;
 namespace
 {
 
-constexpr int kFourLines = 0;
+constexpr int kVeuFourLines = 0;
 
-const std::string kOrderHeader =
+const std::string kVeuOrderHeader =
     "RECORD;CORPS;CTL_CPTDEBIT;CTL_CPTCREDIT;CTL_MONTANT;CTL_DEVISE;CTL_REF_TRANS;CTL_URGENT;"
     "CTL_EXEC_DATE;BANQUE;GUICHET;COMPTE;LIBELLE;RAISONSOC;DOMICILIATION;REFERENCE;MONTANT;"
     "DEVISE";
@@ -41,17 +41,17 @@ std::vector<int> Values(const TArray<int>& columns)
 class VeuFile : public testing::Test
 {
 protected:
-    TVeuFile& Open(const std::string& profile, const std::string& header = kOrderHeader)
+    TVeuFile& Open(const std::string& profile, const std::string& header = kVeuOrderHeader)
     {
         m_folder.Write("CtlVEU.INI", profile);
         return OpenWithoutProfile(header);
     }
 
-    TVeuFile& OpenWithoutProfile(const std::string& header = kOrderHeader)
+    TVeuFile& OpenWithoutProfile(const std::string& header = kVeuOrderHeader)
     {
         const std::string path =
             m_folder.Write("order.veu.cp", header + "\r\n16\r\n\"label\"\r\n-\r\n\"1\"\r\n");
-        m_file = std::make_unique<TVeuFile>(path.c_str(), kFourLines);
+        m_file = std::make_unique<TVeuFile>(path.c_str(), kVeuFourLines);
         return *m_file;
     }
 

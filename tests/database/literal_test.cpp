@@ -22,7 +22,7 @@ struct LiteralCase
     bool stays;
 };
 
-constexpr LiteralCase kCases[] = {
+constexpr LiteralCase kLiteralCases[] = {
     {"Empty", "", database::kUncut, true},
     {"WithoutQuotes", "Ana Ruiz", database::kUncut, true},
     {"OneQuote", "O'Brien", database::kUncut, false},
@@ -61,7 +61,7 @@ TEST_P(Literal, HoldsTheTextOrIsRefused)
               GetParam().stays);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, Literal, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Texts, Literal, testing::ValuesIn(kLiteralCases),
                          [](const auto& row) { return row.param.name; });
 
 TEST(LiteralRefusal, NullTextsCountAsEmpty)

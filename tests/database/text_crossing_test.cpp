@@ -23,10 +23,11 @@ void PrintTo(const CrossingCase& each, std::ostream* stream)
     *stream << each.name;
 }
 
-const std::wstring kSmiley = sizeof(wchar_t) == 2 ? std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}
-                                                  : std::wstring(1, static_cast<wchar_t>(0x1F600));
+const std::wstring kCrossingSmiley = sizeof(wchar_t) == 2
+                                         ? std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}
+                                         : std::wstring(1, static_cast<wchar_t>(0x1F600));
 
-const CrossingCase kCases[] = {
+const CrossingCase kCrossingCases[] = {
     {"PlainLetters", L"Ana Ruiz", "416E61205275697A", "Ana Ruiz"},
     {"Accents",
      L"Ren\x00E9"
@@ -44,7 +45,7 @@ const CrossingCase kCases[] = {
      L"\x0416"
      L"a",
      "D09661", "?a"},
-    {"BeyondTheFirstPlane", L"a" + kSmiley + L"b", "61F09F988062", "a?b"},
+    {"BeyondTheFirstPlane", L"a" + kCrossingSmiley + L"b", "61F09F988062", "a?b"},
     {"Apostrophe", L"O'Brien", "4F27427269656E", "O'Brien"},
     {"Backslash", L"A\\'B", "415C2742", "A\\'B"},
 };
@@ -78,7 +79,7 @@ TEST_P(TextCrossing, KeepsEveryLetterBothWays)
     EXPECT_EQ(ReadOne(m_database, L"SELECT A FROM T", "A"), GetParam().narrow);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, TextCrossing, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Texts, TextCrossing, testing::ValuesIn(kCrossingCases),
                          [](const auto& each) { return std::string(each.param.name); });
 
 TEST(StatementCrossing, SqliteIsWideWithTheDriverOfWindowsAlone)

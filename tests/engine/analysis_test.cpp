@@ -32,7 +32,7 @@ public:
     Apartment& operator=(const Apartment&) = delete;
 };
 
-struct Result
+struct AnalysisResult
 {
     int worked = -1;
     amounts::FileTotals totals;
@@ -40,11 +40,11 @@ struct Result
     char errorText[256] = "";
 };
 
-Result Analyse(const std::string& order, const char* format1, const char* format2,
-               void* trace = nullptr)
+AnalysisResult Analyse(const std::string& order, const char* format1, const char* format2,
+                       void* trace = nullptr)
 {
     const Apartment apartment;
-    Result result;
+    AnalysisResult result;
     result.worked = amounts::GetMaxAmountFile({order.c_str(), format1, format2, trace},
                                               result.totals, result.currencyCode, result.errorText);
     return result;
@@ -90,7 +90,7 @@ TEST_P(AnalysedCorpus, GivesItsTotalsAndLeavesNoWorkFile)
     std::filesystem::copy_file(std::filesystem::path(SIGNUTILS_CORPUS) / expected.file, order);
     void* const trace = TraceOpen(traceFolder.Path("trace.txt").c_str());
 
-    const Result result = Analyse(order, expected.format1, expected.format2, trace);
+    const AnalysisResult result = Analyse(order, expected.format1, expected.format2, trace);
 
     TraceClose(trace);
     ASSERT_EQ(result.worked, 1) << result.errorText;
@@ -116,7 +116,7 @@ TEST(Analysis, FileThatCannotBeConvertedNamesLineAndNumber)
 {
     const TemporaryFolder folder;
     const std::string order = folder.Write("order.xml", "<Document>\n</Wrong>");
-    const Result result = Analyse(order, "ISO20022", "pain.001");
+    const AnalysisResult result = Analyse(order, "ISO20022", "pain.001");
     EXPECT_EQ(result.worked, 0);
     EXPECT_THAT(std::string(result.errorText), HasSubstr("line 2"));
     EXPECT_THAT(std::string(result.errorText), testing::EndsWith(" n\xB0"
@@ -132,7 +132,7 @@ TEST(Analysis, OrderInAFolderThatCannotBeWrittenNamesTheFolder)
     {
         GTEST_SKIP() << "this system has no such folder";
     }
-    const Result result = Analyse(order, "SWIFT", "MT101");
+    const AnalysisResult result = Analyse(order, "SWIFT", "MT101");
     EXPECT_EQ(result.worked, 0);
     EXPECT_THAT(std::string(result.errorText), HasSubstr("in folder /proc/self/"));
     EXPECT_THAT(std::string(result.errorText), HasSubstr("must be writable"));
@@ -142,7 +142,7 @@ TEST(Analysis, UnknownFormatNamesTheKnownOnes)
 {
     const TemporaryFolder folder;
     const std::string order = folder.Write("order.xml", "<Document/>");
-    const Result result = Analyse(order, "EDIFACT", "PAYMUL");
+    const AnalysisResult result = Analyse(order, "EDIFACT", "PAYMUL");
     EXPECT_EQ(result.worked, 0);
     EXPECT_THAT(std::string(result.errorText), HasSubstr("EDIFACT/PAYMUL"));
 }
@@ -158,7 +158,7 @@ TEST(Analysis, PathWithBlanksAndAccentsIsFound)
     ASSERT_TRUE(file.Open(order.c_str(), port::OpenMode::CreateNew));
     ASSERT_TRUE(file.Write(corpus.data(), corpus.size()));
     file.Close();
-    const Result result = Analyse(order, "SWIFT", "MT101");
+    const AnalysisResult result = Analyse(order, "SWIFT", "MT101");
     EXPECT_EQ(result.worked, 1) << result.errorText;
     EXPECT_GT(result.totals.orderCount, 0);
 }

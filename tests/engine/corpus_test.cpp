@@ -17,8 +17,8 @@ using engine_tests::Normal;
 namespace
 {
 
-constexpr std::size_t kFourLines = 4;
-constexpr std::size_t kOneLine = 1;
+constexpr std::size_t kFourLinesOfCorpus = 4;
+constexpr std::size_t kOneLineOfCorpus = 1;
 
 class Corpus : public testing::TestWithParam<CorpusCase>
 {
@@ -45,7 +45,7 @@ TEST_P(Corpus, GivesItsTotalsAndErrors)
     }
 
     std::string total = "0";
-    for (const Fields& row : engine_tests::ReadRows(order + ".veu.bp", kFourLines))
+    for (const Fields& row : engine_tests::ReadRows(order + ".veu.bp", kFourLinesOfCorpus))
     {
         ASSERT_EQ(row.size(), 4U);
         total = engine_tests::Sum(total, row[2]);
@@ -53,7 +53,7 @@ TEST_P(Corpus, GivesItsTotalsAndErrors)
     EXPECT_EQ(Normal(total), Normal(expected.total));
 
     std::string largest = "0";
-    const auto orders = engine_tests::ReadRows(order + ".veu.cp", kFourLines);
+    const auto orders = engine_tests::ReadRows(order + ".veu.cp", kFourLinesOfCorpus);
     for (const Fields& row : orders)
     {
         ASSERT_EQ(row.size(), 18U);
@@ -65,7 +65,7 @@ TEST_P(Corpus, GivesItsTotalsAndErrors)
     EXPECT_EQ(orders.size(), static_cast<std::size_t>(expected.orders));
 
     std::string errors;
-    for (const Fields& row : engine_tests::ReadRows(order + ".veu.err", kOneLine))
+    for (const Fields& row : engine_tests::ReadRows(order + ".veu.err", kOneLineOfCorpus))
     {
         ASSERT_EQ(row.size(), 5U);
         EXPECT_FALSE(row[0].empty());

@@ -6,7 +6,7 @@
 #include <string>
 
 using engine::ExactDecimal;
-using Result = engine::ExactDecimal::ParseResult;
+using ParseResult = engine::ExactDecimal::ParseResult;
 
 namespace
 {
@@ -14,7 +14,7 @@ namespace
 ExactDecimal Value(const std::string& text)
 {
     ExactDecimal value;
-    EXPECT_EQ(ExactDecimal::Parse(text, '.', value), Result::Ok) << text;
+    EXPECT_EQ(ExactDecimal::Parse(text, '.', value), ParseResult::Ok) << text;
     return value;
 }
 
@@ -22,7 +22,7 @@ struct ParseCase
 {
     const char* name;
     std::string text;
-    Result result;
+    ParseResult result;
     const char* shown; // with five decimals
 };
 
@@ -32,31 +32,33 @@ void PrintTo(const ParseCase& parseCase, std::ostream* stream)
 }
 
 const ParseCase kParseCases[] = {
-    {"Whole", "1500", Result::Ok, "1500.00000"},
-    {"OneDecimal", "1500.5", Result::Ok, "1500.50000"},
-    {"NothingBeforeThePoint", ".50", Result::Ok, "0.50000"},
-    {"NothingAfterThePoint", "7.", Result::Ok, "7.00000"},
-    {"BlanksAround", " \t\r\n12.30 \n", Result::Ok, "12.30000"},
-    {"LeadingZerosDoNotCount", "000000000000000000000012", Result::Ok, "12.00000"},
-    {"TrailingZerosDoNotCount", "1.50000000000000000000000", Result::Ok, "1.50000"},
-    {"PlusSign", "+3.00", Result::Ok, "3.00000"},
-    {"EighteenDigits", "999999999999999999", Result::Ok, "999999999999999999.00000"},
-    {"Zero", "0", Result::Ok, "0.00000"},
-    {"NineteenDigits", "1000000000000000000", Result::TooManyDigits, "999999999999999999.00000"},
-    {"FourHundredDigits", std::string(400, '9'), Result::TooManyDigits, "999999999999999999.00000"},
-    {"EighteenPlaces", "0.000000000000000001", Result::TooManyDigits, "0.00001"},
-    {"EighteenPlacesOfNines", "0.999999999999999999", Result::TooManyDigits, "1.00000"},
-    {"Negative", "-1.00", Result::Negative, ""},
-    {"Empty", "", Result::Empty, ""},
-    {"BlanksOnly", "  \n", Result::Empty, ""},
-    {"PointOnly", ".", Result::NotANumber, ""},
-    {"TwoPoints", "1.2.3", Result::NotANumber, ""},
-    {"Comma", "1,50", Result::NotANumber, ""},
-    {"Exponent", "1e5", Result::NotANumber, ""},
-    {"InnerBlank", "1 500", Result::NotANumber, ""},
-    {"Letters", "abc", Result::NotANumber, ""},
-    {"SignOnly", "+", Result::NotANumber, ""},
-    {"TwoSigns", "+-1", Result::NotANumber, ""},
+    {"Whole", "1500", ParseResult::Ok, "1500.00000"},
+    {"OneDecimal", "1500.5", ParseResult::Ok, "1500.50000"},
+    {"NothingBeforeThePoint", ".50", ParseResult::Ok, "0.50000"},
+    {"NothingAfterThePoint", "7.", ParseResult::Ok, "7.00000"},
+    {"BlanksAround", " \t\r\n12.30 \n", ParseResult::Ok, "12.30000"},
+    {"LeadingZerosDoNotCount", "000000000000000000000012", ParseResult::Ok, "12.00000"},
+    {"TrailingZerosDoNotCount", "1.50000000000000000000000", ParseResult::Ok, "1.50000"},
+    {"PlusSign", "+3.00", ParseResult::Ok, "3.00000"},
+    {"EighteenDigits", "999999999999999999", ParseResult::Ok, "999999999999999999.00000"},
+    {"Zero", "0", ParseResult::Ok, "0.00000"},
+    {"NineteenDigits", "1000000000000000000", ParseResult::TooManyDigits,
+     "999999999999999999.00000"},
+    {"FourHundredDigits", std::string(400, '9'), ParseResult::TooManyDigits,
+     "999999999999999999.00000"},
+    {"EighteenPlaces", "0.000000000000000001", ParseResult::TooManyDigits, "0.00001"},
+    {"EighteenPlacesOfNines", "0.999999999999999999", ParseResult::TooManyDigits, "1.00000"},
+    {"Negative", "-1.00", ParseResult::Negative, ""},
+    {"Empty", "", ParseResult::Empty, ""},
+    {"BlanksOnly", "  \n", ParseResult::Empty, ""},
+    {"PointOnly", ".", ParseResult::NotANumber, ""},
+    {"TwoPoints", "1.2.3", ParseResult::NotANumber, ""},
+    {"Comma", "1,50", ParseResult::NotANumber, ""},
+    {"Exponent", "1e5", ParseResult::NotANumber, ""},
+    {"InnerBlank", "1 500", ParseResult::NotANumber, ""},
+    {"Letters", "abc", ParseResult::NotANumber, ""},
+    {"SignOnly", "+", ParseResult::NotANumber, ""},
+    {"TwoSigns", "+-1", ParseResult::NotANumber, ""},
 };
 
 class ExactDecimalParse : public testing::TestWithParam<ParseCase>
@@ -70,7 +72,7 @@ TEST_P(ExactDecimalParse, ReadsOrRefuses)
     ExactDecimal value = Value("42");
     EXPECT_EQ(ExactDecimal::Parse(GetParam().text, '.', value), GetParam().result);
     const bool written =
-        GetParam().result == Result::Ok || GetParam().result == Result::TooManyDigits;
+        GetParam().result == ParseResult::Ok || GetParam().result == ParseResult::TooManyDigits;
     EXPECT_EQ(value.ToText(5), written ? GetParam().shown : "42.00000");
 }
 
@@ -134,7 +136,7 @@ TEST(ExactDecimal, IsOrderedByValue)
 TEST(ExactDecimal, TheSeparatorIsChosen)
 {
     ExactDecimal value;
-    EXPECT_EQ(ExactDecimal::Parse("1000,", ',', value), Result::Ok);
+    EXPECT_EQ(ExactDecimal::Parse("1000,", ',', value), ParseResult::Ok);
     EXPECT_EQ(value.ToText(0), "1000");
-    EXPECT_EQ(ExactDecimal::Parse("12.5", ',', value), Result::NotANumber);
+    EXPECT_EQ(ExactDecimal::Parse("12.5", ',', value), ParseResult::NotANumber);
 }

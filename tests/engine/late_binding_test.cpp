@@ -18,7 +18,7 @@ using testing_support::TemporaryFolder;
 namespace
 {
 
-constexpr const char* kOrder =
+constexpr const char* kLateOrder =
     "<Document><CstmrCdtTrfInitn><GrpHdr><NbOfTxs>1</NbOfTxs></GrpHdr><PmtInf><CdtTrfTxInf><Amt>"
     "<InstdAmt Ccy=\"EUR\">1.00</InstdAmt></Amt></CdtTrfTxInf></PmtInf></CstmrCdtTrfInitn>"
     "</Document>";
@@ -145,7 +145,7 @@ TEST_F(LateBinding, UnknownNameIsToldAsUnknown)
 TEST_F(LateBinding, ConvertsAnOrderFile)
 {
     const TemporaryFolder folder;
-    const std::string order = folder.Write("order.xml", kOrder);
+    const std::string order = folder.Write("order.xml", kLateOrder);
     const std::wstring path(order.begin(), order.end());
 
     LONG connection = 0;

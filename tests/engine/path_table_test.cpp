@@ -16,40 +16,40 @@ enum class Mark
     BankName,
 };
 
-using Table = engine::PathTable<Mark>;
+using MarkTable = engine::PathTable<Mark>;
 
-const Table kTable({{"Cdtr/Nm", Mark::Name}, {"Agt", Mark::Bank}, {"Agt/Nm", Mark::BankName}});
+const MarkTable kTable({{"Cdtr/Nm", Mark::Name}, {"Agt", Mark::Bank}, {"Agt/Nm", Mark::BankName}});
 
 TEST(PathTable, ElementsAreFoundByTheirWholePath)
 {
-    const Table::Node creditor = kTable.Child(Table::kRoot, "Cdtr");
-    const Table::Node agent = kTable.Child(Table::kRoot, "Agt");
+    const MarkTable::Node creditor = kTable.Child(MarkTable::kRoot, "Cdtr");
+    const MarkTable::Node agent = kTable.Child(MarkTable::kRoot, "Agt");
     EXPECT_EQ(kTable.FieldOf(creditor), Mark::None);
     EXPECT_EQ(kTable.FieldOf(agent), Mark::Bank);
     EXPECT_EQ(kTable.FieldOf(kTable.Child(creditor, "Nm")), Mark::Name);
     EXPECT_EQ(kTable.FieldOf(kTable.Child(agent, "Nm")), Mark::BankName);
     EXPECT_EQ(kTable.Parent(kTable.Child(agent, "Nm")), agent);
-    EXPECT_EQ(kTable.Parent(agent), Table::kRoot);
+    EXPECT_EQ(kTable.Parent(agent), MarkTable::kRoot);
 }
 
 TEST(PathTable, ElementsItDoesNotNameAreNowhere)
 {
-    EXPECT_EQ(kTable.Child(Table::kRoot, "Nm"), Table::kNowhere);
-    EXPECT_EQ(kTable.Child(Table::kRoot, "Agt "), Table::kNowhere);
-    EXPECT_EQ(kTable.Child(Table::kRoot, ""), Table::kNowhere);
+    EXPECT_EQ(kTable.Child(MarkTable::kRoot, "Nm"), MarkTable::kNowhere);
+    EXPECT_EQ(kTable.Child(MarkTable::kRoot, "Agt "), MarkTable::kNowhere);
+    EXPECT_EQ(kTable.Child(MarkTable::kRoot, ""), MarkTable::kNowhere);
 }
 
 TEST(ChildMemo, GivesTheTablesAnswerHoweverOftenItIsAsked)
 {
     engine::ChildMemo<Mark> memo(kTable);
-    const Table::Node creditor = kTable.Child(Table::kRoot, "Cdtr");
-    const Table::Node agent = kTable.Child(Table::kRoot, "Agt");
+    const MarkTable::Node creditor = kTable.Child(MarkTable::kRoot, "Cdtr");
+    const MarkTable::Node agent = kTable.Child(MarkTable::kRoot, "Agt");
     const char* const name = "Nm";
     for (int i = 0; i < 3; ++i)
     {
         EXPECT_EQ(memo.Child(creditor, name), kTable.Child(creditor, "Nm"));
         EXPECT_EQ(memo.Child(agent, name), kTable.Child(agent, "Nm"));
-        EXPECT_EQ(memo.Child(Table::kRoot, name), Table::kNowhere);
+        EXPECT_EQ(memo.Child(MarkTable::kRoot, name), MarkTable::kNowhere);
     }
 }
 
@@ -61,13 +61,13 @@ TEST(ChildMemo, MoreNamesThanItRemembersStayRight)
     {
         names[i] = "Other" + std::to_string(i);
     }
-    const Table::Node creditor = kTable.Child(Table::kRoot, "Cdtr");
+    const MarkTable::Node creditor = kTable.Child(MarkTable::kRoot, "Cdtr");
     for (int round = 0; round < 2; ++round)
     {
         for (std::size_t i = 0; i < names.size(); ++i)
         {
-            ASSERT_EQ(memo.Child(Table::kRoot, names[i].c_str()),
-                      i % 2 == 0 ? Table::kNowhere : creditor)
+            ASSERT_EQ(memo.Child(MarkTable::kRoot, names[i].c_str()),
+                      i % 2 == 0 ? MarkTable::kNowhere : creditor)
                 << i;
         }
     }

@@ -18,7 +18,7 @@ host::AmountForm Form(const std::string& currency)
     return host::FormOf({currency, "option --currency"});
 }
 
-std::string RefusalOf(const std::string& text, const std::string& currency = "EUR")
+std::string RefusalOfAmount(const std::string& text, const std::string& currency = "EUR")
 {
     try
     {
@@ -88,7 +88,7 @@ class RefusedAmountText : public testing::TestWithParam<Refused>
 
 TEST_P(RefusedAmountText, NamesOptionValueReasonAndAcceptedForm)
 {
-    const std::string refusal = RefusalOf(GetParam().text);
+    const std::string refusal = RefusalOfAmount(GetParam().text);
 
     EXPECT_THAT(refusal, HasSubstr("option --total"));
     EXPECT_THAT(refusal, HasSubstr("'" + std::string(GetParam().text) + "'"));
@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(AmountTextOfACurrencyWithoutDecimals, RefusesAPointAndShowsDigitsOnly)
 {
-    const std::string refusal = RefusalOf("1500.0", "JPY");
+    const std::string refusal = RefusalOfAmount("1500.0", "JPY");
 
     EXPECT_THAT(refusal, HasSubstr("it has 1 decimals and JPY has 0"));
     EXPECT_THAT(refusal, HasSubstr("Write digits only, such as 1500."));

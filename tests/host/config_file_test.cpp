@@ -34,7 +34,7 @@ std::string TextOf(const host::OptionValues& values, const std::string& name)
     return value == nullptr ? "(none)" : value->text;
 }
 
-std::string RefusalOf(const std::string& toml)
+std::string RefusalOfToml(const std::string& toml)
 {
     try
     {
@@ -97,59 +97,61 @@ TEST(SettingsFile, OriginNamesFileLineAndField)
 
 TEST(SettingsFile, UnknownKeysAreRefusedWithTheNearestName)
 {
-    EXPECT_THAT(RefusalOf("\npartnr = \"X\"\n"),
+    EXPECT_THAT(RefusalOfToml("\npartnr = \"X\"\n"),
                 AllOf(HasSubstr("bank.toml, line 2, field partnr: unknown field"),
                       HasSubstr("Did you mean partner?")));
-    EXPECT_THAT(RefusalOf("[check]\nlimit = 3\n"),
+    EXPECT_THAT(RefusalOfToml("[check]\nlimit = 3\n"),
                 HasSubstr("bank.toml, line 2, field check.limit: unknown field"));
 }
 
 TEST(SettingsFile, UnknownKeysOfOtherCommandsAreRefusedToo)
 {
-    EXPECT_THAT(RefusalOf("[history]\nverdikt = \"x\"\n"), HasSubstr("Did you mean verdict?"));
+    EXPECT_THAT(RefusalOfToml("[history]\nverdikt = \"x\"\n"), HasSubstr("Did you mean verdict?"));
 }
 
 TEST(SettingsFile, UnknownTablesAreRefused)
 {
-    EXPECT_THAT(RefusalOf("[chek]\npartner = \"X\"\n"),
+    EXPECT_THAT(RefusalOfToml("[chek]\npartner = \"X\"\n"),
                 AllOf(HasSubstr("bank.toml, line 1"), HasSubstr("unknown table [chek]"),
                       HasSubstr("Did you mean check?")));
 }
 
 TEST(SettingsFile, CannotNameAnotherSettingsFile)
 {
-    EXPECT_THAT(RefusalOf("config = \"other.toml\"\n"), HasSubstr("field config: unknown field"));
+    EXPECT_THAT(RefusalOfToml("config = \"other.toml\"\n"),
+                HasSubstr("field config: unknown field"));
 }
 
 TEST(SettingsFile, WrongTypesAreRefusedWithTheRightForm)
 {
-    EXPECT_THAT(RefusalOf("protocol = \"9\"\n"),
+    EXPECT_THAT(RefusalOfToml("protocol = \"9\"\n"),
                 AllOf(HasSubstr("bank.toml, line 1, field protocol"),
                       HasSubstr("expected a whole number, found text. Write protocol = 9.")));
-    EXPECT_THAT(RefusalOf("partner = 5\n"),
+    EXPECT_THAT(RefusalOfToml("partner = 5\n"),
                 HasSubstr("expected text in quotes, found a whole number. Write partner = \"…\"."));
-    EXPECT_THAT(RefusalOf("veu = \"yes\"\n"),
+    EXPECT_THAT(RefusalOfToml("veu = \"yes\"\n"),
                 HasSubstr("expected true or false, found text. Write veu = true."));
-    EXPECT_THAT(RefusalOf("signers = [\"A\", \"B\"]\n"), HasSubstr("found a list"));
-    EXPECT_THAT(RefusalOf("since = 2026-03-29\n[check]\n"), HasSubstr("found a date or time"));
+    EXPECT_THAT(RefusalOfToml("signers = [\"A\", \"B\"]\n"), HasSubstr("found a list"));
+    EXPECT_THAT(RefusalOfToml("since = 2026-03-29\n[check]\n"), HasSubstr("found a date or time"));
 }
 
 TEST(SettingsFile, AmountsWithDecimalsStandInQuotes)
 {
-    EXPECT_THAT(RefusalOf("total = 1500.10\n"),
+    EXPECT_THAT(RefusalOfToml("total = 1500.10\n"),
                 HasSubstr("expected an amount in quotes, found a number with decimals. Write "
                           "total = \"1500.00\"."));
 }
 
 TEST(SettingsFile, BrokenLinesAreRefusedWithTheirPlace)
 {
-    EXPECT_THAT(RefusalOf("partner = \"X\"\nservice =\n"), HasSubstr("bank.toml, line 2"));
-    EXPECT_THAT(RefusalOf("partner = \"X\"\npartner = \"Y\"\n"), HasSubstr("bank.toml, line 2"));
+    EXPECT_THAT(RefusalOfToml("partner = \"X\"\nservice =\n"), HasSubstr("bank.toml, line 2"));
+    EXPECT_THAT(RefusalOfToml("partner = \"X\"\npartner = \"Y\"\n"),
+                HasSubstr("bank.toml, line 2"));
 }
 
 TEST(SettingsFile, MalformedUtf8IsRefused)
 {
-    EXPECT_THAT(RefusalOf("partner = \"\xE9\"\n"), HasSubstr("bank.toml, line 1"));
+    EXPECT_THAT(RefusalOfToml("partner = \"\xE9\"\n"), HasSubstr("bank.toml, line 1"));
 }
 
 } // namespace

@@ -21,7 +21,7 @@ host::Connection ConnectionOf(const std::string& text)
     return host::ConnectionFrom(values);
 }
 
-std::string RefusalOf(const std::string& text)
+std::string RefusalOfConnection(const std::string& text)
 {
     try
     {
@@ -50,9 +50,9 @@ TEST(Connection, IsHandedOnAsItWasGiven)
 
 TEST(Connection, EmptyOnesAreRefused)
 {
-    EXPECT_THAT(RefusalOf(""),
+    EXPECT_THAT(RefusalOfConnection(""),
                 AllOf(HasSubstr("option --db"), HasSubstr("empty"), HasSubstr("Driver=SQLite3")));
-    EXPECT_THAT(RefusalOf("  "), HasSubstr("empty"));
+    EXPECT_THAT(RefusalOfConnection("  "), HasSubstr("empty"));
 }
 
 TEST(Connection, AnEmbeddedDatabaseWithoutAFileIsRefused)
@@ -60,7 +60,7 @@ TEST(Connection, AnEmbeddedDatabaseWithoutAFileIsRefused)
     for (const std::string text :
          {"Driver=SQLite3", "Driver={SQLite3};Database=", "DRIVER=sqlite3;Timeout=100;PWD=s3cret"})
     {
-        EXPECT_THAT(RefusalOf(text),
+        EXPECT_THAT(RefusalOfConnection(text),
                     AllOf(HasSubstr("option --db"), HasSubstr("names no database file"),
                           HasSubstr("Database="), Not(HasSubstr("s3cret"))));
     }
@@ -70,21 +70,21 @@ TEST(Connection, AnEmbeddedDatabaseWithoutAFileIsRefused)
 
 TEST(Connection, BrokenOnesAreRefusedWithoutTheirPassword)
 {
-    EXPECT_THAT(RefusalOf("Driver=X;PWD=top;secret"),
+    EXPECT_THAT(RefusalOfConnection("Driver=X;PWD=top;secret"),
                 AllOf(HasSubstr("braces"), Not(HasSubstr("top")), Not(HasSubstr("secret"))));
 }
 
 TEST(Connection, CharactersWithoutPlaceAreRefusedWithoutThePassword)
 {
-    EXPECT_THAT(RefusalOf("Driver=X;Database=/tmp/Ж.db;PWD=s3cret"),
+    EXPECT_THAT(RefusalOfConnection("Driver=X;Database=/tmp/Ж.db;PWD=s3cret"),
                 AllOf(HasSubstr("'Ж'"), HasSubstr("Windows-1252"), Not(HasSubstr("s3cret"))));
-    EXPECT_THAT(RefusalOf("Driver=X;PWD=Жopa"),
+    EXPECT_THAT(RefusalOfConnection("Driver=X;PWD=Жopa"),
                 AllOf(HasSubstr("password"), Not(HasSubstr("Жopa"))));
 }
 
 TEST(Connection, ATextThatIsNoneIsToldItsForm)
 {
-    EXPECT_THAT(RefusalOf("hello"),
+    EXPECT_THAT(RefusalOfConnection("hello"),
                 AllOf(HasSubstr("option --db: The connection string has no '='"),
                       HasSubstr("KEY=value"), HasSubstr("Give one such as \"Driver=SQLite3;")));
 }

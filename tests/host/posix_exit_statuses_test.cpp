@@ -29,7 +29,7 @@ struct Case
     const char* line;
 };
 
-#define TERMS "--partner DUPONTSA --service CCT --client TRESOR --protocol 9 --type 1 "
+#define EXIT_TERMS "--partner DUPONTSA --service CCT --client TRESOR --protocol 9 --type 1 "
 #define ACCEPTED "--signers 'Élodie Lefèvre' "
 #define UNKNOWN "--signers 'Paul Martin' "
 #define AMOUNTS "--total 900 --largest 900 --currency EUR "
@@ -37,18 +37,20 @@ struct Case
 #define ANSWERED_NO(command) "echo no | script -qec '" command "' /dev/null"
 
 const Case kCases[] = {
-    {"check", 0, "signcheck check order.xml --format auto " TERMS ACCEPTED},
-    {"check", 1, "signcheck check refused.xml --format auto " TERMS ACCEPTED},
-    {"check", 2, "signcheck check order.xml --format auto " TERMS UNKNOWN},
-    {"check", 3, "signcheck check order.xml --format auto " TERMS ACCEPTED NO_BANK},
-    {"check", 4, "signcheck check order.xml --format CFONB/160 " TERMS ACCEPTED},
-    {"batch", 0, "signcheck batch orders --format auto " TERMS ACCEPTED},
-    {"batch", 1, "cp refused.xml orders; signcheck batch orders --format auto " TERMS ACCEPTED},
-    {"batch", 2, "signcheck batch orders --format auto " TERMS UNKNOWN},
-    {"batch", 3, "echo nothing >orders/x; signcheck batch orders --format auto " TERMS ACCEPTED},
-    {"batch", 4, "signcheck batch orders --format CFONB/160 " TERMS ACCEPTED},
-    {"watch", 0, "signcheck watch orders --format auto " TERMS ACCEPTED},
-    {"watch", 3, "signcheck watch orders --format auto " TERMS ACCEPTED NO_BANK},
+    {"check", 0, "signcheck check order.xml --format auto " EXIT_TERMS ACCEPTED},
+    {"check", 1, "signcheck check refused.xml --format auto " EXIT_TERMS ACCEPTED},
+    {"check", 2, "signcheck check order.xml --format auto " EXIT_TERMS UNKNOWN},
+    {"check", 3, "signcheck check order.xml --format auto " EXIT_TERMS ACCEPTED NO_BANK},
+    {"check", 4, "signcheck check order.xml --format CFONB/160 " EXIT_TERMS ACCEPTED},
+    {"batch", 0, "signcheck batch orders --format auto " EXIT_TERMS ACCEPTED},
+    {"batch", 1,
+     "cp refused.xml orders; signcheck batch orders --format auto " EXIT_TERMS ACCEPTED},
+    {"batch", 2, "signcheck batch orders --format auto " EXIT_TERMS UNKNOWN},
+    {"batch", 3,
+     "echo nothing >orders/x; signcheck batch orders --format auto " EXIT_TERMS ACCEPTED},
+    {"batch", 4, "signcheck batch orders --format CFONB/160 " EXIT_TERMS ACCEPTED},
+    {"watch", 0, "signcheck watch orders --format auto " EXIT_TERMS ACCEPTED},
+    {"watch", 3, "signcheck watch orders --format auto " EXIT_TERMS ACCEPTED NO_BANK},
     {"amounts", 0, "signcheck amounts order.xml"},
     {"amounts", 1, "signcheck amounts faulty.xml"},
     {"amounts", 3, "signcheck amounts people.csv"},

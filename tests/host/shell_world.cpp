@@ -13,7 +13,7 @@ namespace
 
 namespace fs = std::filesystem;
 
-const std::string kOrders = std::string(SIGNUTILS_SOURCES) + "/examples/orders/";
+const std::string kExampleOrders = std::string(SIGNUTILS_SOURCES) + "/examples/orders/";
 
 std::string PathWithSigncheck()
 {
@@ -56,10 +56,10 @@ ShellWorldTest::ShellWorldTest()
     : m_world(m_folder.Path("world")), m_path("PATH", PathWithSigncheck().c_str())
 {
     fs::create_directories(m_world + "/orders");
-    fs::copy_file(kOrders + "01-dupont-suppliers.xml", m_world + "/order.xml");
-    fs::copy_file(kOrders + "01-dupont-suppliers.xml", m_world + "/orders/order.xml");
+    fs::copy_file(kExampleOrders + "01-dupont-suppliers.xml", m_world + "/order.xml");
+    fs::copy_file(kExampleOrders + "01-dupont-suppliers.xml", m_world + "/orders/order.xml");
     m_folder.Write("world/orders/order.xml.terms", "{\"signers\": \"Élodie Lefèvre\"}");
-    fs::copy_file(kOrders + "03-dupont-workshop.xml", m_world + "/refused.xml");
+    fs::copy_file(kExampleOrders + "03-dupont-workshop.xml", m_world + "/refused.xml");
     m_folder.Write("world/people.csv", "huid,partner,first-name,last-name,opposition,certificate,"
                                        "serial,expires\nFR-0099,DUPONTSA,Ana,Ruiz,0,Ana Ruiz,,\n");
     const Answer answer = RunShell(Settled(m_world) + kSetUp);

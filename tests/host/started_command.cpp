@@ -18,7 +18,7 @@ namespace testing_support
 namespace
 {
 
-constexpr auto kLongest = std::chrono::seconds(60);
+constexpr auto kLongestCommand = std::chrono::seconds(60);
 constexpr auto kBetweenLooks = std::chrono::milliseconds(2);
 constexpr int kSignalled = 256;
 
@@ -80,7 +80,7 @@ std::string StartedCommand::Errors() const
 
 bool ComesToHold(const std::function<bool()>& condition)
 {
-    const auto end = std::chrono::steady_clock::now() + kLongest;
+    const auto end = std::chrono::steady_clock::now() + kLongestCommand;
     while (!condition())
     {
         if (std::chrono::steady_clock::now() > end)

@@ -1,5 +1,6 @@
 #include "port/com.h"
 #include "tests/port/com_test_module.h"
+#include "tests/port/other_thread.h"
 
 #include <gtest/gtest.h>
 
@@ -18,12 +19,6 @@ using com_test::kForeignInterface;
 using com_test::kOtherClass;
 
 constexpr DWORD kContext21 = 21;
-
-template <typename Action>
-void OnAnotherThread(const Action& action)
-{
-    std::thread(action).join();
-}
 
 /// COM on the test's thread, and an object pointer that must not stay as it is.
 class Com : public testing::Test

@@ -1,4 +1,5 @@
 #include "port/kernel.h"
+#include "tests/port/other_thread.h"
 
 #include <gtest/gtest.h>
 
@@ -30,12 +31,6 @@ public:
 private:
     HANDLE m_handle;
 };
-
-template <typename Action>
-void OnAnotherThread(const Action& action)
-{
-    std::thread(action).join();
-}
 
 DWORD WaitElsewhere(HANDLE handle)
 {
@@ -138,9 +133,9 @@ TEST(Mutex, WaiterGetsTheMutexWhenItIsReleased)
     const Mutex mutex(TRUE);
     DWORD endless = WAIT_FAILED;
     DWORD limited = WAIT_FAILED;
-    const auto wait = [&](DWORD milliseconds, DWORD& result)
+    const auto wait = [&](DWORD timeout, DWORD& result)
     {
-        result = WaitForSingleObject(mutex.Handle(), milliseconds);
+        result = WaitForSingleObject(mutex.Handle(), timeout);
         ReleaseMutex(mutex.Handle());
     };
     std::thread first(wait, INFINITE, std::ref(endless));

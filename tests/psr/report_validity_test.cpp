@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing_support::FindReportFaults;
 
-psr::StatusReport Refusal()
+psr::StatusReport CompleteRefusal()
 {
     return {"BANKFRPP", "ORDER00001", "pain.001.001.03", "PSR-2026-03-29-0001",
             false,      "AM02",       "Total over it",   2,
@@ -35,19 +35,19 @@ std::string HandedOn(const psr::StatusReport& report)
 
 TEST(ReportValidity, RefusalWithAllItsPartsIsValid)
 {
-    EXPECT_THAT(FindReportFaults(HandedOn(Refusal())), IsEmpty());
+    EXPECT_THAT(FindReportFaults(HandedOn(CompleteRefusal())), IsEmpty());
 }
 
 TEST(ReportValidity, RefusalWithoutTotalsIsValid)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.nbOfTxs = 0;
     EXPECT_THAT(FindReportFaults(HandedOn(report)), IsEmpty());
 }
 
 TEST(ReportValidity, RefusalWithoutReasonsIsValid)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.reasonCode = "";
     report.reasonInfo = "";
     EXPECT_THAT(FindReportFaults(HandedOn(report)), IsEmpty());
@@ -55,14 +55,14 @@ TEST(ReportValidity, RefusalWithoutReasonsIsValid)
 
 TEST(ReportValidity, ReceptionIsValid)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.received = true;
     EXPECT_THAT(FindReportFaults(HandedOn(report)), IsEmpty());
 }
 
 TEST(ReportValidity, AccentsOfTheCodePageAreValidOnceEncoded)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.reasonInfo = "DOUBLE SIGNATURE EXIG\xC9"
                         "E, 10 \x80";
     EXPECT_THAT(FindReportFaults(HandedOn(report)), IsEmpty());
@@ -72,7 +72,7 @@ TEST(ReportValidity, TextsFillTheirLengths)
 {
     const std::string text35(35, 'M');
     const std::string text105(105, '\xE9');
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.initiatingParty = text35.c_str();
     report.orgnlMsgId = text35.c_str();
     report.orgnlMsgNmId = text35.c_str();
@@ -83,12 +83,12 @@ TEST(ReportValidity, TextsFillTheirLengths)
 
 TEST(ReportValidity, SumWithUpTo18DigitsIsValid)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.ctrlSum = 999999999999999.0;
     EXPECT_THAT(FindReportFaults(HandedOn(report)), IsEmpty());
 }
 
-struct ReasonCase
+struct CatalogueReason
 {
     unsigned int message;
     std::size_t holders; ///< that its text names
@@ -96,11 +96,11 @@ struct ReasonCase
 };
 
 /// Those of the catalogue's texts that become reason texts of refusals.
-constexpr ReasonCase kReasons[] = {
+constexpr CatalogueReason kReasons[] = {
     {1800, 1, 1}, {1801, 1, 2}, {1802, 1, 2}, {1816, 0, 0}, {1820, 2, 2}, {1821, 2, 2},
 };
 
-std::vector<FormatArgument> ArgumentsOf(const ReasonCase& reason)
+std::vector<FormatArgument> ArgumentsOf(const CatalogueReason& reason)
 {
     const FormatArgument holder[] = {L"Gar\u00E7on", L"H\u00E9l\u00E8ne",
                                      L"H\u00E9l\u00E8ne Gar\u00E7on"};
@@ -121,14 +121,14 @@ TEST(ReportValidity, ReasonsOfTheCatalogueWithUsualNamesAreValid)
 {
     for (const support::Language language : {support::Language::English, support::Language::French})
     {
-        for (const ReasonCase& reason : kReasons)
+        for (const CatalogueReason& reason : kReasons)
         {
             const std::vector<FormatArgument> arguments = ArgumentsOf(reason);
             TSimpleString info;
             info.FromWide(
                 support::MessageIn(language, reason.message, arguments.data(), arguments.size())
                     .c_str());
-            psr::StatusReport report = Refusal();
+            psr::StatusReport report = CompleteRefusal();
             report.reasonInfo = info.SafeGetString();
             EXPECT_THAT(FindReportFaults(HandedOn(report)), IsEmpty())
                 << reason.message << ": " << info.SafeGetString();
@@ -139,7 +139,7 @@ TEST(ReportValidity, ReasonsOfTheCatalogueWithUsualNamesAreValid)
 TEST(ReportValidity, CheckerFindsATextThatIsTooLong)
 {
     const std::string text106(106, 'x');
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.reasonInfo = text106.c_str();
     EXPECT_THAT(FindReportFaults(HandedOn(report)),
                 ElementsAre("AddtlStsRsnInf may not be \"" + text106 + "\""));
@@ -147,21 +147,21 @@ TEST(ReportValidity, CheckerFindsATextThatIsTooLong)
 
 TEST(ReportValidity, CheckerFindsAnEmptyIdentifier)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.msgId = "";
     EXPECT_THAT(FindReportFaults(HandedOn(report)), ElementsAre("MsgId may not be \"\""));
 }
 
 TEST(ReportValidity, CheckerFindsAnUnknownReasonCode)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.reasonCode = "am02";
     EXPECT_THAT(FindReportFaults(HandedOn(report)), ElementsAre("Cd may not be \"am02\""));
 }
 
 TEST(ReportValidity, CheckerFindsAnElementOutOfPlace)
 {
-    std::string document = HandedOn(Refusal());
+    std::string document = HandedOn(CompleteRefusal());
     const std::string status = "   <GrpSts>RJCT</GrpSts>\n";
     document.erase(document.find(status), status.size());
     document.insert(document.find("   <OrgnlMsgId>"), status);
@@ -173,14 +173,14 @@ TEST(ReportValidity, CheckerFindsAnElementOutOfPlace)
 
 TEST(ReportValidity, CheckerFindsUnescapedText)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.reasonInfo = "Smith & Sons";
     EXPECT_THAT(FindReportFaults(HandedOn(report)), ElementsAre("not well-formed"));
 }
 
 TEST(ReportValidity, CheckerFindsBytesThatAreNotInTheDeclaredEncoding)
 {
-    psr::StatusReport report = Refusal();
+    psr::StatusReport report = CompleteRefusal();
     report.reasonInfo = "EXIG\xC9"
                         "E";
     TSimpleString document;

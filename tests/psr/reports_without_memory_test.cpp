@@ -21,7 +21,7 @@ using testing_support::FailNextAllocation;
 using testing_support::ScopedEnvironment;
 using testing_support::TemporaryFolder;
 
-constexpr char kMoment[] = "2026-03-29T14:05:09";
+constexpr char kMomentOfMemory[] = "2026-03-29T14:05:09";
 
 const psr::StatusReport kRefusal = {
     "BANKFRPP", "MSG-2026-0001", "pain.001.001.03", "PSR-1", false, "AM02", "A reason", 3, 1234.5};
@@ -36,7 +36,7 @@ TEST(ReportWithoutMemory, KeepsTheOldDocument)
         try
         {
             const FailNextAllocation failure(spared);
-            psr::WriteStatusReport(nullptr, kRefusal, kMoment, document);
+            psr::WriteStatusReport(nullptr, kRefusal, kMomentOfMemory, document);
             failed = failure.WasUsed();
         }
         catch (const std::bad_alloc&)
@@ -47,7 +47,7 @@ TEST(ReportWithoutMemory, KeepsTheOldDocument)
         EXPECT_EQ(document == "the document that was there before", failed) << spared;
     }
     TSimpleString expected;
-    psr::WriteStatusReport(nullptr, kRefusal, kMoment, expected);
+    psr::WriteStatusReport(nullptr, kRefusal, kMomentOfMemory, expected);
     EXPECT_TRUE(document == expected);
 }
 

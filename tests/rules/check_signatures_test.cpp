@@ -8,10 +8,9 @@ namespace
 using testing::ElementsAre;
 using testing_support::Contract;
 using testing_support::Holder;
+using testing_support::kNone;
 using testing_support::MessageLine;
 using testing_support::MessageText;
-
-constexpr wchar_t kNone[] = L"";
 
 class SignatureCheck : public testing_support::CheckTest
 {

@@ -7,8 +7,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing_support::Contract;
 using testing_support::Holder;
-
-constexpr wchar_t kNone[] = L"";
+using testing_support::kNone;
 
 class QuoteInAName : public testing_support::CheckTest
 {

@@ -7,6 +7,9 @@
 namespace testing_support
 {
 
+/// Stands for the currency of an amount that has none.
+inline constexpr wchar_t kNone[] = L"";
+
 /// The catalogue's text, from the arguments as the numbers' list has them.
 template <typename... Arguments>
 std::wstring MessageText(unsigned int number, const Arguments&... arguments)

@@ -7,11 +7,10 @@ namespace
 
 using testing_support::AloneRule;
 using testing_support::Holder;
+using testing_support::kNone;
 using testing_support::MessageLine;
 using testing_support::MessageText;
 using testing_support::PairRule;
-
-constexpr wchar_t kNone[] = L"";
 
 class RuleEvaluation : public testing_support::EvaluationTest
 {

@@ -9,15 +9,14 @@ namespace
 {
 
 using testing_support::AloneRule;
+using testing_support::kNone;
 using testing_support::MessageLine;
 using testing_support::MessageText;
 using testing_support::PairRule;
 
-constexpr wchar_t kNone[] = L"";
-
 // Amounts, by one holder and a limit of 1000.00.
 
-struct AmountCase
+struct LimitCase
 {
     const char* name;
     int tlevel;
@@ -27,7 +26,7 @@ struct AmountCase
 };
 
 class AmountOfAnOrder : public testing_support::EvaluationTest,
-                        public testing::WithParamInterface<AmountCase>
+                        public testing::WithParamInterface<LimitCase>
 {
 };
 
@@ -47,7 +46,7 @@ TEST_P(AmountOfAnOrder, IsComparedWithTheLimit)
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-constexpr AmountCase kAmounts[] = {
+constexpr LimitCase kLimits[] = {
     {"EqualToTheLimitPasses", 0, 1000.00, 1000.00, 1},
     {"OneCentAboveIsRefused", 0, 1000.01, 1.00, 2},
     {"OneMillionthAboveIsRefused", 0, 1000.000001, 1.00, 2},
@@ -64,7 +63,7 @@ constexpr AmountCase kAmounts[] = {
     {"NumberThatIsNonePasses", 0, kNaN, kNaN, 1},
 };
 
-INSTANTIATE_TEST_SUITE_P(Limits, AmountOfAnOrder, testing::ValuesIn(kAmounts),
+INSTANTIATE_TEST_SUITE_P(Limits, AmountOfAnOrder, testing::ValuesIn(kLimits),
                          [](const auto& row) { return row.param.name; });
 
 // What is told of a refused amount.

@@ -25,7 +25,7 @@ std::wstring Insert(const std::wstring& values)
            values + L")";
 }
 
-std::wstring Row(const HistoryFacts& facts, const rules::HistoryFinding& finding)
+std::wstring HistoryInsertOf(const HistoryFacts& facts, const rules::HistoryFinding& finding)
 {
     std::wstring statement;
     rules::AppendHistoryRow(statement, facts, finding);
@@ -36,7 +36,7 @@ std::wstring Decision(const HistoryFacts& facts, const ruleSign& decision)
 {
     rules::HistoryFinding finding;
     rules::FindingOf(facts, decision, finding);
-    return Row(facts, finding);
+    return HistoryInsertOf(facts, finding);
 }
 
 ruleSign SampleDecision()
@@ -153,7 +153,7 @@ TEST(Statements, NoRuleRowHasBlankSignersAndTheFindingAlone)
 {
     const HistoryFacts facts = {kContract, kOrder, L"cert one", 2};
 
-    EXPECT_EQ(Row(facts, rules::FindingOfNoRule(L"nobody's rule")),
+    EXPECT_EQ(HistoryInsertOf(facts, rules::FindingOfNoRule(L"nobody's rule")),
               Insert(L"1,'0','PARTNER1',9,'SERVICE1','CLIENT1',42,'ORDER1',0,N' ',N' ',"
                      L"N'nobody''s rule',N'cert one',1500.500000,1000.000000,"
                      L"'C:\\in\\order.xml'"));

@@ -10,6 +10,7 @@ using schema::Product;
 using schema::SplitStatements;
 using schema_tests::Column;
 using schema_tests::kProducts;
+using schema_tests::Narrow;
 using schema_tests::ReadTables;
 using schema_tests::Table;
 using testing::ElementsAre;
@@ -18,11 +19,6 @@ using testing::IsEmpty;
 
 namespace
 {
-
-std::string Narrow(const std::wstring& text)
-{
-    return std::string(text.begin(), text.end());
-}
 
 struct DeclaredLength
 {

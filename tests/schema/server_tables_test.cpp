@@ -23,6 +23,7 @@
 
 using schema::Product;
 using schema_tests::Column;
+using schema_tests::Narrow;
 using schema_tests::ReadTables;
 using schema_tests::Table;
 using testing::ElementsAre;
@@ -39,11 +40,6 @@ std::wstring Upper(std::wstring text)
     std::transform(text.begin(), text.end(), text.begin(),
                    [](wchar_t letter) { return static_cast<wchar_t>(std::towupper(letter)); });
     return text;
-}
-
-std::string Narrow(const std::wstring& text)
-{
-    return std::string(text.begin(), text.end());
 }
 
 /// What the catalogue of a product calls a type of its scripts, and how it tells the rest.
@@ -220,7 +216,7 @@ protected:
     Product m_product = Product::SQLite;
 };
 
-constexpr const wchar_t* kHistoryInsert =
+constexpr const wchar_t* kLargestNumbersInsert =
     L"INSERT INTO HST_SIGNRULES (DATETIME, STATUT, TYPE_PTC, IDFICVFS) VALUES "
     L"('2024-05-06 07:08:09', '1', 4294967295, 4294967295)";
 
@@ -305,13 +301,13 @@ TEST_F(ServerTables, NumberHistoryRowsRisingAndNeverAgain)
 {
     for (int row = 0; row < 3; ++row)
     {
-        m_database.Execute(kHistoryInsert);
+        m_database.Execute(kLargestNumbersInsert);
     }
     const std::vector<Row> numbers =
         m_database.Query(L"SELECT ROWNO FROM HST_SIGNRULES ORDER BY ROWNO");
     ASSERT_EQ(numbers.size(), 3U);
     m_database.Execute(L"DELETE FROM HST_SIGNRULES");
-    m_database.Execute(kHistoryInsert);
+    m_database.Execute(kLargestNumbersInsert);
 
     const std::vector<Row> last = m_database.Query(
         L"SELECT ROWNO, TYPE_PTC, IDFICVFS FROM HST_SIGNRULES WHERE ROWNO > " + *numbers[2][0]);

@@ -33,6 +33,11 @@ Table ReadTable(const std::wstring& body)
 
 } // namespace
 
+std::string Narrow(const std::wstring& text)
+{
+    return std::string(text.begin(), text.end());
+}
+
 const Column* Table::Find(const std::wstring& name) const
 {
     for (const Column& column : columns)

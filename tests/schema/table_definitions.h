@@ -9,6 +9,9 @@
 namespace schema_tests
 {
 
+/// A text of the scripts, which are ASCII, for a message.
+std::string Narrow(const std::wstring& text);
+
 /// One column as a CREATE TABLE statement declares it.
 struct Column
 {

@@ -13,7 +13,7 @@ using services::ReadEventLine;
 
 constexpr char kKey[] = "01234567-89ab-4cde-8f01-23456789abcd";
 
-EventRecord Event()
+EventRecord EventOfLine()
 {
     EventRecord event;
     event.key = kKey;
@@ -32,7 +32,7 @@ std::string WithoutLineFeed(const EventRecord& event)
 
 TEST(EventLine, IsOneFlatJsonObject)
 {
-    EXPECT_EQ(EventLine(Event()),
+    EXPECT_EQ(EventLine(EventOfLine()),
               "{\"EVENTKEY\":\"01234567-89ab-4cde-8f01-23456789abcd\","
               "\"DATETIME\":\"2026-03-29 14:05:09\",\"LEVEL\":2,\"SOURCE\":\"RULSGN\","
               "\"REFERENCE\":null,\"AUX1\":null,\"AUX2\":null,"
@@ -42,12 +42,12 @@ TEST(EventLine, IsOneFlatJsonObject)
 
 TEST(EventLine, BeginsAsItsKeyTells)
 {
-    EXPECT_EQ(EventLine(Event()).rfind(services::EventLineStart(kKey), 0), 0U);
+    EXPECT_EQ(EventLine(EventOfLine()).rfind(services::EventLineStart(kKey), 0), 0U);
 }
 
 TEST(EventLine, IsReadAsItWasWritten)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfLine();
     event.level = 65535;
     event.reference = L"";
     event.aux1 = L"quote \" backslash \\ both \\\" \\u0041 slash /";
@@ -63,7 +63,7 @@ TEST(EventLine, IsReadAsItWasWritten)
 
 TEST(EventLine, NothingIsTheSameAsNoText)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfLine();
     event.source.reset();
     event.text.reset();
     event.reference = L"";
@@ -76,7 +76,7 @@ TEST(EventLine, NothingIsTheSameAsNoText)
 
 TEST(EventLine, NoStartOfALineIsReadAsAnEvent)
 {
-    const std::string line = WithoutLineFeed(Event());
+    const std::string line = WithoutLineFeed(EventOfLine());
     for (std::size_t length = 0; length < line.size(); ++length)
     {
         EXPECT_FALSE(ReadEventLine(line.substr(0, length)).has_value()) << line.substr(0, length);
@@ -97,7 +97,7 @@ class DamagedEventLine : public testing::TestWithParam<DamageCase>
 
 TEST_P(DamagedEventLine, IsRefused)
 {
-    std::string line = WithoutLineFeed(Event());
+    std::string line = WithoutLineFeed(EventOfLine());
     const std::string good = GetParam().good;
     const std::size_t position = line.find(good);
     ASSERT_NE(position, std::string::npos);

@@ -10,7 +10,7 @@ namespace
 using services::EventInsertStatement;
 using services::EventRecord;
 
-EventRecord Event()
+EventRecord EventOfStatement()
 {
     EventRecord event;
     event.key = "01234567-89ab-4cde-8f01-23456789abcd";
@@ -26,7 +26,7 @@ constexpr wchar_t kStart[] =
 
 TEST(EventStatement, NamesEveryColumnOnce)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfStatement();
     event.source = L"RULSGN";
     event.reference = L"REF-1";
     event.aux1 = L"one";
@@ -42,13 +42,13 @@ TEST(EventStatement, NamesEveryColumnOnce)
 
 TEST(EventStatement, NothingIsNull)
 {
-    EXPECT_EQ(EventInsertStatement(Event()),
+    EXPECT_EQ(EventInsertStatement(EventOfStatement()),
               std::wstring(kStart) + L"NULL,1,NULL,NULL,NULL,NULL,NULL,NULL)");
 }
 
 TEST(EventStatement, EmptyTextsAreNotNull)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfStatement();
     event.reference = L"";
     EXPECT_EQ(EventInsertStatement(event),
               std::wstring(kStart) + L"NULL,1,N'',NULL,NULL,NULL,NULL,NULL)");
@@ -56,7 +56,7 @@ TEST(EventStatement, EmptyTextsAreNotNull)
 
 TEST(EventStatement, QuotesAreDoubledInEveryText)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfStatement();
     event.source = L"'";
     event.reference = L"O'Brien";
     event.aux1 = L"''";
@@ -71,7 +71,7 @@ TEST(EventStatement, QuotesAreDoubledInEveryText)
 
 TEST(EventStatement, TextsAreCutToTheirColumnsBeforeQuotesAreDoubled)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfStatement();
     event.source = std::wstring(63, L's') + L"'x";
     event.reference = std::wstring(1030, L'r');
     event.aux1 = std::wstring(1030, L'a');
@@ -88,7 +88,7 @@ TEST(EventStatement, TextsAreCutToTheirColumnsBeforeQuotesAreDoubled)
 
 TEST(EventStatement, CutLeavesNoHalfCharacter)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfStatement();
     event.source = std::wstring(63, L's') + L"\U0001F600";
     EXPECT_EQ(EventInsertStatement(event), std::wstring(kStart) + L"N'" + std::wstring(63, L's') +
                                                L"',1,NULL,NULL,NULL,NULL,NULL,NULL)");
@@ -96,7 +96,7 @@ TEST(EventStatement, CutLeavesNoHalfCharacter)
 
 TEST(EventStatement, CharactersBeyondSixteenBitsTakeTwoPlacesOfTheirColumn)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfStatement();
     event.attachKind = L"\U0001F600\U0001F600\U00010000\U0001F600\U0001F600x";
     EXPECT_EQ(EventInsertStatement(event),
               std::wstring(kStart) +
@@ -106,7 +106,7 @@ TEST(EventStatement, CharactersBeyondSixteenBitsTakeTwoPlacesOfTheirColumn)
 
 TEST(EventStatement, LastCharacterOfSixteenBitsTakesOnePlace)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfStatement();
     event.attachKind = std::wstring(11, L'\xFFFF');
     EXPECT_EQ(EventInsertStatement(event), std::wstring(kStart) + L"NULL,1,NULL,NULL,NULL,NULL,N'" +
                                                std::wstring(10, L'\xFFFF') + L"',NULL)");
@@ -114,7 +114,7 @@ TEST(EventStatement, LastCharacterOfSixteenBitsTakesOnePlace)
 
 TEST(EventStatement, PercentSignsAreText)
 {
-    EventRecord event = Event();
+    EventRecord event = EventOfStatement();
     event.text = L"100 %s %d %";
     EXPECT_EQ(EventInsertStatement(event),
               std::wstring(kStart) + L"NULL,1,NULL,NULL,NULL,N'100 %s %d %',NULL,NULL)");

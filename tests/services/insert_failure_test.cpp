@@ -11,7 +11,7 @@ namespace
 
 using services::Delivery;
 
-constexpr char kKey[] = "01234567-89ab-4cde-8f01-23456789abcd";
+constexpr char kFailingKey[] = "01234567-89ab-4cde-8f01-23456789abcd";
 
 struct FailureCase
 {
@@ -32,7 +32,7 @@ TEST_P(InsertFailure, TellsWhatBecomesOfTheEvent)
     auto* const raised = new CDBException(-1, GetParam().state, GetParam().nativeError,
                                           GetParam().text, "INSERT INTO EVT_JOURNAL (EVENTKEY)");
     const database::ExceptionOwner owner(raised);
-    EXPECT_EQ(services::JudgeFailedInsert(*raised, kKey), GetParam().delivery);
+    EXPECT_EQ(services::JudgeFailedInsert(*raised, kFailingKey), GetParam().delivery);
     EXPECT_EQ(services::IsConnectionLost(*raised), GetParam().lost);
 }
 

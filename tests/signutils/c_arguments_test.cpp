@@ -38,7 +38,7 @@ enum class ErrorOf
     Thread,
 };
 
-struct TextCase
+struct ArgumentTextCase
 {
     const char* name;     ///< of the test
     const char* argument; ///< as the error text calls it
@@ -49,13 +49,13 @@ struct TextCase
     ErrorOf error = ErrorOf::Session;
 };
 
-void PrintTo(const TextCase& textCase, std::ostream* stream)
+void PrintTo(const ArgumentTextCase& textCase, std::ostream* stream)
 {
     *stream << textCase.name;
 }
 
-SignUtilsStatus Contract(SignUtilsSession* session, const char* partner, const char* service,
-                         const char* client, const char* target)
+SignUtilsStatus WithContract(SignUtilsSession* session, const char* partner, const char* service,
+                             const char* client, const char* target)
 {
     return SignUtilsSetContractInfo(session, 1, 9, partner, service, client, 1, target);
 }
@@ -101,7 +101,7 @@ SignUtilsStatus Amounts(SignUtilsSession* session, const char* file)
     return SignUtilsGetMaxAmountFile(session, file, &amounts);
 }
 
-SignUtilsStatus Names(SignUtilsSession* session, const char* certificate)
+SignUtilsStatus NamesOf(SignUtilsSession* session, const char* certificate)
 {
     std::int32_t found = 0;
     const char* first = nullptr;
@@ -147,15 +147,15 @@ SignUtilsStatus RegisterProtocol(SignUtilsSession*, const char* name)
 
 #define TEXT_CALL(...) [](SignUtilsSession* s, const char* text) { return __VA_ARGS__; }
 
-const TextCase kTextCases[] = {
-    {"Partner", "partner", TEXT_CALL(Contract(s, text, "S", "C", "")), Kind::Narrow, Null::Refused,
-     8},
-    {"Service", "service", TEXT_CALL(Contract(s, "P", text, "C", "")), Kind::Narrow, Null::Refused,
-     8},
-    {"Client", "client", TEXT_CALL(Contract(s, "P", "S", text, "")), Kind::Narrow, Null::Refused,
-     8},
-    {"HandOffTarget", "handOffTarget", TEXT_CALL(Contract(s, "P", "S", "C", text)), Kind::Narrow,
-     Null::Empty, 260},
+const ArgumentTextCase kArgumentTexts[] = {
+    {"Partner", "partner", TEXT_CALL(WithContract(s, text, "S", "C", "")), Kind::Narrow,
+     Null::Refused, 8},
+    {"Service", "service", TEXT_CALL(WithContract(s, "P", text, "C", "")), Kind::Narrow,
+     Null::Refused, 8},
+    {"Client", "client", TEXT_CALL(WithContract(s, "P", "S", text, "")), Kind::Narrow,
+     Null::Refused, 8},
+    {"HandOffTarget", "handOffTarget", TEXT_CALL(WithContract(s, "P", "S", "C", text)),
+     Kind::Narrow, Null::Empty, 260},
     {"Format1", "format1", TEXT_CALL(SignUtilsSetFormatInfo(s, text, "", ""))},
     {"Format2", "format2", TEXT_CALL(SignUtilsSetFormatInfo(s, "", text, ""))},
     {"Format3", "format3", TEXT_CALL(SignUtilsSetFormatInfo(s, "", "", text)), Kind::Narrow,
@@ -175,7 +175,7 @@ const TextCase kTextCases[] = {
     {"FileNameOfTheRules", "fileName", TEXT_CALL(JudgeFor(s, "Ana Ruiz", text, "EUR"))},
     {"CurrencyOfTheRules", "currency", TEXT_CALL(JudgeFor(s, "Ana Ruiz", "order.xml", text)),
      Kind::Narrow, Null::Empty},
-    {"CertificateName", "certificateName", TEXT_CALL(Names(s, text)), Kind::Wide},
+    {"CertificateName", "certificateName", TEXT_CALL(NamesOf(s, text)), Kind::Wide},
     {"HolderId", "holderId", TEXT_CALL(Infos(s, text))},
     {"CertificateOfASigner", "certificate", AddSigner, Kind::Wide, Null::Refused, 0,
      ErrorOf::Thread},
@@ -204,7 +204,7 @@ const TextCase kTextCases[] = {
     {"ProtocolName", "longName", RegisterProtocol, Kind::Narrow, Null::Empty, 63, ErrorOf::Thread},
 };
 
-class CTexts : public SessionTest, public ::testing::WithParamInterface<TextCase>
+class CTexts : public SessionTest, public ::testing::WithParamInterface<ArgumentTextCase>
 {
 protected:
     CTexts()
@@ -288,7 +288,7 @@ TEST_P(CTexts, LimitCountsCharactersAndIsNamed)
                                     std::to_string(longest) + " fit. Give"));
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryText, CTexts, ::testing::ValuesIn(kTextCases),
+INSTANTIATE_TEST_SUITE_P(EveryText, CTexts, ::testing::ValuesIn(kArgumentTexts),
                          [](const auto& test) { return std::string(test.param.name); });
 
 class CArguments : public SessionTest

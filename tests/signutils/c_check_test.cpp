@@ -35,7 +35,7 @@ TEST_F(CCheck, AcceptedOrderIsRecordedAndJournalled)
 {
     EXPECT_EQ(Judge("Ana Ruiz"), static_cast<std::uint32_t>(SIGNUTILS_ACCEPTED));
 
-    const SignUtilsCheck check = LastCheck(m_session);
+    const SignUtilsCheck check = LastCheckOf(m_session);
     EXPECT_EQ(check.size, sizeof check);
     EXPECT_EQ(check.ran, 1);
     EXPECT_EQ(check.rulesComplete, 1);
@@ -67,7 +67,7 @@ TEST_F(CCheck, RefusedOrderIsAnsweredWithAReportInUtf8)
     ASSERT_EQ(SignUtilsSetPSRWarning(m_session, "STATUS"), SIGNUTILS_OK);
     EXPECT_EQ(Judge("Élodie Œuvray"), static_cast<std::uint32_t>(SIGNUTILS_REFUSED));
 
-    const SignUtilsCheck check = LastCheck(m_session);
+    const SignUtilsCheck check = LastCheckOf(m_session);
     EXPECT_EQ(check.ran, 1);
     EXPECT_STREQ(check.reasonCode, "AM02");
     EXPECT_THAT(check.reasonText, HasSubstr("Œuvray Élodie"));
@@ -85,7 +85,7 @@ TEST_F(CCheck, RefusedOrderIsAnsweredWithAReportInUtf8)
 TEST_F(CCheck, SignersNobodyKnowsMatchNoRule)
 {
     EXPECT_EQ(Judge("Łukasz Nowak"), static_cast<std::uint32_t>(SIGNUTILS_NO_RULE));
-    EXPECT_STREQ(LastCheck(m_session).reasonCode, "NARR");
+    EXPECT_STREQ(LastCheckOf(m_session).reasonCode, "NARR");
     EXPECT_EQ(m_database.Query(L"SELECT CNS FROM HST_SIGNRULES")[0][0], L"\u0141ukasz Nowak");
 }
 
@@ -93,7 +93,7 @@ TEST_F(CCheck, CheckWithoutADatabaseSaysThatItWasNotRun)
 {
     ASSERT_EQ(SignUtilsSetConnexionString(m_session, ""), SIGNUTILS_OK);
     EXPECT_EQ(Judge("Ana Ruiz"), static_cast<std::uint32_t>(SIGNUTILS_REFUSED));
-    const SignUtilsCheck check = LastCheck(m_session);
+    const SignUtilsCheck check = LastCheckOf(m_session);
     EXPECT_EQ(check.ran, 0);
     EXPECT_STREQ(check.problem, "DSN not defined");
 }
@@ -103,7 +103,7 @@ TEST_F(CCheck, AmountsThatAreNoNumbersAreToldAsUnknown)
     const double nan = std::numeric_limits<double>::quiet_NaN();
     ASSERT_EQ(SignUtilsSetAmountInfo(m_session, nan, 1.0, "EUR"), SIGNUTILS_OK);
     Judge("Ana Ruiz");
-    const SignUtilsCheck check = LastCheck(m_session);
+    const SignUtilsCheck check = LastCheckOf(m_session);
     EXPECT_EQ(check.amountsKnown, 0);
     EXPECT_STRNE(check.amountsProblem, "");
 }
@@ -119,7 +119,7 @@ TEST_F(CCheck, RulesAloneGiveVerdictAndReasons)
     EXPECT_EQ(verdict, static_cast<std::uint32_t>(SIGNUTILS_REFUSED));
     EXPECT_STREQ(code, "AM02");
     EXPECT_THAT(text, HasSubstr("1000.01"));
-    EXPECT_EQ(LastCheck(m_session).totalAmount, 1000.01);
+    EXPECT_EQ(LastCheckOf(m_session).totalAmount, 1000.01);
 }
 
 TEST_F(CCheck, RulesThatAreSatisfiedGiveNoReasons)
@@ -138,7 +138,7 @@ TEST_F(CCheck, RulesThatAreSatisfiedGiveNoReasons)
 TEST_F(CCheck, LastCheckOfAFreshSessionHasNotRun)
 {
     const CSession fresh;
-    const SignUtilsCheck check = LastCheck(fresh);
+    const SignUtilsCheck check = LastCheckOf(fresh);
     EXPECT_EQ(check.ran, 0);
     EXPECT_EQ(check.verdict, 0U); // nothing was judged, so there is no verdict to keep
     EXPECT_STREQ(check.problem, "");

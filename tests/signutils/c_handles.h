@@ -53,7 +53,7 @@ inline std::string ThreadErrorText()
 }
 
 /// The last check of a session; fails the running test when it cannot be had.
-inline SignUtilsCheck LastCheck(SignUtilsSession* session)
+inline SignUtilsCheck LastCheckOf(SignUtilsSession* session)
 {
     SignUtilsCheck check = {};
     check.size = sizeof check;

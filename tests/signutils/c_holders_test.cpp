@@ -9,16 +9,16 @@ using namespace testing_support;
 namespace
 {
 
-struct Names
+struct HolderNames
 {
     std::string certificate;
     std::string first;
     std::string last;
 
-    bool operator==(const Names&) const = default;
+    bool operator==(const HolderNames&) const = default;
 };
 
-void PrintTo(const Names& names, std::ostream* stream)
+void PrintTo(const HolderNames& names, std::ostream* stream)
 {
     *stream << names.certificate << '/' << names.first << '/' << names.last;
 }
@@ -47,7 +47,7 @@ protected:
         return holder;
     }
 
-    Names Signer(std::int32_t index)
+    HolderNames Signer(std::int32_t index)
     {
         const char* certificate = nullptr;
         const char* first = nullptr;
@@ -102,8 +102,8 @@ TEST_F(CHolders, HolderCompletesItsEntryOfTheSigners)
     EXPECT_STREQ(holder.firstName, "Ana");
     EXPECT_STREQ(holder.lastName, "Ruiz");
 
-    EXPECT_EQ(Signer(0), (Names{"ana RUIZ", "Ana", "Ruiz"}));
-    EXPECT_EQ(Signer(1), (Names{"Łukasz Nowak", "", ""}));
+    EXPECT_EQ(Signer(0), (HolderNames{"ana RUIZ", "Ana", "Ruiz"}));
+    EXPECT_EQ(Signer(1), (HolderNames{"Łukasz Nowak", "", ""}));
     std::int32_t count = 0;
     ASSERT_EQ(SignUtilsSignersCount(m_signers, &count), SIGNUTILS_OK);
     EXPECT_EQ(count, 2);
@@ -131,7 +131,7 @@ TEST_F(CHolders, UnknownHolderGivesEmptyTexts)
     EXPECT_EQ(holder.found, 0);
     EXPECT_EQ(holder.notOpposition, 0);
     EXPECT_STREQ(holder.certificate, "");
-    EXPECT_EQ(Signer(0), (Names{"ana RUIZ", "", ""}));
+    EXPECT_EQ(Signer(0), (HolderNames{"ana RUIZ", "", ""}));
 }
 
 } // namespace

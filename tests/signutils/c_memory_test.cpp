@@ -183,7 +183,7 @@ protected:
         std::uint32_t verdict = 4711;
         EXPECT_EQ(SignUtilsCheckSignRules(m_session, "order.xml", "Ana Ruiz", &verdict),
                   SIGNUTILS_OK);
-        EXPECT_EQ(LastCheck(m_session).report, SIGNUTILS_REPORT_HANDED_ON);
+        EXPECT_EQ(LastCheckOf(m_session).report, SIGNUTILS_REPORT_HANDED_ON);
         if (GetParam().connexionString != nullptr)
         {
             EXPECT_EQ(SignUtilsSetConnexionString(m_session, GetParam().connexionString),

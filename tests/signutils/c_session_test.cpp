@@ -130,7 +130,7 @@ TEST_F(CSessionLife, CopyHasTheSettingsAndOutlivesItsOrigin)
     ASSERT_EQ(SignUtilsCopy(origin, &handle), SIGNUTILS_OK);
     const CSession copy(handle);
     origin.Destroy();
-    EXPECT_EQ(LastCheck(copy).verdict, static_cast<std::uint32_t>(SIGNUTILS_ACCEPTED));
+    EXPECT_EQ(LastCheckOf(copy).verdict, static_cast<std::uint32_t>(SIGNUTILS_ACCEPTED));
     // The connection of the check lives on, so holders are found.
     std::int32_t found = 0;
     const char* first = nullptr;

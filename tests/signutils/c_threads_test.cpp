@@ -11,14 +11,14 @@ using namespace testing_support;
 namespace
 {
 
-constexpr int kChecks = 5;
+constexpr int kChecksOfAThread = 5;
 
 class CThreads : public SessionTest
 {
 protected:
     void Judge(double total, std::vector<std::uint32_t>& verdicts, std::vector<std::string>& codes)
     {
-        for (int i = 0; i < kChecks; ++i)
+        for (int i = 0; i < kChecksOfAThread; ++i)
         {
             const CSession session;
             PrepareC(session, m_database.ConnexionString());
@@ -27,7 +27,7 @@ protected:
             EXPECT_EQ(SignUtilsCheckSignRules(session, "order.xml", "Ana Ruiz", &verdict),
                       SIGNUTILS_OK);
             verdicts.push_back(verdict);
-            codes.emplace_back(LastCheck(session).reasonCode);
+            codes.emplace_back(LastCheckOf(session).reasonCode);
         }
     }
 };
@@ -42,10 +42,10 @@ TEST_F(CThreads, SessionsInTwoThreadsJudgeWithoutTouchingEachOther)
     std::thread second([&] { Judge(1000.01, refused, refusedCodes); });
     first.join();
     second.join();
-    EXPECT_EQ(accepted, std::vector<std::uint32_t>(kChecks, SIGNUTILS_ACCEPTED));
-    EXPECT_EQ(refused, std::vector<std::uint32_t>(kChecks, SIGNUTILS_REFUSED));
-    EXPECT_EQ(acceptedCodes, std::vector<std::string>(kChecks, ""));
-    EXPECT_EQ(refusedCodes, std::vector<std::string>(kChecks, "AM02"));
+    EXPECT_EQ(accepted, std::vector<std::uint32_t>(kChecksOfAThread, SIGNUTILS_ACCEPTED));
+    EXPECT_EQ(refused, std::vector<std::uint32_t>(kChecksOfAThread, SIGNUTILS_REFUSED));
+    EXPECT_EQ(acceptedCodes, std::vector<std::string>(kChecksOfAThread, ""));
+    EXPECT_EQ(refusedCodes, std::vector<std::string>(kChecksOfAThread, "AM02"));
 }
 
 TEST_F(CThreads, EachThreadHasItsOwnErrorText)

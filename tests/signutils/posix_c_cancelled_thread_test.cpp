@@ -67,7 +67,7 @@ TEST_F(CCancelledThread, EndsInsideACallWithoutEndingTheProcess)
         EXPECT_EQ(work.failures, 0);
 
         // The session can be used on, and says that its check was cut short.
-        const SignUtilsCheck check = LastCheck(session);
+        const SignUtilsCheck check = LastCheckOf(session);
         EXPECT_STREQ(check.problem, "The check was ended by an exception");
     }
 }

@@ -22,7 +22,7 @@ protected:
     TestDatabase m_other;
 };
 
-constexpr int kChecks = 5;
+constexpr int kChecksOfEach = 5;
 
 TEST_F(TwoSessions, InTwoThreadsJudgeWithoutTouchingEachOther)
 {
@@ -32,7 +32,7 @@ TEST_F(TwoSessions, InTwoThreadsJudgeWithoutTouchingEachOther)
     const auto judge =
         [&](const std::string& connexionString, double total, std::vector<unsigned long>& verdicts)
     {
-        for (int i = 0; i < kChecks; ++i)
+        for (int i = 0; i < kChecksOfEach; ++i)
         {
             SignUtils session(trace.Handle(), nullptr);
             Prepare(session);
@@ -47,14 +47,14 @@ TEST_F(TwoSessions, InTwoThreadsJudgeWithoutTouchingEachOther)
     first.join();
     second.join();
 
-    EXPECT_EQ(accepted, std::vector<unsigned long>(kChecks, kSuccess));
-    EXPECT_EQ(refused, std::vector<unsigned long>(kChecks, kRefused));
-    EXPECT_EQ(ReadJournal(m_database).size(), static_cast<std::size_t>(kChecks));
-    EXPECT_EQ(ReadJournal(m_other).size(), 2U * kChecks);
+    EXPECT_EQ(accepted, std::vector<unsigned long>(kChecksOfEach, kSuccess));
+    EXPECT_EQ(refused, std::vector<unsigned long>(kChecksOfEach, kRefused));
+    EXPECT_EQ(ReadJournal(m_database).size(), static_cast<std::size_t>(kChecksOfEach));
+    EXPECT_EQ(ReadJournal(m_other).size(), 2U * kChecksOfEach);
     EXPECT_EQ(m_database.Query(L"SELECT STATUT FROM HST_SIGNRULES").size(),
-              static_cast<std::size_t>(kChecks));
+              static_cast<std::size_t>(kChecksOfEach));
     EXPECT_EQ(m_other.Query(L"SELECT STATUT FROM HST_SIGNRULES").size(),
-              static_cast<std::size_t>(kChecks));
+              static_cast<std::size_t>(kChecksOfEach));
 }
 
 } // namespace

@@ -12,18 +12,18 @@ using support::EqualIgnoringAsciiCase;
 using support::EqualIgnoringCase;
 using support::LowerCase;
 
-struct Case
+struct FoldCase
 {
     const char* name;
     char32_t character;
     char32_t lower;
 };
 
-class LowerCasing : public testing::TestWithParam<Case>
+class LowerCasing : public testing::TestWithParam<FoldCase>
 {
 };
 
-const Case kCases[] = {
+const FoldCase kFoldCases[] = {
     {"LatinA", U'A', U'a'},
     {"LatinZ", U'Z', U'z'},
     {"LowerCaseStays", U'z', U'z'},
@@ -71,7 +71,7 @@ TEST_P(LowerCasing, FollowsTheSimpleMapping)
               static_cast<unsigned>(GetParam().lower));
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, LowerCasing, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Table, LowerCasing, testing::ValuesIn(kFoldCases),
                          [](const auto& tested) { return tested.param.name; });
 
 TEST(CaseFolding, LowerCaseOfALowerCaseIsItself)

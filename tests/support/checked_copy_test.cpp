@@ -14,7 +14,7 @@ using support::CheckedCopy;
 using support::TruncatingCopy;
 using testing_support::CountInvalidParameters;
 
-struct Case
+struct CopyCase
 {
     const char* name;
     std::size_t size;
@@ -24,11 +24,11 @@ struct Case
     int refusals;
 };
 
-class CheckedCopying : public testing::TestWithParam<Case>
+class CheckedCopying : public testing::TestWithParam<CopyCase>
 {
 };
 
-const Case kCases[] = {
+const CopyCase kCopyCases[] = {
     {"Fits", 9, "PARTNER1", 9, "PARTNER1", 0},
     {"OneTooMany", 9, "PARTNER12", 9, "", 1},
     {"ManyTooMany", 9, "PARTNER1234567890", 9, "", 1},
@@ -46,7 +46,7 @@ const Case kCases[] = {
 
 TEST_P(CheckedCopying, CopiesWholeOrEmptiesAndCallsTheHandler)
 {
-    const Case& copied = GetParam();
+    const CopyCase& copied = GetParam();
     const CountInvalidParameters handler;
     char destination[16];
     std::memset(destination, '#', sizeof destination);
@@ -56,7 +56,7 @@ TEST_P(CheckedCopying, CopiesWholeOrEmptiesAndCallsTheHandler)
     EXPECT_EQ(destination[copied.size], '#');
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, CheckedCopying, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Table, CheckedCopying, testing::ValuesIn(kCopyCases),
                          [](const auto& tested) { return tested.param.name; });
 
 TEST(CheckedCopy, ArraysBringTheirSize)

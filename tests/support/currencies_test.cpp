@@ -7,7 +7,7 @@
 namespace
 {
 
-struct Case
+struct CurrencyCase
 {
     const char* code;
     const char* numeric;
@@ -15,7 +15,7 @@ struct Case
     bool withdrawn;
 };
 
-const Case kCases[] = {
+const CurrencyCase kCurrencyCases[] = {
     {"AED", "784", 2, false}, {"ALL", "008", 2, false},      {"BHD", "048", 3, false},
     {"CHF", "756", 2, false}, {"CLF", "990", 4, false},      {"EUR", "978", 2, false},
     {"GBP", "826", 2, false}, {"JPY", "392", 0, false},      {"KRW", "410", 0, false},
@@ -29,7 +29,7 @@ const Case kCases[] = {
 TEST(Currencies, EveryCodeHasItsFacts)
 {
     const TResourceDevise currencies;
-    for (const Case& currency : kCases)
+    for (const CurrencyCase& currency : kCurrencyCases)
     {
         const CurrencyInfo* const found = currencies.Find(currency.code);
         ASSERT_NE(found, nullptr) << currency.code;

@@ -16,7 +16,7 @@ namespace
 using support::FormatA;
 using support::FormatW;
 
-struct Case
+struct FormatCase
 {
     const char* name;
     const char* format;
@@ -24,19 +24,19 @@ struct Case
     const char* expected;
 };
 
-std::ostream& operator<<(std::ostream& stream, const Case& formatted)
+std::ostream& operator<<(std::ostream& stream, const FormatCase& formatted)
 {
     return stream << formatted.format;
 }
 
-class FormatNumbers : public testing::TestWithParam<Case>
+class FormatNumbers : public testing::TestWithParam<FormatCase>
 {
 };
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-const Case kCases[] = {
+const FormatCase kFormatCases[] = {
     {"Decimal", "%d", 42, "42"},
     {"DecimalByI", "%i", -42, "-42"},
     {"SmallestInt", "%d", INT_MIN, "-2147483648"},
@@ -110,13 +110,13 @@ const Case kCases[] = {
 
 TEST_P(FormatNumbers, NarrowTemplate)
 {
-    const Case& formatted = GetParam();
+    const FormatCase& formatted = GetParam();
     EXPECT_EQ(support::FormatNarrow(formatted.format, &formatted.argument, 1), formatted.expected);
 }
 
 TEST_P(FormatNumbers, WideTemplate)
 {
-    const Case& formatted = GetParam();
+    const FormatCase& formatted = GetParam();
     const std::string format = formatted.format;
     const std::string expected = formatted.expected;
     EXPECT_EQ(support::FormatWide(std::wstring(format.begin(), format.end()).c_str(),
@@ -124,7 +124,7 @@ TEST_P(FormatNumbers, WideTemplate)
               std::wstring(expected.begin(), expected.end()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, FormatNumbers, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Table, FormatNumbers, testing::ValuesIn(kFormatCases),
                          [](const auto& tested) { return tested.param.name; });
 
 TEST(Format, WideTemplatesTakeWideTextWithSAndNarrowTextWithCapitalS)

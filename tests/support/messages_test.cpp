@@ -170,7 +170,7 @@ TEST(Messages, LackingArgumentsLeaveAReadableLine)
     }
 }
 
-struct Case
+struct MessageCase
 {
     const char* name;
     Language language;
@@ -179,16 +179,16 @@ struct Case
     const wchar_t* expected;
 };
 
-std::ostream& operator<<(std::ostream& stream, const Case& message)
+std::ostream& operator<<(std::ostream& stream, const MessageCase& message)
 {
     return stream << message.number;
 }
 
-class MessageTexts : public testing::TestWithParam<Case>
+class MessageTexts : public testing::TestWithParam<MessageCase>
 {
 };
 
-const Case kCases[] = {
+const MessageCase kMessageCases[] = {
     {"FormatMissing", Language::English, 287, {}, L"The format or the file name is missing"},
     {"ServerSide", Language::English, 355, {}, L"Server"},
     {"RequesterSide", Language::English, 356, {}, L"Requester"},
@@ -287,11 +287,11 @@ const Case kCases[] = {
 
 TEST_P(MessageTexts, AreExact)
 {
-    const Case& message = GetParam();
+    const MessageCase& message = GetParam();
     EXPECT_EQ(Text(message.language, message.number, message.arguments), message.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, MessageTexts, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Table, MessageTexts, testing::ValuesIn(kMessageCases),
                          [](const auto& tested) { return tested.param.name; });
 
 TEST(Messages, ReservedNumbersSayThatTheyAreReservedAndWhich)

@@ -16,13 +16,13 @@ using support::ToInt32;
 using support::ToInt64;
 
 template <typename Value>
-struct Case
+struct NumberCase
 {
     const char* text;
     Value expected;
 };
 
-const Case<std::int32_t> kInt32Cases[] = {
+const NumberCase<std::int32_t> kInt32Cases[] = {
     {"0", 0},
     {"42", 42},
     {"-42", -42},
@@ -59,7 +59,7 @@ TEST(Numbers, ThirtyTwoBitsSaturate)
     }
 }
 
-const Case<std::int64_t> kInt64Cases[] = {
+const NumberCase<std::int64_t> kInt64Cases[] = {
     {"9223372036854775806", INT64_MAX - 1},
     {"9223372036854775807", INT64_MAX},
     {"9223372036854775808", INT64_MAX},
@@ -81,7 +81,7 @@ TEST(Numbers, SixtyFourBitsSaturate)
     }
 }
 
-const Case<double> kDoubleCases[] = {
+const NumberCase<double> kDoubleCases[] = {
     {"0", 0.0},
     {"1234.56", 1234.56},
     {"-1234.56", -1234.56},
@@ -127,7 +127,7 @@ TEST(Numbers, RealsStopAtTheFirstCharacterThatDoesNotFit)
 TEST(Numbers, RealsTooLargeSaturateAndTooSmallOnesAreNull)
 {
     constexpr double largest = std::numeric_limits<double>::max();
-    const Case<double> kCases[] = {
+    const NumberCase<double> kCases[] = {
         {"1e309", largest},
         {"-1e309", -largest},
         {"0.001e400", largest},

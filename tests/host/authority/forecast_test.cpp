@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr std::uint64_t kForecastsOfTheSuite = 12;
-constexpr std::uint64_t kSeedOfTheSuite = 20260401;
+constexpr std::uint64_t kSeedOfForecasts = 20260401;
 
 using Signers = std::vector<std::string>;
 using Labels = std::multiset<std::string>;
@@ -113,7 +113,7 @@ scratch::Order AnyOrder(std::mt19937_64& random, const std::vector<authority::Pa
 
 TEST_F(Forecasts, AreWhatAskingAboutEverybodyGives)
 {
-    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfTheSuite));
+    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfForecasts));
     std::uint64_t hopeful = 0;
     std::uint64_t left = SettingOr("SIGNUTILS_FORECASTS", kForecastsOfTheSuite);
     while (left > 0)

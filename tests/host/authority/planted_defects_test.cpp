@@ -22,7 +22,7 @@ namespace
 
 constexpr std::uint64_t kRoundsOfTheSuite = 1;
 constexpr std::uint64_t kPointsOfTheSuite = 10;
-constexpr std::uint64_t kSeedOfTheSuite = 20260402;
+constexpr std::uint64_t kSeedOfDefects = 20260402;
 constexpr const char* kToday = "2026-03-29";
 
 using rulebook::Rule;
@@ -214,7 +214,7 @@ protected:
 
 TEST_P(PlantedDefects, AreFoundAndEveryWitnessHolds)
 {
-    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfTheSuite));
+    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfDefects));
     const std::uint64_t rounds = SettingOr("SIGNUTILS_LINTS", kRoundsOfTheSuite);
     std::uint64_t found = 0;
     std::uint64_t all = 0;
@@ -249,7 +249,7 @@ TEST_P(PlantedDefects, AreFoundAndEveryWitnessHolds)
 
 TEST_P(PlantedDefects, StandInMapsThatHoldAtRandomPoints)
 {
-    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfTheSuite));
+    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfDefects));
     const std::uint64_t points = SettingOr("SIGNUTILS_MAP_POINTS", kPointsOfTheSuite);
     std::uint64_t judged = 0;
     for (std::uint64_t left = SettingOr("SIGNUTILS_LINTS", kRoundsOfTheSuite); left > 0; --left)

@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr std::uint64_t kContractsOfTheSuite = 6;
-constexpr std::uint64_t kSeedOfTheSuite = 20260329;
+constexpr std::uint64_t kSeedOfMaps = 20260329;
 constexpr std::uint64_t kPointsOfAContract = 40;
 
 class RandomMaps : public BankWithMaps
@@ -37,7 +37,7 @@ protected:
 
 TEST_F(RandomMaps, HoldAtRandomPointsOfTheirCells)
 {
-    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfTheSuite));
+    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfMaps));
     const std::uint64_t points = SettingOr("SIGNUTILS_MAP_POINTS", kPointsOfAContract);
     std::uint64_t judged = 0;
     for (std::uint64_t left = SettingOr("SIGNUTILS_MAPS", kContractsOfTheSuite); left > 0; --left)
@@ -75,7 +75,7 @@ unsigned int ByPairs(const authority::AuthorityMap& map, const std::vector<std::
 
 TEST_F(RandomMaps, TellOfLargerSetsWhatTheLibraryDecides)
 {
-    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfTheSuite) + 1);
+    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfMaps) + 1);
     std::uint64_t asked = 0;
     const std::uint64_t contracts = SettingOr("SIGNUTILS_MAPS", kContractsOfTheSuite);
     // A few contracts may have no three parties among them; then more are taken.

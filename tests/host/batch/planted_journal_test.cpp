@@ -16,7 +16,7 @@ namespace
 using testing::ElementsAre;
 using testing::Pair;
 
-constexpr const char* kFirstLine = "{\"signcheck\":\"progress\",\"version\":1}\n";
+constexpr const char* kPlantedFirstLine = "{\"signcheck\":\"progress\",\"version\":1}\n";
 
 class PlantedJournal : public BatchTest
 {
@@ -24,8 +24,9 @@ protected:
     /// Lines of the order as it lies there now, under the name that journals once had.
     void Plant(const std::string& begin, const std::string& end) const
     {
-        m_orders.Write(".signcheck-progress",
-                       kFirstLine + begin + *batch::VersionOf(m_orders.Path("A001.xml")) + end);
+        m_orders.Write(".signcheck-progress", kPlantedFirstLine + begin +
+                                                  *batch::VersionOf(m_orders.Path("A001.xml")) +
+                                                  end);
     }
 };
 

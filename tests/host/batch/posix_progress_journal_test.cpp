@@ -23,7 +23,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 
 constexpr const char* kFirstLine = "{\"signcheck\":\"progress\",\"version\":1}\n";
-constexpr const char* kVictim = "what somebody needs\n";
+constexpr const char* kVictimOfJournal = "what somebody needs\n";
 
 class PosixJournalOfOrders : public testing::Test
 {
@@ -68,11 +68,11 @@ TEST_F(PosixJournalOfOrders, IsItsUsersAlone)
 TEST_F(PosixJournalOfOrders, IsNeverWrittenThroughALink)
 {
     const TemporaryFolder elsewhere;
-    const std::string victim = elsewhere.Write("victim", kVictim);
+    const std::string victim = elsewhere.Write("victim", kVictimOfJournal);
     fs::create_symlink(victim, m_path);
 
     EXPECT_THAT(Refused(), AllOf(HasSubstr("is a link. Remove it"), HasSubstr("--journal")));
-    EXPECT_EQ(ReadWholeFile(victim), kVictim);
+    EXPECT_EQ(ReadWholeFile(victim), kVictimOfJournal);
 }
 
 TEST_F(PosixJournalOfOrders, IsNeverReadThroughALink)
@@ -150,12 +150,12 @@ using PosixPlantedJournal = BatchTest;
 TEST_F(PosixPlantedJournal, ThatIsALinkInTheDropFolderOverwritesNothing)
 {
     Order("A001.xml");
-    const std::string victim = m_folder.Write("victim", kVictim);
+    const std::string victim = m_folder.Write("victim", kVictimOfJournal);
     fs::create_symlink(victim, m_orders.Path(".signcheck-progress"));
     fs::create_symlink(m_folder.Path("made"), m_orders.Path(".signcheck-progress.lock"));
 
     EXPECT_EQ(Batch().status, 0);
-    EXPECT_EQ(ReadWholeFile(victim), kVictim);
+    EXPECT_EQ(ReadWholeFile(victim), kVictimOfJournal);
     EXPECT_FALSE(fs::exists(m_folder.Path("made")));
 }
 

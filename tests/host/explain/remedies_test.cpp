@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr std::uint64_t kOrdersOfTheSuite = 12;
-constexpr std::uint64_t kSeedOfTheSuite = 20260403;
+constexpr std::uint64_t kSeedOfRemedies = 20260403;
 
 using authority::Remedy;
 
@@ -104,7 +104,7 @@ scratch::Order AnyOrder(std::mt19937_64& random, const rulebook::RuleBook& book)
 
 TEST_F(Remedies, AreAcceptedAndNoPartOfThemIs)
 {
-    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfTheSuite));
+    std::mt19937_64 random(SettingOr("SIGNUTILS_MAP_SEED", kSeedOfRemedies));
     std::size_t found = 0;
     std::uint64_t left = SettingOr("SIGNUTILS_REMEDIES", kOrdersOfTheSuite);
     while (left > 0)
