@@ -1,12 +1,14 @@
 // What do connections cost a check, and what do sessions beside each other? Each check is one of a
 // new object. On the server that SIGNUTILS_TEST_DB names (PostgreSQL, see scripts/servers), beside
-// bare calls that run the same statements on connections that stay open, also with several threads;
-// else on SQLite, pool against no pool alone. Processor time is the client's. Where the driver
-// manager is told to pool (Pooling=Yes in the odbcinst.ini of the folder that ODBCSYSINI names),
-// the line without the library's pool is the manager's own.
+// bare calls that run the same statements on connections that stay open, also with several threads
+// and with the rate of pgbench printed behind, where it is installed; else on SQLite, pool against
+// no pool alone. Processor time is the client's. Where the driver manager is told to pool
+// (Pooling=Yes in the odbcinst.ini of the folder that ODBCSYSINI names), the line without the
+// library's pool is the manager's own.
 
 #include "benchmarks/check_bank.h"
-#include "benchmarks/null_driver/null_driver.h"
+#include "benchmarks/check_statements.h"
+#include "benchmarks/pgbench.h"
 #include "benchmarks/raw_checks.h"
 #include "benchmarks/rounds.h"
 #include "benchmarks/sample_check.h"
@@ -114,15 +116,12 @@ void CompareSessions(const std::string& connexionString,
                                [&](std::size_t) { return ChecksOf(connexionString, each); });
           }}},
         each * sessions);
+    benchmarks::PrintPgbench(connexionString, statements, sessions, each);
 }
 
 void CompareOnServer(const std::string& connexionString)
 {
-    const null_driver::NullDriver driver;
-    const std::string recorded = driver.ConnexionString(kRules);
-    Check(recorded);
-    std::vector<std::u16string> statements = driver.StatementsOf([&] { Check(recorded); });
-    std::erase(statements, u"SELECT 1");
+    const std::vector<std::u16string> statements = benchmarks::StatementsOfACheck(kRules);
     RawChecks raw(connexionString, statements);
     if (raw.RunOnce() != 3 * kRules || Check(connexionString) != 1)
     {

@@ -1,8 +1,8 @@
 #include "benchmarks/raw_checks.h"
 
+#include "benchmarks/check_statements.h"
 #include "database/odbc.h"
 
-#include <atomic>
 #include <stdexcept>
 #include <string_view>
 
@@ -64,21 +64,6 @@ private:
     SQLHDBC m_handle = SQL_NULL_HDBC;
 };
 
-// Journal rows have keys that are never used twice: the key of a recorded event is replaced.
-constexpr std::u16string_view kBeforeKey = u"VALUES ('";
-constexpr std::size_t kKeyLength = 36;
-std::atomic<std::uint64_t> g_lastKey = 0;
-
-void RenewKey(std::u16string& event)
-{
-    std::size_t at = event.find(kBeforeKey) + kBeforeKey.size() + kKeyLength;
-    std::uint64_t key = ++g_lastKey;
-    for (std::size_t digit = 0; digit < kKeyLength; ++digit, key /= 10)
-    {
-        event[--at] = static_cast<char16_t>(u'0' + key % 10);
-    }
-}
-
 /// One statement handle with its columns bound; none for a statement without rows.
 class Shape
 {
@@ -135,7 +120,7 @@ struct RawChecks::State
     {
         for (const std::u16string& each : texts)
         {
-            steps.push_back({&ShapeOf(each), each, each.starts_with(u"INSERT INTO EVT_")});
+            steps.push_back({&ShapeOf(each), each, IsEvent(each)});
         }
     }
 
