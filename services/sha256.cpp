@@ -122,13 +122,13 @@ std::string Sha256::Hex() const
         AddBlock(state, std::string_view(end).substr(at, kBlock));
     }
     constexpr std::string_view kHexDigits = "0123456789abcdef";
-    std::string digits;
-    digits.reserve(2 * sizeof state);
+    std::string digits(2 * sizeof state, '0');
+    auto digit = digits.begin();
     for (const std::uint32_t word : state)
     {
         for (unsigned int shift = 32; shift > 0; shift -= 4)
         {
-            digits += kHexDigits[(word >> (shift - 4)) & 0xFU];
+            *digit++ = kHexDigits[(word >> (shift - 4)) & 0xFU];
         }
     }
     return digits;

@@ -2,6 +2,7 @@
 
 #include "port/code_page.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -14,6 +15,16 @@ namespace
 unsigned char ByteAt(std::string_view text, std::size_t index)
 {
     return static_cast<unsigned char>(text[index]);
+}
+
+/// How many bytes at the beginning are ASCII, which is the same in both encodings; mostly all of
+/// them.
+std::size_t AsciiBytes(std::string_view text)
+{
+    const auto other =
+        std::find_if(text.begin(), text.end(),
+                     [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
+    return static_cast<std::size_t>(other - text.begin());
 }
 
 /// Reads one character and moves past it. No Windows-1252 character takes more than three bytes, so
@@ -86,11 +97,13 @@ char NarrowCharacterOf(char32_t character)
 
 std::string NativePath(const char* path)
 {
-    std::string native;
-    for (const char* next = path == nullptr ? "" : path; *next != '\0'; ++next)
+    const std::string_view text = path == nullptr ? "" : path;
+    const std::size_t ascii = AsciiBytes(text);
+    std::string native(text.substr(0, ascii));
+    for (const char byte : text.substr(ascii))
     {
         char sequence[kLongestSequence];
-        native.append(sequence, Encode(CharacterOf(*next), sequence));
+        native.append(sequence, Encode(CharacterOf(byte), sequence));
     }
     return native;
 }
@@ -115,9 +128,10 @@ bool TryNativePath(const char* path, char* native, std::size_t capacity) noexcep
 
 bool TryFromNative(std::string_view native, std::string& text)
 {
-    text.clear();
+    const std::size_t ascii = AsciiBytes(native);
+    text = native.substr(0, ascii);
     bool complete = true;
-    for (std::size_t index = 0; index < native.size();)
+    for (std::size_t index = ascii; index < native.size();)
     {
         char32_t character = 0;
         char byte = '?';
