@@ -94,8 +94,10 @@ protected:
             { Open(database, "DRIVER=" + driver + ";BARE=" + GetParam() + ";PWD=" + kPassword); });
 
         ASSERT_TRUE(failure);
+        // Where a driver before this one has set a locale of UTF-8, the driver manager does not end
+        // the text that it converts: what lies behind it in memory counts to the password.
         EXPECT_THAT(AllOfIt(*failure),
-                    AllOf(HasSubstr("no luck with \"***\""), Not(HasSubstr("ntinel"))));
+                    AllOf(HasSubstr("no luck with \"***"), Not(HasSubstr("ntinel"))));
     }
 };
 
